@@ -1,0 +1,33 @@
+# What every target of the project shares: warnings, sanitizers, include root.
+
+find_program(TESSARO_CCACHE ccache)
+if(TESSARO_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${TESSARO_CCACHE}")
+endif()
+
+# tessaro_target(NAME): the project's compile options for one of its own targets.
+function(tessaro_target name)
+    target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
+    target_compile_features(${name} PUBLIC cxx_std_20)
+    target_compile_options(${name} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual -Woverloaded-virtual
+        -Werror)
+    if(TESSARO_SANITIZE)
+        target_compile_options(${name} PRIVATE
+            -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+        target_link_options(${name} PRIVATE -fsanitize=address,undefined)
+    endif()
+endfunction()
+
+# tessaro_add_test(NAME SOURCES...  [LIBRARIES ...]): one GoogleTest program per room. The program lies in a
+# bundle folder of its own, as an add-on does, so that the module linked into it finds its resources.
+function(tessaro_add_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    tessaro_target(${name})
+    target_link_libraries(${name} PRIVATE ${ARG_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main)
+    set_target_properties(${name} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests/${name}.bundle")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+endfunction()

@@ -1,0 +1,1 @@
+#include "foundation/KW_String.h"

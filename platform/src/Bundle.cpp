@@ -1,0 +1,58 @@
+#include "platform/Bundle.h"
+
+#include <climits>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <memory>
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+#include <unistd.h>
+
+struct GSCFXBundle {
+    std::string path;
+};
+
+namespace {
+
+std::string composed(const std::string& utf8) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* nfc = icu::Normalizer2::getNFCInstance(status);
+    if (U_FAILURE(status)) return utf8;
+    std::string result;
+    nfc->normalize(icu::UnicodeString::fromUTF8(utf8), status).toUTF8String(result);
+    return U_FAILURE(status) ? utf8 : result;
+}
+
+/// The main program's name is what it was started with, which need not be a path.
+std::string imageFile(const char* imageName) {
+    char resolved[PATH_MAX];
+    if (realpath(imageName, resolved) != nullptr) return resolved;
+    const ssize_t length = readlink("/proc/self/exe", resolved, sizeof resolved - 1);
+    return length > 0 ? std::string(resolved, static_cast<std::size_t>(length)) : std::string();
+}
+
+}  // namespace
+
+GSCFXBundleRef GSCFXBundleCreateFromMachHeader(const void* address) {
+    Dl_info info{};
+    if (dladdr(address, &info) == 0 || info.dli_fname == nullptr) return nullptr;
+    const std::string file = imageFile(info.dli_fname);
+    const std::size_t slash = file.rfind('/');
+    if (slash == std::string::npos || slash == 0) return nullptr;
+    return std::make_unique<GSCFXBundle>(GSCFXBundle{composed(file.substr(0, slash))}).release();
+}
+
+const std::string& GSCFXBundlePath(GSCFXBundleRef bundle) { return bundle->path; }
+
+void GSCFXBundleRelease(GSCFXBundleRef bundle) { delete bundle; }
+
+bool GSRoot_DelayInitImage(GSInitImageProc) { return false; }
+
+void DBPrintf(const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vfprintf(stderr, format, arguments);
+    va_end(arguments);
+}
