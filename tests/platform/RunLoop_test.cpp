@@ -1,0 +1,186 @@
+#include "platform/RunLoop.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/epoll.h>
+#include <unistd.h>
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace platform {
+namespace {
+
+class Pipe {
+public:
+    Pipe() { EXPECT_EQ(pipe2(ends_.data(), O_NONBLOCK | O_CLOEXEC), 0); }
+    ~Pipe() {
+        close(ends_[0]);
+        close(ends_[1]);
+    }
+    int readEnd() const { return ends_[0]; }
+    void fill() const { EXPECT_EQ(write(ends_[1], "x", 1), 1); }
+    void drain() const {
+        char byte = 0;
+        EXPECT_EQ(read(ends_[0], &byte, 1), 1);
+    }
+
+private:
+    std::array<int, 2> ends_{};
+};
+
+bool readable(int descriptor, int timeoutMs) {
+    pollfd waiting{descriptor, POLLIN, 0};
+    return poll(&waiting, 1, timeoutMs) == 1;
+}
+
+TEST(RunLoop, TimersFireOnceInTheOrderOfTheirTimes) {
+    RunLoop loop;
+    double time = 100;
+    loop.setClock([&] { return time; });
+    std::string order;
+    loop.addTimer(103, [&] { order += 'c'; });
+    loop.addTimer(101, [&] { order += 'a'; });
+    loop.addTimer(101, [&] { order += 'b'; });
+    const auto removed = loop.addTimer(101, [&] { order += 'x'; });
+    loop.removeTimer(removed);
+    loop.removeTimer(removed);
+
+    EXPECT_EQ(loop.dispatch(0), 0);
+    time = 102.9;
+    EXPECT_EQ(loop.dispatch(-1), 2) << "a due timer must not wait";
+    EXPECT_EQ(order, "ab");
+    time = 103;
+    EXPECT_EQ(loop.dispatch(-1), 1);
+    EXPECT_EQ(order, "abc");
+    EXPECT_EQ(loop.dispatch(0), 0);
+}
+
+TEST(RunLoop, TheDescriptorIsReadableWhenATimerIsDueOnTheRealClock) {
+    RunLoop loop;
+    int fired = 0;
+    loop.addTimer(loop.now() + 0.03, [&] { ++fired; });
+    loop.addTimer(loop.now() + 3600, [&] { ++fired; });
+    EXPECT_FALSE(readable(loop.descriptor(), 0));
+    EXPECT_TRUE(readable(loop.descriptor(), 2000));
+    EXPECT_EQ(loop.dispatch(0), 1);
+    EXPECT_EQ(fired, 1);
+    EXPECT_FALSE(readable(loop.descriptor(), 0)) << "the timer of an hour from now is not due";
+}
+
+TEST(RunLoop, OddFireTimesAreSafe) {
+    RunLoop loop;
+    int fired = 0;
+    for (const double time : {std::nan(""), -1e300, 0.0})
+        loop.addTimer(time, [&] { ++fired; });
+    for (const double time : {1e300, HUGE_VAL})
+        loop.addTimer(time, [&] { fired += 100; });
+    EXPECT_EQ(loop.dispatch(0), 3);
+    EXPECT_EQ(fired, 3);
+}
+
+TEST(RunLoop, ATimerThatAddsADueTimerDoesNotHoldTheLoop) {
+    RunLoop loop;
+    int fired = 0;
+    std::function<void()> again = [&] {
+        ++fired;
+        loop.addTimer(loop.now(), again);
+    };
+    loop.addTimer(loop.now(), again);
+    EXPECT_EQ(loop.dispatch(0), 1);
+    EXPECT_TRUE(readable(loop.descriptor(), 1000));
+    EXPECT_EQ(loop.dispatch(0), 1);
+    EXPECT_EQ(fired, 2);
+}
+
+TEST(RunLoop, CallbacksMayAddAndRemoveAnythingThemselvesIncluded) {
+    RunLoop loop;
+    Pipe first, second;
+    int calls = 0;
+    const auto onlyOne = [&](std::uint32_t events) {
+        EXPECT_EQ(events, static_cast<std::uint32_t>(EPOLLIN));
+        ++calls;
+        loop.unwatch(first.readEnd());
+        loop.unwatch(second.readEnd());
+    };
+    loop.watch(first.readEnd(), EPOLLIN, onlyOne);
+    loop.watch(second.readEnd(), EPOLLIN, onlyOne);
+    first.fill();
+    second.fill();
+    EXPECT_EQ(loop.dispatch(1000), 1) << "the one called first unwatches the other";
+    EXPECT_EQ(loop.dispatch(0), 0);
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(RunLoop, WatchingASecondTimeReplacesEventsAndCallback) {
+    RunLoop loop;
+    Pipe pipe;
+    std::string order;
+    loop.watch(pipe.readEnd(), EPOLLIN, [&](std::uint32_t) { order += 'a'; });
+    loop.watch(pipe.readEnd(), EPOLLIN, [&](std::uint32_t) { order += 'b'; });
+    pipe.fill();
+    EXPECT_EQ(loop.dispatch(1000), 1);
+    loop.watch(pipe.readEnd(), 0, [&](std::uint32_t) { order += 'c'; });
+    EXPECT_EQ(loop.dispatch(0), 0);
+    EXPECT_EQ(order, "b");
+}
+
+TEST(RunLoop, ADispatchInsideACallbackLeavesNoStaleEventBehind) {
+    RunLoop loop;
+    Pipe opener, input;
+    int lines = 0;
+    loop.watch(opener.readEnd(), EPOLLIN, [&](std::uint32_t) {
+        opener.drain();
+        while (loop.dispatch(0) > 0) {
+        }
+    });
+    loop.watch(input.readEnd(), EPOLLIN, [&](std::uint32_t) {
+        input.drain();  // a second call without new input would fail here
+        ++lines;
+    });
+    opener.fill();
+    input.fill();
+    while (loop.dispatch(0) > 0) {
+    }
+    EXPECT_EQ(lines, 1);
+}
+
+TEST(RunLoop, ARegularFileIsAlwaysReady) {
+    RunLoop loop;
+    std::FILE* file = std::tmpfile();
+    ASSERT_NE(file, nullptr);
+    int calls = 0;
+    loop.watch(fileno(file), EPOLLIN, [&](std::uint32_t) {
+        if (++calls == 3) loop.unwatch(fileno(file));
+    });
+    EXPECT_TRUE(readable(loop.descriptor(), 1000));
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(loop.dispatch(-1), 1);
+    EXPECT_EQ(loop.dispatch(0), 0);
+    EXPECT_FALSE(readable(loop.descriptor(), 0));
+    std::fclose(file);
+}
+
+TEST(RunLoop, ADescriptorClosedWithoutUnwatchingCanBeWatchedAgain) {
+    RunLoop loop;
+    int calls = 0;
+    int number = -1;
+    {
+        Pipe pipe;
+        number = pipe.readEnd();
+        loop.watch(number, EPOLLIN, [&](std::uint32_t) { calls += 100; });
+    }
+    Pipe pipe;
+    ASSERT_EQ(pipe.readEnd(), number);
+    loop.watch(number, EPOLLIN, [&](std::uint32_t) { ++calls; });
+    pipe.fill();
+    EXPECT_EQ(loop.dispatch(1000), 1);
+    EXPECT_EQ(calls, 1);
+}
+
+}  // namespace
+}  // namespace platform
