@@ -36,14 +36,14 @@ struct MenuResource {
     std::vector<std::string> items;  ///< item n is items[n - 1]
 };
 
-/// Reads menu resource `resID` into `menu`. A text that the language of `resID` lacks is taken from the bundle's
-/// fallback language; an item text that is in neither is empty. Returns false, `menu` untouched, when the
-/// module is not open, has no such menu, or the title is in neither language.
+/// Reads menu resource `resID` into `menu`. A text that the language of `resID` lacks is taken from the
+/// bundle's fallback language; an item text that is in neither is empty. Returns false, `menu` untouched,
+/// when the module is not open, has no such menu, or the title is in neither language.
 bool getMenuResource(RSResModule module, short resID, MenuResource& menu);
 
 // ---- Dialogs --------------------------------------------------------------------------------------------
 
-enum class DialogItemKind : std::uint8_t { Button, Text, List, Separator };
+enum class DialogItemKind : std::uint8_t { Button, Text, List, Icon, Separator };
 
 /// Edges of the dialog to which an item keeps its distance when the dialog's size changes. With both edges of
 /// one direction the item grows; with neither it stays where it is.
@@ -55,7 +55,7 @@ enum DialogAnchor : std::uint8_t {
 };
 
 /// One item; position and size in pixels at 100 %, from the top left corner of the dialog's content.
-struct DialogItemLayout {
+struct DialogItemResource {
     short number = 0;  ///< from 1, unique in the dialog
     DialogItemKind kind = DialogItemKind::Text;
     short x = 0;
@@ -64,28 +64,29 @@ struct DialogItemLayout {
     short height = 0;
     std::uint8_t anchors = kAnchorLeft | kAnchorTop;
     bool bold = false;  ///< a text that stands out, such as a headline
+    short icon = 0;     ///< icon resource that an icon item shows
 };
 
-struct DialogLayout {
+struct DialogResource {
     short resID = 0;
     short width = 0;  ///< of the content, in pixels
     short height = 0;
-    short defaultItem = 1;                ///< the button that the Return key clicks; 0 for none
-    std::vector<DialogItemLayout> items;  ///< in the order of the keyboard focus
+    short defaultItem = 1;                  ///< the button that the Return key clicks; 0 for none
+    std::vector<DialogItemResource> items;  ///< in the order of the keyboard focus
 };
 
-/// The layout of dialog `resID`, or null when the module is not open or has no such dialog. It lives until the
-/// module is closed.
-const DialogLayout* findDialogLayout(RSResModule module, short resID);
+/// The layout of dialog `resID`, or null when the module is not open or has no such dialog. It lives until
+/// the module is closed.
+const DialogResource* findDialogResource(RSResModule module, short resID);
 
-/// The text that the resources give item `item` of dialog `resID`, or the dialog's title for item 0; empty when
-/// they give none.
+/// The text that the resources give item `item` of dialog `resID`, or the dialog's title for item 0; empty
+/// when they give none.
 ///
-/// It is a text in the language of the string that was last looked up in the module, since the platform knows of
-/// no other current language. A dialog manager asks for it when the add-on's answer to DG_MSG_INIT is there
-/// (the add-on has then set its own texts, in its current language), for the items that the add-on left alone,
-/// and keeps it as long as the dialog is open. A text that this language lacks is taken from the fallback
-/// language.
+/// It is a text in the language of the string that was last looked up in the module, since the platform knows
+/// of no other current language. A dialog manager asks for it when the add-on's answer to DG_MSG_INIT is
+/// there (the add-on has then set its own texts, in its current language), for the items that the add-on left
+/// alone, and keeps it as long as the dialog is open. A text that this language lacks is taken from the
+/// fallback language.
 std::string dialogItemText(RSResModule module, short resID, short item);
 
 // ---- Icons ----------------------------------------------------------------------------------------------
