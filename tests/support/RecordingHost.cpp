@@ -1,0 +1,156 @@
+#include "tests/support/RecordingHost.h"
+
+#include "addon/ACAPlib.h"
+
+namespace support {
+namespace {
+
+RecordingHost* sHost = nullptr;
+
+template <typename... Words>
+void record(const std::string& name, const Words&... words) {
+    std::string line = name;
+    ((line += " " + words), ...);
+    sHost->calls.push_back(line);
+}
+
+std::string number(long value) {
+    return std::to_string(value);
+}
+
+GSErrCode onRegisterMenu(APIClient, const APIMenuRegistration* menu) {
+    record("Register_Menu", number(menu->menuResID), number(menu->promptResID), number(menu->positionCode),
+           number(static_cast<long>(menu->flags)));
+    if (sHost->registerMenuAnswer == kNoError) sHost->menus.insert(menu->menuResID);
+    return sHost->registerMenuAnswer;
+}
+
+GSErrCode onRegisterBuiltInLibrary(APIClient) {
+    record("Register_BuiltInLibrary");
+    return sHost->registerLibraryAnswer;
+}
+
+GSErrCode onInstallMenuHandler(APIClient, std::int16_t menuResID, APIMenuCommandProc handler) {
+    record("Install_MenuHandler", number(menuResID));
+    sHost->handlers[menuResID] = handler;
+    const auto answer = sHost->installAnswers.find(menuResID);
+    return answer != sHost->installAnswers.end() ? answer->second : kNoError;
+}
+
+GSErrCode onKeepInMemory(APIClient, bool keep) {
+    record("KeepInMemory", std::string(keep ? "true" : "false"));
+    return kNoError;
+}
+
+GSErrCode onInterface(APIClient, API_InterfaceID request, void* par1, void* par2, void* par3) {
+    const auto& item = *static_cast<API_MenuItemRef*>(par1);
+    const std::pair<short, int> key{item.menuResID, item.itemIndex};
+    const bool exists = sHost->menus.contains(item.menuResID);
+    const std::string where = number(item.menuResID) + " " + number(item.itemIndex);
+    if (request == APIIo_SetMenuItemTextID) {
+        const std::string text = GS::UniStringToUtf8(*static_cast<const GS::UniString*>(par3));
+        record("SMIT", where, text);
+        if (par2 != nullptr) record("SMIT with a second parameter");
+        if (exists) sHost->itemTexts[key] = text;
+    } else if (request == APIIo_GetMenuItemFlagsID) {
+        record("GMIF", where);
+        if (exists) *static_cast<std::uint32_t*>(par2) = sHost->itemFlags[key];
+    } else if (request == APIIo_SetMenuItemFlagsID) {
+        record("SMIF", where, number(*static_cast<const std::uint32_t*>(par2)));
+        if (exists) sHost->itemFlags[key] = *static_cast<const std::uint32_t*>(par2);
+    } else {
+        return kAPIErrNoHostFunction;
+    }
+    return exists ? kNoError : RecordingHost::kNoSuchMenu;
+}
+
+GSErrCode onEnvironment(APIClient, API_EnvironmentID request, void* par1, void* par2, void* par3) {
+    if (request == APIEnv_ApplicationID) {
+        *static_cast<API_ServerApplicationInfo*>(par1) = {1, sHost->mainVersion, 0, 4023};
+        return kNoError;
+    }
+    return sHost->environment ? sHost->environment(request, par1, par2, par3) : kAPIErrNoHostFunction;
+}
+
+GSErrCode onRegisterModelessWindow(APIClient, std::int32_t reference, APIModelessWindowProc callback,
+                                   std::uint32_t flags, const GS::Guid* guid) {
+    record("RegisterModelessWindow", number(flags),
+           std::string(callback == nullptr ? "no callback" : "callback"),
+           std::string(*guid == GS::NULLGuid ? "null guid" : "guid"));
+    return reference != 0 ? kNoError : -1;
+}
+
+GSErrCode onUnregisterModelessWindow(APIClient, std::int32_t) {
+    record("UnregisterModelessWindow");
+    return kNoError;
+}
+
+GSErrCode onLibPartSearch(APIClient, API_LibPart* part, bool createIfMissing, bool onlyPlaceable) {
+    record("LibPart_Search", std::string(createIfMissing ? "true" : "false"),
+           std::string(onlyPlaceable ? "true" : "false"));
+    return sHost->libPartSearch ? sHost->libPartSearch(part) : kAPIErrNoHostFunction;
+}
+
+GSErrCode onLibPartGet(APIClient, API_LibPart* part) {
+    record("LibPart_Get");
+    return sHost->libPartGet ? sHost->libPartGet(part) : kAPIErrNoHostFunction;
+}
+
+GSErrCode onCommandTest(APIClient, const API_ModulID* module, GSType command, std::int32_t version) {
+    record("Command_Test");
+    return sHost->commandTest ? sHost->commandTest(*module, command, version) : -1;
+}
+
+template <typename Function>
+void fill(APIImportedFunctions& table, const std::set<HostSlot>& emptySlots, HostSlot slot,
+          Function function) {
+    if (emptySlots.contains(slot)) return;
+    table.slots[static_cast<std::size_t>(slot)] = reinterpret_cast<APIHostFunction>(function);
+}
+
+}  // namespace
+
+APIImportedFunctions RecordingHost::table(const std::set<HostSlot>& emptySlots) {
+    APIImportedFunctions result{};
+    fill<HostFunction::RegisterMenu>(result, emptySlots, HostSlot::RegisterMenu, onRegisterMenu);
+    fill<HostFunction::RegisterBuiltInLibrary>(result, emptySlots, HostSlot::RegisterBuiltInLibrary,
+                                               onRegisterBuiltInLibrary);
+    fill<HostFunction::InstallMenuHandler>(result, emptySlots, HostSlot::InstallMenuHandler,
+                                           onInstallMenuHandler);
+    fill<HostFunction::KeepInMemory>(result, emptySlots, HostSlot::KeepInMemory, onKeepInMemory);
+    fill<HostFunction::Environment>(result, emptySlots, HostSlot::Environment, onEnvironment);
+    fill<HostFunction::Interface>(result, emptySlots, HostSlot::Interface, onInterface);
+    fill<HostFunction::RegisterModelessWindow>(result, emptySlots, HostSlot::RegisterModelessWindow,
+                                               onRegisterModelessWindow);
+    fill<HostFunction::UnregisterModelessWindow>(result, emptySlots, HostSlot::UnregisterModelessWindow,
+                                                 onUnregisterModelessWindow);
+    fill<HostFunction::LibPartSearch>(result, emptySlots, HostSlot::LibPartSearch, onLibPartSearch);
+    fill<HostFunction::LibPartGet>(result, emptySlots, HostSlot::LibPartGet, onLibPartGet);
+    fill<HostFunction::CommandTest>(result, emptySlots, HostSlot::CommandTest, onCommandTest);
+    return result;
+}
+
+RecordingHost::RecordingHost() {
+    sHost = this;
+    const APIImportedFunctions full = table();
+    SetImportedFuncAddrs(&full);
+}
+
+RecordingHost::~RecordingHost() {
+    const APIImportedFunctions empty{};
+    SetImportedFuncAddrs(&empty);
+    sHost = nullptr;
+}
+
+APIExportedFunctions RecordingHost::exported() {
+    APIExportedFunctions record;
+    GetExportedFuncAddrs(&record);
+    return record;
+}
+
+GSErrCode RecordingHost::choose(short menuResID, int item) {
+    const API_MenuParams params{{menuResID, item}};
+    return handlers.at(menuResID)(&params);
+}
+
+}  // namespace support

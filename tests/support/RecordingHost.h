@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/HostTable.h"
+
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace support {
+
+/// A host for the module that is linked into the test program: hands over its table when constructed, writes
+/// down each call and answers what the test asks for. One at a time.
+class RecordingHost {
+public:
+    RecordingHost();
+    ~RecordingHost();
+    RecordingHost(const RecordingHost&) = delete;
+    RecordingHost& operator=(const RecordingHost&) = delete;
+
+    /// "Register_Menu 32501 0 13 0", "Install_MenuHandler 32500", "KeepInMemory true", "SMIT 32501 2 Lingua",
+    /// ...
+    std::vector<std::string> calls;
+
+    GSErrCode registerMenuAnswer = kNoError;
+    GSErrCode registerLibraryAnswer = kNoError;
+    std::map<short, GSErrCode> installAnswers;  ///< by menu resource ID; 0 for those not named
+    std::map<short, APIMenuCommandProc> handlers;
+
+    /// Menus that exist in this host; item requests for others fail with kNoSuchMenu.
+    std::set<short> menus;
+    static constexpr GSErrCode kNoSuchMenu = -2130313112;
+    std::map<std::pair<short, int>, std::string> itemTexts;    ///< (menu, item) -> UTF-8
+    std::map<std::pair<short, int>, std::uint32_t> itemFlags;  ///< (menu, item); 0 for those not named
+
+    std::uint16_t mainVersion = 22;
+    /// Answers the environment requests but for 'APPL'; none: kAPIErrNoHostFunction.
+    std::function<GSErrCode(API_EnvironmentID, void*, void*, void*)> environment;
+    std::function<GSErrCode(const API_ModulID&, GSType, std::int32_t)> commandTest;
+    std::function<GSErrCode(API_LibPart*)> libPartSearch;
+    std::function<GSErrCode(API_LibPart*)> libPartGet;
+
+    /// The table as handed over; `table({HostSlot::Environment})` leaves the named slots empty.
+    static APIImportedFunctions table(const std::set<HostSlot>& emptySlots = {});
+    /// What the module's record exports.
+    static APIExportedFunctions exported();
+    /// Chooses an item as the host does: calls the installed handler of the menu.
+    GSErrCode choose(short menuResID, int item);
+};
+
+}  // namespace support
