@@ -2,8 +2,8 @@
 
 #include "platform/HostInterface.h"
 
-/// The four entry points that every add-on of the suite defines. The host calls them in this order, through the
-/// wrappers of the bridge: the first three when the add-on is loaded, the last before it is unloaded.
+/// The four entry points that every add-on of the suite defines. The host calls them in this order, through
+/// the wrappers of the bridge: the first three when the add-on is loaded, the last before it is unloaded.
 extern "C" {
 
 /// Whether the add-on wants to be registered in this host: kAPIAddonDontRegister, `params` untouched, or

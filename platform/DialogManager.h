@@ -27,10 +27,10 @@ enum DGMessage : short {
 using DGCallback = short (*)(short message, short dialogID, short item, DGUserData userData,
                              DGMessageData messageData);
 
-constexpr short DG_NO_ITEM = -1;        ///< DGSetFocus: no item has the focus
-constexpr short DG_ALL_ITEMS = 0;       ///< DGRedrawItem: the whole dialog; list functions: every row
-constexpr short DG_LIST_BOTTOM = -1;    ///< DGListInsertItem: after the last row
-constexpr short DG_ALERT_PLAIN = -1;    ///< DGAlert: one plain message without a severity
+constexpr short DG_NO_ITEM = -1;      ///< DGSetFocus: no item has the focus
+constexpr short DG_ALL_ITEMS = 0;     ///< DGRedrawItem: the whole dialog; list functions: every row
+constexpr short DG_LIST_BOTTOM = -1;  ///< DGListInsertItem: after the last row
+constexpr short DG_ALERT_PLAIN = -1;  ///< DGAlert: one plain message without a severity
 
 namespace DG {
 /// A reference to an icon resource; the picture itself is read when a presenter first draws it.
@@ -48,15 +48,15 @@ private:
 }  // namespace DG
 
 /// Runs dialog `dialogID` of `dialogModule` until it is closed; its own event loop dispatches the main run
-/// loop too. Returns what the callback answered to DG_MSG_CLOSE; 0, with no message sent, when there is no such
-/// layout or a dialog of this ID is already open. A close box or Escape clicks item 2.
+/// loop too. Returns what the callback answered to DG_MSG_CLOSE; 0, with no message sent, when there is no
+/// such layout or a dialog of this ID is already open. A close box or Escape clicks item 2.
 short DGModalDialog(RSResModule dialogModule, short dialogID, RSResModule imageModule, DGCallback callback,
                     DGUserData userData);
 
-/// Creates a modeless dialog, invisible until DGShowModelessDialog. DG_MSG_INIT has been sent when it returns.
-/// Returns its ID, or 0 when there is no such layout.
-short DGModelessInit(RSResModule dialogModule, short dialogResID, RSResModule imageModule, DGCallback callback,
-                     DGUserData userData);
+/// Creates a modeless dialog, invisible until DGShowModelessDialog. DG_MSG_INIT has been sent when it
+/// returns. Returns its ID, or 0 when there is no such layout.
+short DGModelessInit(RSResModule dialogModule, short dialogResID, RSResModule imageModule,
+                     DGCallback callback, DGUserData userData);
 /// Shows the dialog, or brings it to the front. `flags` is 0. Returns whether the dialog is open.
 bool DGShowModelessDialog(short dialogID, int flags);
 /// Sends DG_MSG_CLOSE and ends the dialog.
@@ -88,8 +88,8 @@ void DGDisableItem(short dialogID, short item);
 void DGListSetTabFieldCount(short dialogID, short item, short count);
 void DGListSetItemHeight(short dialogID, short item, short height);
 /// Field `field` reaches from `begin` to `end` (pixels from the list's left edge).
-void DGListSetTabFieldData(short dialogID, short item, short field, short begin, short end, short justification,
-                           int truncationFlags, bool separator, bool last);
+void DGListSetTabFieldData(short dialogID, short item, short field, short begin, short end,
+                           short justification, int truncationFlags, bool separator, bool last);
 void DGListDisableDraw(short dialogID, short item);
 void DGListEnableDraw(short dialogID, short item);
 /// Inserts an empty row before row `row`, or at the end with DG_LIST_BOTTOM. Returns the new row's number.

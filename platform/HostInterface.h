@@ -19,7 +19,9 @@ using GSType = std::uint32_t;  ///< four characters, the first in the highest by
 
 constexpr GSErrCode kNoError = 0;
 
-constexpr GSErrCode hostError(std::uint32_t code) { return static_cast<GSErrCode>(code); }
+constexpr GSErrCode hostError(std::uint32_t code) {
+    return static_cast<GSErrCode>(code);
+}
 
 /// An entry point was called before the host's function table was handed over.
 constexpr GSErrCode kAPIErrNotInitialised = hostError(0x81060001);
@@ -97,12 +99,12 @@ void ACAPI_GetReleaseNumber(API_ServerApplicationInfo* info);
 
 /// Requests of ACAPI_Environment, with their parameters.
 enum API_EnvironmentID : GSType {
-    APIEnv_ApplicationID = 0x4150504C,          ///< 'APPL': API_ServerApplicationInfo* out
-    APIEnv_GetLibrariesID = 0x474C4942,         ///< 'GLIB': API_LibraryList* out, std::int32_t* embedded index out
-    APIEnv_AddLibraryID = 0x414C4942,           ///< 'ALIB': const IO::Location* folder
-    APIEnv_ProjectID = 0x50524F4A,              ///< 'PROJ': API_ProjectInfo* out
-    APIEnv_GetRenderingEngineID = 0x4752454E,   ///< 'GREN': API_ModulID* out
-    APIEnv_SetRenderingEngineID = 0x4352454E,   ///< 'CREN': const API_ModulID*
+    APIEnv_ApplicationID = 0x4150504C,   ///< 'APPL': API_ServerApplicationInfo* out
+    APIEnv_GetLibrariesID = 0x474C4942,  ///< 'GLIB': API_LibraryList* out, std::int32_t* embedded index out
+    APIEnv_AddLibraryID = 0x414C4942,    ///< 'ALIB': const IO::Location* folder
+    APIEnv_ProjectID = 0x50524F4A,       ///< 'PROJ': API_ProjectInfo* out
+    APIEnv_GetRenderingEngineID = 0x4752454E,  ///< 'GREN': API_ModulID* out
+    APIEnv_SetRenderingEngineID = 0x4352454E,  ///< 'CREN': const API_ModulID*
 };
 
 GSErrCode ACAPI_Environment(API_EnvironmentID request, void* par1, void* par2, void* par3);
@@ -142,8 +144,8 @@ inline constexpr Guid NULLGuid{};
 
 using APIModelessWindowProc = GSErrCode (*)(std::int32_t referenceID, std::int32_t message);
 
-/// Tells the host of a modeless dialog, under its dialog ID. `callback` may be null; `flags` 7 lets the window
-/// live in every kind of view.
+/// Tells the host of a modeless dialog, under its dialog ID. `callback` may be null; `flags` 7 lets the
+/// window live in every kind of view.
 GSErrCode ACAPI_RegisterModelessWindow(std::int32_t referenceID, APIModelessWindowProc callback,
                                        unsigned int flags, const GS::Guid& reference);
 GSErrCode ACAPI_UnregisterModelessWindow(std::int32_t referenceID);

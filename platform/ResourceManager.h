@@ -29,4 +29,5 @@ int RSRemoveModuleImageCache(RSResModule module);
 /// Copies string `index` (from 1) of string resource `resID` with its terminator into `buffer`
 /// (kRSStringBufferUnits units or bytes, by `type`). Returns false, the buffer untouched, when the module is
 /// not open, the string does not exist, or it does not fit.
-bool RSGetIndString_ParamAdapter(RSStringType type, void* buffer, short resID, short index, RSResModule module);
+bool RSGetIndString_ParamAdapter(RSStringType type, void* buffer, short resID, short index,
+                                 RSResModule module);

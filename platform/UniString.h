@@ -29,7 +29,8 @@ private:
     std::vector<unsigned short> units_;  // with the terminator; empty for the empty string
 };
 
-/// Malformed UTF-8 becomes U+FFFD. For programs and the platform itself; the module has conversions of its own.
+/// Malformed UTF-8 becomes U+FFFD. For programs and the platform itself; the module has conversions of its
+/// own.
 UniString UniStringFromUtf8(const std::string& utf8);
 /// A surrogate without its partner becomes U+FFFD.
 std::string UniStringToUtf8(const UniString& text);
