@@ -1,0 +1,17 @@
+#include "platform/CallTrace.h"
+
+namespace platform {
+
+namespace {
+CallObserver* sObserver = nullptr;
+}
+
+void setCallObserver(CallObserver* observer) {
+    sObserver = observer;
+}
+
+CallObserver* callObserver() {
+    return sObserver;
+}
+
+}  // namespace platform

@@ -1,0 +1,509 @@
+#include "platform/DialogManager.h"
+
+#include "platform/CallTrace.h"
+#include "platform/ImageCleanup.h"
+#include "tests/support/ScriptedPresenter.h"
+
+#include <gmock/gmock.h>
+#include <map>
+#include <optional>
+#include <stdexcept>
+
+namespace {
+
+using platform::DialogControl;
+using platform::DialogItemKind;
+using platform::DialogState;
+using platform::UserAction;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr short kDialog = 32700;
+constexpr short kBareDialog = 32701;  ///< without items 1 and 2
+
+struct Message {
+    short message;
+    short dialog;
+    short item;
+    friend bool operator==(const Message&, const Message&) = default;
+};
+
+void PrintTo(const Message& message, std::ostream* out) {
+    *out << "{" << message.message << ", " << message.dialog << ", " << message.item << "}";
+}
+
+std::vector<Message> sMessages;
+/// What the callback does at a message, beyond noting it; the default is to close by items 1 and 2.
+std::function<short(const Message&)> sAnswer;
+
+short noteMessage(short message, short dialogID, short item, DGUserData, DGMessageData data) {
+    EXPECT_EQ(data, 0);
+    const Message received{message, dialogID, item};
+    sMessages.push_back(received);
+    if (sAnswer) return sAnswer(received);
+    const bool closes = message == DG_MSG_CLICK && (item == 1 || item == 2);
+    return closes || message == DG_MSG_CLOSE ? item : short{0};
+}
+
+GS::UniString uni(const char* text) {
+    return GS::UniStringFromUtf8(text);
+}
+
+class DialogManagerTest : public testing::Test {
+protected:
+    DialogManagerTest() {
+        sMessages.clear();
+        sAnswer = nullptr;
+        layout_.resID = kDialog;
+        layout_.width = 300;
+        layout_.height = 100;
+        layout_.items = {item(1, DialogItemKind::Button), item(2, DialogItemKind::Button),
+                         item(3, DialogItemKind::List), item(4, DialogItemKind::Text),
+                         item(5, DialogItemKind::Button)};
+        bare_.resID = kBareDialog;
+        bare_.items = {item(7, DialogItemKind::Text)};
+        control().setLayouts(platform::DialogLayouts{
+            [this](RSResModule, short resID) -> const platform::DialogResource* {
+                if (resID == kDialog) return &layout_;
+                return resID == kBareDialog ? &bare_ : nullptr;
+            },
+            [](RSResModule, short, short number) { return "resource " + std::to_string(number); }});
+    }
+    ~DialogManagerTest() override {
+        control().closeDialogsOfImage(reinterpret_cast<const void*>(&noteMessage));
+        control().setLayouts(std::nullopt);
+    }
+
+    static DialogControl& control() { return DialogControl::instance(); }
+    static platform::DialogItemResource item(short number, DialogItemKind kind) {
+        platform::DialogItemResource resource;
+        resource.number = number;
+        resource.kind = kind;
+        resource.x = short(10 * number);
+        resource.width = 50;
+        resource.height = 20;
+        return resource;
+    }
+    static short runModal(short resID = kDialog) { return DGModalDialog(1, resID, 1, noteMessage, 0); }
+    static short openModeless(bool show = true) {
+        const short id = DGModelessInit(1, kDialog, 1, noteMessage, 0);
+        if (show) DGShowModelessDialog(id, 0);
+        return id;
+    }
+    static void fillList(short dialogID, int rows) {
+        for (int row = 0; row < rows; ++row)
+            DGListInsertItem(dialogID, 3, DG_LIST_BOTTOM);
+    }
+    /// Lets dialogs start with three rows of which the second is selected.
+    static void fillListAtInit() {
+        sAnswer = [](const Message& received) -> short {
+            if (received.message == DG_MSG_INIT) {
+                fillList(received.dialog, 3);
+                DGListSelectItem(received.dialog, 3, 2);
+            }
+            return received.message == DG_MSG_CLICK || received.message == DG_MSG_CLOSE ? received.item
+                                                                                        : short{0};
+        };
+    }
+
+    platform::DialogResource layout_;
+    platform::DialogResource bare_;
+};
+
+TEST_F(DialogManagerTest, AModalDialogGoesFromInitToCloseAndReturnsWhatTheCallbackAnsweredToClose) {
+    ScriptedPresenter user;
+    user.then(UserAction::click(kDialog, 5)).then(UserAction::click(0, 1));
+    sAnswer = [](const Message& received) -> short {
+        if (received.message == DG_MSG_CLOSE) return 77;
+        return received.message == DG_MSG_CLICK && received.item == 1 ? short{1} : short{0};
+    };
+    EXPECT_EQ(runModal(), 77);
+    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, kDialog, 0}, Message{DG_MSG_CLICK, kDialog, 5},
+                                       Message{DG_MSG_CLICK, kDialog, 1}, Message{DG_MSG_CLOSE, kDialog, 1}));
+    EXPECT_THAT(user.log, ElementsAre("shown 32700", "closed 32700 by 1"));
+    EXPECT_EQ(control().find(kDialog), nullptr);
+}
+
+TEST_F(DialogManagerTest, ACallbackMayCloseADialogByAnotherItemThanTheOneClicked) {
+    ScriptedPresenter user;
+    user.then(UserAction::click(kDialog, 5));
+    sAnswer = [](const Message& received) -> short {
+        return received.message == DG_MSG_CLICK ? short{9} : received.item;
+    };
+    EXPECT_EQ(runModal(), 9);
+    EXPECT_EQ(sMessages.back(), (Message{DG_MSG_CLOSE, kDialog, 9}));
+}
+
+TEST_F(DialogManagerTest, NoDialogOpensWithoutALayoutACallbackAPresenterOrUnderAnIDInUse) {
+    EXPECT_EQ(runModal(), 0);
+    ScriptedPresenter user;
+    EXPECT_EQ(runModal(123), 0);
+    EXPECT_EQ(DGModalDialog(1, kDialog, 1, nullptr, 0), 0);
+    EXPECT_EQ(DGModelessInit(1, 123, 1, noteMessage, 0), 0);
+    EXPECT_THAT(sMessages, IsEmpty());
+
+    user.thenLook([] { EXPECT_EQ(runModal(), 0); }).then(UserAction::click(kDialog, 1));
+    EXPECT_EQ(runModal(), 1);
+    EXPECT_EQ(sMessages.size(), 3U);
+}
+
+TEST_F(DialogManagerTest, TheCloseBoxOfAModalDialogClicksItsCancelItemEvenWhenItIsHidden) {
+    ScriptedPresenter user;
+    user.thenLook([] { DGHideItem(kDialog, 2); }).then(UserAction::close());
+    EXPECT_EQ(runModal(), 2);
+    EXPECT_EQ(sMessages[1], (Message{DG_MSG_CLICK, kDialog, 2}));
+}
+
+TEST_F(DialogManagerTest, TheCloseBoxClicksItemOneWhenThereIsNoItemTwo) {
+    ScriptedPresenter user;
+    std::erase_if(layout_.items, [](const auto& each) { return each.number == 2; });
+    user.then(UserAction::close(kDialog));
+    EXPECT_EQ(runModal(), 1);
+}
+
+TEST_F(DialogManagerTest, ADialogWithoutOKAndCancelStillCloses) {
+    ScriptedPresenter user;
+    user.then(UserAction::close());
+    EXPECT_EQ(runModal(kBareDialog), 2);
+    EXPECT_THAT(sMessages,
+                ElementsAre(Message{DG_MSG_INIT, kBareDialog, 0}, Message{DG_MSG_CLOSE, kBareDialog, 2}));
+}
+
+TEST_F(DialogManagerTest, AnAbandonedDialogClosesWhateverItsCallbackAnswers) {
+    ScriptedPresenter user;
+    user.then(UserAction::abandon());
+    sAnswer = [](const Message&) -> short { return 0; };
+    EXPECT_EQ(runModal(), 0);
+    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, kDialog, 0}, Message{DG_MSG_CLICK, kDialog, 2},
+                                       Message{DG_MSG_CLOSE, kDialog, 2}));
+}
+
+TEST_F(DialogManagerTest, ActionsThatAreNotPossibleAreRefusedWithOneLineAndReachNoCallback) {
+    ScriptedPresenter user;
+    user.thenLook([] {
+        DGHideItem(kDialog, 5);
+        DGDisableItem(kDialog, 1);
+        sMessages.clear();
+    });
+    user.then(UserAction::click(kDialog, 9))
+        .then(UserAction::click(kDialog, 5))
+        .then(UserAction::click(kDialog, 1));
+    user.then(UserAction::click(kDialog, 4))
+        .then(UserAction::click(kDialog, 3))
+        .then(UserAction::selectRow(0, 1, 1));
+    user.then(UserAction::selectRow(0, 3, 1))
+        .then(UserAction::selectRow(0, 3, 0))
+        .then(UserAction::click(8, 1));
+    user.then(UserAction::answer(1)).then(UserAction::chooseFile("/a"));
+    user.thenLook([] { EXPECT_THAT(sMessages, IsEmpty()); }).then(UserAction::close());
+    runModal();
+    const std::vector<std::string> refusals(user.log.begin() + 1, user.log.end() - 1);
+    EXPECT_THAT(refusals,
+                ElementsAre("refused: dialog 32700 has no item 9", "refused: dialog 32700: item 5 is hidden",
+                            "refused: dialog 32700: item 1 is disabled",
+                            "refused: dialog 32700: item 4 is not a button",
+                            "refused: dialog 32700: item 3 is not a button",
+                            "refused: dialog 32700: item 1 is not a list",
+                            "refused: dialog 32700: list 3 has no row 1",
+                            "refused: dialog 32700: list 3 has no row 0", "refused: dialog 8 is not open",
+                            "refused: no alert is open", "refused: no file chooser is open"));
+}
+
+TEST_F(DialogManagerTest, SelectingARowSendsAChangeOnlyWhenTheSelectionDiffers) {
+    ScriptedPresenter user;
+    fillListAtInit();
+    user.then(UserAction::selectRow(0, 3, 2)).then(UserAction::selectRow(0, 3, 3));
+    user.thenLook([] {
+        EXPECT_EQ(DGListGetSelected(kDialog, 3, 1), 3);
+        EXPECT_EQ(DGListGetSelected(kDialog, 3, 4), 0);
+    });
+    user.then(UserAction::doubleClick(0, 3, 1));
+    EXPECT_EQ(runModal(), 3);
+    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, kDialog, 0}, Message{DG_MSG_CHANGE, kDialog, 3},
+                                       Message{DG_MSG_CHANGE, kDialog, 3}, Message{DG_MSG_CLICK, kDialog, 3},
+                                       Message{DG_MSG_CLOSE, kDialog, 3}));
+}
+
+TEST_F(DialogManagerTest, ModelessDialogsHaveNumbersOfTheirOwnAndAreInvisibleUntilShown) {
+    ScriptedPresenter user;
+    const short first = openModeless(false);
+    const short second = openModeless(false);
+    EXPECT_GE(first, 1);
+    EXPECT_NE(first, second);
+    EXPECT_THAT(user.log, IsEmpty());
+    control().perform(UserAction::click(first, 5));
+    EXPECT_TRUE(DGShowModelessDialog(first, 0));
+    EXPECT_TRUE(DGShowModelessDialog(second, 0));
+    EXPECT_TRUE(DGShowModelessDialog(first, 0));
+    EXPECT_THAT(control().openDialogs(), ElementsAre(first, second));
+    DGModelessClose(first);
+    DGModelessClose(first);
+    EXPECT_FALSE(DGShowModelessDialog(first, 0));
+    EXPECT_THAT(user.log,
+                ElementsAre("refused: dialog " + std::to_string(first) + " is not open",
+                            "shown " + std::to_string(first), "shown " + std::to_string(second),
+                            "shown " + std::to_string(first), "closed " + std::to_string(first) + " by 0"));
+}
+
+TEST_F(DialogManagerTest, AModelessDialogMayCloseItselfInItsCallbackAndIsToldOnce) {
+    ScriptedPresenter user;
+    const short id = openModeless();
+    sAnswer = [](const Message& received) -> short {
+        DGModelessClose(received.dialog);
+        return received.item;
+    };
+    control().perform(UserAction::click(id, 5));
+    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, id, 0}, Message{DG_MSG_CLICK, id, 5},
+                                       Message{DG_MSG_CLOSE, id, 0}));
+    EXPECT_EQ(control().find(id), nullptr);
+}
+
+TEST_F(DialogManagerTest, AModelessDialogClosedWhileItIsInitialisedDidNotOpen) {
+    sAnswer = [](const Message& received) -> short {
+        if (received.message == DG_MSG_INIT) DGModelessClose(received.dialog);
+        return 0;
+    };
+    EXPECT_EQ(openModeless(false), 0);
+    EXPECT_THAT(control().openDialogs(), IsEmpty());
+}
+
+TEST_F(DialogManagerTest, TheHostsCloseRequestOnAModelessDialogClosesItWithoutAClick) {
+    ScriptedPresenter user;
+    const short id = openModeless();
+    control().perform(UserAction::close(id));
+    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, id, 0}, Message{DG_MSG_CLOSE, id, 0}));
+}
+
+TEST_F(DialogManagerTest, AModelessDialogWaitsWhileAModalOneIsOpen) {
+    ScriptedPresenter user;
+    const short id = openModeless();
+    user.then(UserAction::click(id, 5)).then(UserAction::click(0, 1));
+    EXPECT_EQ(runModal(), 1);
+    EXPECT_THAT(user.log, testing::Contains("refused: dialog " + std::to_string(id) +
+                                            " waits until dialog 32700 is closed"));
+    control().perform(UserAction::click(0, 5));
+    EXPECT_EQ(sMessages.back(), (Message{DG_MSG_CLICK, id, 5}));
+}
+
+TEST_F(DialogManagerTest, AnAlertInACallbackLetsNothingElseBeUsedUntilItIsAnswered) {
+    ScriptedPresenter user;
+    short answered = 0;
+    sAnswer = [&answered](const Message& received) -> short {
+        if (received.message == DG_MSG_CLICK && received.item == 5) {
+            answered = DGAlert(-1, uni(""), uni("Save?"), uni(""), uni("Yes"), uni("No"), uni(""));
+        }
+        return received.message == DG_MSG_CLICK && received.item == 1 ? short{1} : short{0};
+    };
+    user.then(UserAction::click(0, 5)).then(UserAction::click(0, 1)).then(UserAction::answer(3));
+    user.then(UserAction::answer(2)).then(UserAction::click(0, 1));
+    runModal();
+    EXPECT_EQ(answered, 2);
+    EXPECT_THAT(
+        user.log,
+        ElementsAre("shown 32700", "alert -1 [|Save?|] [Yes|No|]", "refused: an alert waits for its answer",
+                    "refused: the alert has no button 3", "alert answered 2", "closed 32700 by 1"));
+}
+
+TEST_F(DialogManagerTest, AClosedAlertAnswersTheCancelButtonOrTheOnlyOne) {
+    const GS::UniString none;
+    EXPECT_EQ(DGAlert(-1, none, none, none, uni("OK")), 1);  // nobody looks
+    ScriptedPresenter user;
+    user.then(UserAction::close()).then(UserAction::abandon());
+    EXPECT_EQ(DGAlert(-1, none, none, none, uni("OK")), 1);
+    EXPECT_EQ(DGAlert(-1, none, none, none, uni("Save"), uni("Cancel"), uni("Discard")), 2);
+}
+
+TEST_F(DialogManagerTest, AFileChooserHandsOverThePathOrNothing) {
+    platform::FileChooserState chooser;
+    chooser.kind = platform::FileChooserState::Kind::SaveFile;
+    chooser.title = "Save";
+    chooser.name = "a.txt";
+    EXPECT_FALSE(control().runFileChooser(chooser));
+    ScriptedPresenter user;
+    user.then(UserAction::click(0, 1))
+        .then(UserAction::chooseFile(""))
+        .then(UserAction::chooseFile("/tmp/a.txt", 2));
+    const auto chosen = control().runFileChooser(chooser);
+    ASSERT_TRUE(chosen);
+    EXPECT_EQ(chosen->path, "/tmp/a.txt");
+    EXPECT_EQ(chosen->filter, 2);
+    user.then(UserAction::close());
+    EXPECT_FALSE(control().runFileChooser(chooser));
+    EXPECT_THAT(user.log,
+                ElementsAre("chooser save [Save] [] [a.txt]", "refused: a file chooser waits for a choice",
+                            "refused: the path is empty", "chooser closed", "chooser save [Save] [] [a.txt]",
+                            "chooser closed"));
+}
+
+TEST_F(DialogManagerTest, TextsThatTheAddOnLeavesAloneComeFromItsResources) {
+    sAnswer = [](const Message& received) -> short {
+        DGSetItemText(received.dialog, 1, uni("mine"));
+        DGSetItemText(received.dialog, 5, uni(""));
+        return 0;
+    };
+    const DialogState* dialog = control().find(openModeless());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->title, uni("resource 0"));
+    EXPECT_EQ(dialog->find(1)->text, uni("mine"));
+    EXPECT_EQ(dialog->find(2)->text, uni("resource 2"));
+    EXPECT_TRUE(dialog->find(5)->text.IsEmpty());
+}
+
+TEST_F(DialogManagerTest, ItemsFollowTheEdgesThatTheyAreAnchoredTo) {
+    layout_.items[0].anchors = platform::kAnchorRight | platform::kAnchorBottom;
+    layout_.items[1].anchors = platform::kAnchorLeft | platform::kAnchorRight;
+    const short id = openModeless();
+    DGSetDialogClientSize(id, 340, 90, 0, true);
+    const DialogState* dialog = control().find(id);
+    EXPECT_EQ(dialog->width, 340);
+    EXPECT_EQ(dialog->height, 90);
+    EXPECT_EQ(dialog->find(1)->rect.left, 50);
+    EXPECT_EQ(dialog->find(1)->rect.top, -10);
+    EXPECT_EQ(dialog->find(1)->rect.width, 50);
+    EXPECT_EQ(dialog->find(2)->rect.width, 90);
+    EXPECT_EQ(dialog->find(3)->rect.left, 30);
+    DGSetDialogClientSize(id, 400, 200, 0, false);
+    EXPECT_EQ(dialog->find(1)->rect.left, 50);
+    DGSetDialogClientSize(id, 0, -1, 0, true);
+    EXPECT_EQ(dialog->width, 400);
+}
+
+TEST_F(DialogManagerTest, NothingIsDrawnInsideABracketOrWhileAListDoesNotDraw) {
+    ScriptedPresenter user;
+    const short id = openModeless();
+    DGBeginMoveGrowItems(id);
+    DGSetDialogTitle(id, uni("a"));
+    DGHideItem(id, 1);
+    EXPECT_EQ(user.changes, 0);
+    DGEndMoveGrowItems(id);
+    EXPECT_EQ(user.changes, 1);
+    DGListDisableDraw(id, 3);
+    fillList(id, 2);
+    EXPECT_EQ(user.changes, 1);
+    DGListEnableDraw(id, 3);
+    EXPECT_EQ(user.changes, 2);
+}
+
+TEST_F(DialogManagerTest, ListRowsAreInsertedFilledSelectedAndDeletedByNumber) {
+    const short id = openModeless();
+    DGListSetTabFieldCount(id, 3, 2);
+    EXPECT_EQ(DGListInsertItem(id, 3, DG_LIST_BOTTOM), 1);
+    EXPECT_EQ(DGListInsertItem(id, 3, 1), 1);
+    EXPECT_EQ(DGListInsertItem(id, 3, 3), 3);
+    for (short wrong : {0, 5, -2, 30000})
+        EXPECT_EQ(DGListInsertItem(id, 3, wrong), 0) << wrong;
+    DGListSetTabItemText(id, 3, 2, 2, uni("two"));
+    DGListSetTabItemIcon(id, 3, 2, 1, DG::Icon(1, 32758));
+    DGListSetTabItemText(id, 3, 2, 3, uni("beyond"));
+    DGListSetTabItemText(id, 3, 4, 1, uni("beyond"));
+    const auto& rows = control().find(id)->find(3)->list.rows;
+    EXPECT_EQ(rows[1].cells[1].text, uni("two"));
+    EXPECT_EQ(rows[1].cells[0].icon.resID(), 32758);
+
+    DGListSelectItem(id, 3, 3);
+    DGListSelectItem(id, 3, 2);
+    EXPECT_EQ(DGListGetSelected(id, 3, 1), 2);
+    EXPECT_EQ(DGListGetSelected(id, 3, 3), 0);
+    DGListSelectItem(id, 3, DG_ALL_ITEMS);
+    EXPECT_EQ(DGListGetSelected(id, 3, 3), 3);
+    DGListDeselectItem(id, 3, 1);
+    EXPECT_EQ(DGListGetSelected(id, 3, -5), 2);
+    DGListDeleteItem(id, 3, 2);
+    EXPECT_EQ(rows.size(), 2U);
+    DGListDeselectItem(id, 3, DG_ALL_ITEMS);
+    EXPECT_EQ(DGListGetSelected(id, 3, 1), 0);
+    DGListDeleteItem(id, 3, DG_ALL_ITEMS);
+    EXPECT_THAT(rows, IsEmpty());
+}
+
+TEST_F(DialogManagerTest, FunctionsOnUnknownDialogsAndItemsDoNothing) {
+    const short open = openModeless();
+    const short closed = openModeless();
+    DGModelessClose(closed);
+    for (const auto& [id, number] :
+         {std::pair<short, short>{closed, 3}, {0, 3}, {-1, 3}, {open, 99}, {open, -3}}) {
+        DGSetItemText(id, number, uni("x"));
+        DGShowItem(id, number);
+        DGHideItem(id, number);
+        DGEnableItem(id, number);
+        DGDisableItem(id, number);
+        DGSetFocus(id, number);
+        DGRedrawItem(id, number);
+        DGListSetTabFieldCount(id, number, 3);
+        DGListSetItemHeight(id, number, 30);
+        DGListSetTabFieldData(id, number, 1, 5, 285, 0, 0x1000, false, true);
+        DGListDisableDraw(id, number);
+        DGListEnableDraw(id, number);
+        EXPECT_EQ(DGListInsertItem(id, number, DG_LIST_BOTTOM), 0);
+        DGListDeleteItem(id, number, DG_ALL_ITEMS);
+        DGListSelectItem(id, number, 1);
+        DGListDeselectItem(id, number, DG_ALL_ITEMS);
+        EXPECT_EQ(DGListGetSelected(id, number, 1), 0);
+        DGListSetTabItemText(id, number, 1, 1, uni("x"));
+        DGListSetTabItemIcon(id, number, 1, 1, DG::Icon(1, 5));
+    }
+    DGSetDialogTitle(closed, uni("x"));
+    DGSetDialogClientSize(closed, 10, 10, 0, true);
+    DGBeginMoveGrowItems(closed);
+    DGEndMoveGrowItems(closed);
+    DGEndMoveGrowItems(open);
+    EXPECT_EQ(DGListInsertItem(open, 4, DG_LIST_BOTTOM), 0);  // a text is not a list
+    EXPECT_EQ(control().find(open)->focus, DG_NO_ITEM);
+    EXPECT_EQ(control().find(open)->title, uni("resource 0"));
+}
+
+TEST_F(DialogManagerTest, AnExceptionOfACallbackStopsAtTheManager) {
+    ScriptedPresenter user;
+    user.then(UserAction::click(0, 1)).then(UserAction::close());
+    bool thrown = false;
+    sAnswer = [&thrown](const Message& received) -> short {
+        if (received.message == DG_MSG_CLICK && !thrown) {
+            thrown = true;
+            throw std::runtime_error("lost");
+        }
+        return received.item;
+    };
+    EXPECT_EQ(runModal(), 2);
+    EXPECT_THAT(user.log,
+                testing::Contains("refused: dialog 32700: its callback threw an exception at message click"));
+}
+
+TEST_F(DialogManagerTest, BeforeAnImageGoesAwayItsModelessDialogsAreClosed) {
+    const short id = openModeless();
+    platform::endCallsIntoImage(platform::imageOf(&DGModelessClose));
+    EXPECT_NE(control().find(id), nullptr);
+    platform::endCallsIntoImage(platform::imageOf(&noteMessage));
+    EXPECT_EQ(control().find(id), nullptr);
+    EXPECT_EQ(sMessages.back(), (Message{DG_MSG_CLOSE, id, 0}));
+}
+
+class CallLog : public platform::CallObserver {
+public:
+    CallLog() { platform::setCallObserver(this); }
+    ~CallLog() override { platform::setCallObserver(nullptr); }
+    void callEntered(const platform::TracedCall& call) override {
+        lines.push_back(std::string(call.direction == platform::CallDirection::ToHost ? "> " : "< ") +
+                        call.function);
+    }
+    void callLeft(const platform::TracedCall& call, const platform::TraceArguments& results) override {
+        std::string line = std::string("= ") + call.function;
+        for (const auto& [name, value] : results)
+            line += ' ' + std::to_string(std::get<std::int64_t>(value));
+        lines.push_back(line);
+    }
+    std::vector<std::string> lines;
+};
+
+TEST_F(DialogManagerTest, AnObserverSeesEveryCallWithItsResult) {
+    CallLog calls;
+    sAnswer = [](const Message& received) -> short {
+        return received.message == DG_MSG_INIT ? DGListInsertItem(received.dialog, 3, DG_LIST_BOTTOM)
+                                               : short{0};
+    };
+    const short id = openModeless(false);
+    EXPECT_THAT(calls.lines, ElementsAre("> DGModelessInit", "< DialogCallback", "> DGListInsertItem",
+                                         "= DGListInsertItem 1", "= DialogCallback 1",
+                                         "= DGModelessInit " + std::to_string(id)));
+}
+
+}  // namespace
