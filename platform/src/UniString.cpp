@@ -7,7 +7,8 @@ namespace GS {
 UniString::UniString(const unsigned short* units) {
     if (units == nullptr) return;
     unsigned int count = 0;
-    while (units[count] != 0) ++count;
+    while (units[count] != 0)
+        ++count;
     *this = UniString(units, count);
 }
 

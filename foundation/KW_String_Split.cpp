@@ -1,0 +1,72 @@
+#include "foundation/KW_String.h"
+
+#include <functional>
+
+namespace {
+
+bool liesIn(KW_List<KW_String> const& list, KW_String const* string) {
+    if (list.count == 0) return false;
+    const std::less<KW_String const*> before;
+    KW_String const* const first = &list[0];
+    return !before(string, first) && before(string, first + list.count);
+}
+
+void addPiece(KW_List<KW_String>& list, KW_String const& text, unsigned int start, unsigned int end) {
+    list.AddData(KW_String(text.data + start, end - start), -1);
+}
+
+bool isBlank(unsigned short unit) {
+    return unit == ' ' || unit == '\t';
+}
+
+}  // namespace
+
+void KW_String::Split(KW_List<KW_String>& pieces, char separator) const {
+    if (liesIn(pieces, this)) return KW_String(*this).Split(pieces, separator);
+    pieces.Reset();
+    if (data == nullptr) return pieces.AddData(KW_String(), -1);
+    const unsigned short unit = CharToKW_Char(separator, Encoding_System);
+    unsigned int start = 0;
+    for (unsigned int i = 0; i < length; ++i) {
+        if (data[i] != unit) continue;
+        addPiece(pieces, *this, start, i);
+        start = i + 1;
+    }
+    addPiece(pieces, *this, start, length);
+}
+
+void KW_String::SplitLines(KW_List<KW_String>& lines, bool removeEOL, bool resetList) const {
+    if (liesIn(lines, this)) return KW_String(*this).SplitLines(lines, removeEOL, resetList);
+    if (resetList) lines.Reset();
+    if (data == nullptr) return lines.AddData(KW_String(), -1);
+    unsigned int start = 0;
+    for (unsigned int i = 0; i < length;) {
+        if (data[i] != '\n' && data[i] != '\r') {
+            ++i;
+            continue;
+        }
+        // The terminator behind the last unit is no line feed.
+        const unsigned int next = i + (data[i] == '\r' && data[i + 1] == '\n' ? 2 : 1);
+        addPiece(lines, *this, start, removeEOL ? i : next);
+        start = i = next;
+    }
+    addPiece(lines, *this, start, length);
+}
+
+void KW_String::SplitBySpaces(KW_List<KW_String>& pieces) const {
+    if (liesIn(pieces, this)) return KW_String(*this).SplitBySpaces(pieces);
+    pieces.Reset();
+    if (data == nullptr) return pieces.AddData(KW_String(), -1);
+    unsigned int start = 0;
+    for (unsigned int i = 0; i < length;) {
+        if (!isBlank(data[i])) {
+            ++i;
+            continue;
+        }
+        addPiece(pieces, *this, start, i);
+        while (i < length && isBlank(data[i]))
+            ++i;
+        start = i;
+    }
+    addPiece(pieces, *this, start, length);
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+/// The operating system's string services: text of an 8-bit or multi-byte encoding to UTF-16 units and back.
+/// Units are in the machine's byte order and are read and written through byte pointers that need no
+/// alignment. Nothing is read behind a given count and nothing written behind a given size. No byte-order
+/// mark is added, removed or obeyed.
+
+/// The encodings, by the system's numbers.
+constexpr unsigned int kCFStringEncodingMacRoman = 0x0000;
+constexpr unsigned int kCFStringEncodingUnicode = 0x0100;  ///< UTF-16 in the machine's byte order
+constexpr unsigned int kCFStringEncodingISOLatin1 = 0x0201;
+constexpr unsigned int kCFStringEncodingWindowsLatin1 = 0x0500;  ///< Windows code page 1252
+constexpr unsigned int kCFStringEncodingASCII = 0x0600;
+constexpr unsigned int kCFStringEncodingUTF7 = 0x04000100;
+constexpr unsigned int kCFStringEncodingUTF8 = 0x08000100;
+constexpr unsigned int kCFStringEncodingUTF16BE = 0x10000100;
+constexpr unsigned int kCFStringEncodingUTF32 = 0x0C000100;  ///< in the machine's byte order
+constexpr unsigned int kCFStringEncodingUTF32BE = 0x18000100;
+
+/// The application's 8-bit text encoding: Mac OS Roman.
+unsigned int GetApplicationTextEncoding();
+
+namespace StringServices {
+
+/// The number of UTF-16 units that the bytes decode to; -1 when they are malformed in the encoding. Malformed
+/// are, among others, surrogates and overlong forms in UTF-8, bytes above 7F in ASCII, an odd count in
+/// UTF-16. The two forms of UTF-32 are not decoded here: -1.
+long decodedLength(unsigned int encoding, const char* bytes, long byteCount);
+
+/// Writes the units that the bytes decode to. The bytes must be ones for which decodedLength answers, and
+/// `units` must have room for as many units as it says.
+void decode(unsigned int encoding, const char* bytes, long byteCount, char* units);
+
+/// How far an encoding came.
+struct Encoded {
+    long units;  ///< units that were converted, counted from the first
+    long bytes;  ///< bytes that they became
+};
+
+/// Encodes units. Stops before the first character that does not fit into `targetSize` bytes whole, or that
+/// the encoding does not have when `lossByte` is 0; with another `lossByte` that byte stands for every such
+/// character (one for a surrogate pair, one for a surrogate without its partner, which only the two forms of
+/// UTF-16 can hold). With a null target nothing is written and room is unlimited.
+Encoded encode(unsigned int encoding, const char* units, long unitCount, char lossByte, char* target,
+               long targetSize);
+
+}  // namespace StringServices

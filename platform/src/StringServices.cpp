@@ -1,0 +1,121 @@
+#include "platform/StringServices.h"
+
+#include "platform/src/text/OneByte.h"
+#include "platform/src/text/Units.h"
+#include "platform/src/text/Utf7.h"
+#include "platform/src/text/Utf8.h"
+
+#include <algorithm>
+#include <bit>
+#include <limits>
+
+static_assert(std::endian::native == std::endian::little,
+              "the byte orders below assume a little-endian machine");
+
+unsigned int GetApplicationTextEncoding() {
+    return kCFStringEncodingMacRoman;
+}
+
+namespace StringServices {
+
+namespace {
+
+void copyExchanged(const char* from, long units, char* to) {
+    for (long i = 0; i < units; ++i) {
+        const std::uint16_t unit = text::unitAt(from, i);
+        text::setUnit(to, i, static_cast<std::uint32_t>(unit << 8 | unit >> 8));
+    }
+}
+
+Encoded encodeUtf16(bool bigEndian, const char* units, long unitCount, char* target, long targetSize) {
+    if (target == nullptr) return {unitCount, unitCount * 2};
+    const long fitting = std::min(unitCount, targetSize / 2);
+    if (bigEndian) {
+        copyExchanged(units, fitting, target);
+    } else if (fitting > 0) {
+        std::memcpy(target, units, static_cast<std::size_t>(fitting) * 2);
+    }
+    return {fitting, fitting * 2};
+}
+
+Encoded encodeUtf32(bool bigEndian, const char* units, long unitCount, char lossByte, char* target,
+                    long targetSize) {
+    const long room = target == nullptr ? std::numeric_limits<long>::max() : targetSize;
+    long in = 0;
+    long out = 0;
+    while (in < unitCount && room - out >= 4) {
+        text::Character c = text::characterAt(units, unitCount, in);
+        if (c.units == 1 && text::isSurrogate(c.codePoint)) {
+            if (lossByte == 0) break;
+            c.codePoint = static_cast<unsigned char>(lossByte);
+        }
+        if (target != nullptr) {
+            const std::uint32_t stored = bigEndian ? __builtin_bswap32(c.codePoint) : c.codePoint;
+            std::memcpy(target + out, &stored, sizeof stored);
+        }
+        out += 4;
+        in += c.units;
+    }
+    return {in, out};
+}
+
+}  // namespace
+
+long decodedLength(unsigned int encoding, const char* bytes, long byteCount) {
+    switch (encoding) {
+        case kCFStringEncodingUnicode:
+        case kCFStringEncodingUTF16BE:
+            return byteCount % 2 == 0 ? byteCount / 2 : -1;
+        case kCFStringEncodingUTF7:
+            return text::utf7DecodedLength(bytes, byteCount);
+        case kCFStringEncodingUTF8:
+            return text::utf8DecodedLength(bytes, byteCount);
+        default:
+            if (const auto* table = text::oneByteTable(encoding)) {
+                return text::oneByteDecodedLength(*table, bytes, byteCount);
+            }
+            return -1;
+    }
+}
+
+void decode(unsigned int encoding, const char* bytes, long byteCount, char* units) {
+    switch (encoding) {
+        case kCFStringEncodingUnicode:
+            if (byteCount > 0) std::memcpy(units, bytes, static_cast<std::size_t>(byteCount));
+            return;
+        case kCFStringEncodingUTF16BE:
+            return copyExchanged(bytes, byteCount / 2, units);
+        case kCFStringEncodingUTF7:
+            return text::utf7Decode(bytes, byteCount, units);
+        case kCFStringEncodingUTF8:
+            return text::utf8Decode(bytes, byteCount, units);
+        default:
+            if (const auto* table = text::oneByteTable(encoding)) {
+                text::oneByteDecode(*table, bytes, byteCount, units);
+            }
+    }
+}
+
+Encoded encode(unsigned int encoding, const char* units, long unitCount, char lossByte, char* target,
+               long targetSize) {
+    switch (encoding) {
+        case kCFStringEncodingUnicode:
+        case kCFStringEncodingUTF16BE:
+            return encodeUtf16(encoding == kCFStringEncodingUTF16BE, units, unitCount, target, targetSize);
+        case kCFStringEncodingUTF32:
+        case kCFStringEncodingUTF32BE:
+            return encodeUtf32(encoding == kCFStringEncodingUTF32BE, units, unitCount, lossByte, target,
+                               targetSize);
+        case kCFStringEncodingUTF7:
+            return text::utf7Encode(units, unitCount, lossByte, target, targetSize);
+        case kCFStringEncodingUTF8:
+            return text::utf8Encode(units, unitCount, lossByte, target, targetSize);
+        default:
+            if (const auto* table = text::oneByteTable(encoding)) {
+                return text::oneByteEncode(*table, units, unitCount, lossByte, target, targetSize);
+            }
+            return {0, 0};
+    }
+}
+
+}  // namespace StringServices

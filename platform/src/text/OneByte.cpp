@@ -1,0 +1,117 @@
+#include "platform/src/text/OneByte.h"
+
+#include "platform/src/text/Units.h"
+
+#include <limits>
+
+namespace text {
+
+namespace {
+
+using Upper = std::array<std::uint16_t, 128>;
+
+// Mac OS Roman, 80 to FF.
+constexpr Upper kMacRoman = {
+    0x00C4, 0x00C5, 0x00C7, 0x00C9, 0x00D1, 0x00D6, 0x00DC, 0x00E1, 0x00E0, 0x00E2, 0x00E4, 0x00E3, 0x00E5,
+    0x00E7, 0x00E9, 0x00E8, 0x00EA, 0x00EB, 0x00ED, 0x00EC, 0x00EE, 0x00EF, 0x00F1, 0x00F3, 0x00F2, 0x00F4,
+    0x00F6, 0x00F5, 0x00FA, 0x00F9, 0x00FB, 0x00FC, 0x2020, 0x00B0, 0x00A2, 0x00A3, 0x00A7, 0x2022, 0x00B6,
+    0x00DF, 0x00AE, 0x00A9, 0x2122, 0x00B4, 0x00A8, 0x2260, 0x00C6, 0x00D8, 0x221E, 0x00B1, 0x2264, 0x2265,
+    0x00A5, 0x00B5, 0x2202, 0x2211, 0x220F, 0x03C0, 0x222B, 0x00AA, 0x00BA, 0x03A9, 0x00E6, 0x00F8, 0x00BF,
+    0x00A1, 0x00AC, 0x221A, 0x0192, 0x2248, 0x2206, 0x00AB, 0x00BB, 0x2026, 0x00A0, 0x00C0, 0x00C3, 0x00D5,
+    0x0152, 0x0153, 0x2013, 0x2014, 0x201C, 0x201D, 0x2018, 0x2019, 0x00F7, 0x25CA, 0x00FF, 0x0178, 0x2044,
+    0x20AC, 0x2039, 0x203A, 0xFB01, 0xFB02, 0x2021, 0x00B7, 0x201A, 0x201E, 0x2030, 0x00C2, 0x00CA, 0x00C1,
+    0x00CB, 0x00C8, 0x00CD, 0x00CE, 0x00CF, 0x00CC, 0x00D3, 0x00D4, 0xF8FF, 0x00D2, 0x00DA, 0x00DB, 0x00D9,
+    0x0131, 0x02C6, 0x02DC, 0x00AF, 0x02D8, 0x02D9, 0x02DA, 0x00B8, 0x02DD, 0x02DB, 0x02C7};
+
+// Windows code page 1252, 80 to 9F; the five bytes without a character stand for the control of their value.
+constexpr std::array<std::uint16_t, 32> kWindows1252 = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+constexpr Upper latin1Upper() {
+    Upper upper{};
+    for (int i = 0; i < 128; ++i)
+        upper[static_cast<unsigned>(i)] = static_cast<std::uint16_t>(0x80 + i);
+    return upper;
+}
+
+constexpr Upper windows1252Upper() {
+    Upper upper = latin1Upper();
+    for (unsigned i = 0; i < kWindows1252.size(); ++i)
+        upper[i] = kWindows1252[i];
+    return upper;
+}
+
+constexpr OneByteTable makeTable(const Upper& upper, int defined) {
+    OneByteTable table{};
+    table.defined = defined;
+    unsigned pagesUsed = 1;
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        const unsigned unit = byte < 128 ? byte : upper[byte - 128];
+        table.units[byte] = static_cast<std::uint16_t>(unit);
+        if (static_cast<int>(byte) >= defined) continue;
+        std::uint8_t& page = table.pageOf[unit >> 8];
+        if (page == 0) page = static_cast<std::uint8_t>(pagesUsed++);
+        table.pages[page][unit & 0xFF] = static_cast<std::uint8_t>(byte);
+    }
+    return table;
+}
+
+constexpr OneByteTable kMacRomanTable = makeTable(kMacRoman, 256);
+constexpr OneByteTable kWindows1252Table = makeTable(windows1252Upper(), 256);
+constexpr OneByteTable kLatin1Table = makeTable(latin1Upper(), 256);
+constexpr OneByteTable kAsciiTable = makeTable(latin1Upper(), 128);
+
+}  // namespace
+
+const OneByteTable* oneByteTable(unsigned int encoding) {
+    switch (encoding) {
+        case kCFStringEncodingMacRoman:
+            return &kMacRomanTable;
+        case kCFStringEncodingWindowsLatin1:
+            return &kWindows1252Table;
+        case kCFStringEncodingISOLatin1:
+            return &kLatin1Table;
+        case kCFStringEncodingASCII:
+            return &kAsciiTable;
+        default:
+            return nullptr;
+    }
+}
+
+long oneByteDecodedLength(const OneByteTable& table, const char* bytes, long byteCount) {
+    if (table.defined == 256) return byteCount;
+    for (long i = 0; i < byteCount; ++i) {
+        if (static_cast<unsigned char>(bytes[i]) >= table.defined) return -1;
+    }
+    return byteCount;
+}
+
+void oneByteDecode(const OneByteTable& table, const char* bytes, long byteCount, char* units) {
+    for (long i = 0; i < byteCount; ++i)
+        setUnit(units, i, table.units[static_cast<unsigned char>(bytes[i])]);
+}
+
+StringServices::Encoded oneByteEncode(const OneByteTable& table, const char* units, long unitCount,
+                                      char lossByte, char* target, long targetSize) {
+    const long room = target == nullptr ? std::numeric_limits<long>::max() : targetSize;
+    long in = 0;
+    long out = 0;
+    while (in < unitCount && out < room) {
+        const std::uint16_t unit = unitAt(units, in);
+        auto byte = static_cast<char>(table.pages[table.pageOf[unit >> 8]][unit & 0xFF]);
+        int taken = 1;
+        if (byte == 0 && unit != 0) {
+            if (lossByte == 0) break;
+            byte = lossByte;
+            taken = characterAt(units, unitCount, in).units;
+        }
+        if (target != nullptr) target[out] = byte;
+        ++out;
+        in += taken;
+    }
+    return {in, out};
+}
+
+}  // namespace text
