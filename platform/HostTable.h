@@ -67,6 +67,9 @@ enum class HostSlot : std::size_t {
     LibPartSearch = 120,
     LibPartGet = 121,
     CommandTest = 200,
+    RenderingEngineCount = 240,
+    RenderingEngineID = 241,
+    RenderingEngineMenuName = 242,
 };
 
 /// Arguments of menu registration.
@@ -93,4 +96,9 @@ using UnregisterModelessWindow = GSErrCode (*)(APIClient, std::int32_t);
 using LibPartSearch = GSErrCode (*)(APIClient, API_LibPart*, bool createIfMissing, bool onlyPlaceable);
 using LibPartGet = GSErrCode (*)(APIClient, API_LibPart*);
 using CommandTest = GSErrCode (*)(APIClient, const API_ModulID*, GSType, std::int32_t);
+/// The number of engines.
+using RenderingEngineCount = std::int32_t (*)(APIClient);
+/// Identifier of engine `index`, from 1.
+using RenderingEngineID = GSErrCode (*)(APIClient, std::int32_t index, API_ModulID* out);
+using RenderingEngineMenuName = GSErrCode (*)(APIClient, const API_ModulID*, GS::UniString* out);
 }  // namespace HostFunction

@@ -101,6 +101,25 @@ GSErrCode onCommandTest(APIClient, const API_ModulID* module, GSType command, st
     return sHost->commandTest ? sHost->commandTest(*module, command, version) : -1;
 }
 
+std::int32_t onRenderingEngineCount(APIClient) {
+    return static_cast<std::int32_t>(sHost->renderingEngines.size());
+}
+
+GSErrCode onRenderingEngineID(APIClient, std::int32_t index, API_ModulID* engine) {
+    if (index < 1 || index > onRenderingEngineCount(nullptr)) return -1;
+    *engine = sHost->renderingEngines[static_cast<std::size_t>(index - 1)].first;
+    return kNoError;
+}
+
+GSErrCode onRenderingEngineMenuName(APIClient, const API_ModulID* engine, GS::UniString* name) {
+    for (const auto& [id, menuName] : sHost->renderingEngines) {
+        if (id != *engine) continue;
+        *name = GS::UniStringFromUtf8(menuName);
+        return kNoError;
+    }
+    return -1;
+}
+
 template <typename Function>
 void fill(APIImportedFunctions& table, const std::set<HostSlot>& emptySlots, HostSlot slot,
           Function function) {
@@ -127,6 +146,12 @@ APIImportedFunctions RecordingHost::table(const std::set<HostSlot>& emptySlots) 
     fill<HostFunction::LibPartSearch>(result, emptySlots, HostSlot::LibPartSearch, onLibPartSearch);
     fill<HostFunction::LibPartGet>(result, emptySlots, HostSlot::LibPartGet, onLibPartGet);
     fill<HostFunction::CommandTest>(result, emptySlots, HostSlot::CommandTest, onCommandTest);
+    fill<HostFunction::RenderingEngineCount>(result, emptySlots, HostSlot::RenderingEngineCount,
+                                             onRenderingEngineCount);
+    fill<HostFunction::RenderingEngineID>(result, emptySlots, HostSlot::RenderingEngineID,
+                                          onRenderingEngineID);
+    fill<HostFunction::RenderingEngineMenuName>(result, emptySlots, HostSlot::RenderingEngineMenuName,
+                                                onRenderingEngineMenuName);
     return result;
 }
 

@@ -41,6 +41,8 @@ public:
     std::function<GSErrCode(const API_ModulID&, GSType, std::int32_t)> commandTest;
     std::function<GSErrCode(API_LibPart*)> libPartSearch;
     std::function<GSErrCode(API_LibPart*)> libPartGet;
+    /// Rendering engines, number 1 first, with their menu names in UTF-8.
+    std::vector<std::pair<API_ModulID, std::string>> renderingEngines;
 
     /// The table as handed over; `table({HostSlot::Environment})` leaves the named slots empty.
     static APIImportedFunctions table(const std::set<HostSlot>& emptySlots = {});
