@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/HostError.h"
 #include "platform/ResourceManager.h"
 #include "platform/UniString.h"
 
@@ -14,14 +15,7 @@ namespace IO {
 class Location;
 }
 
-using GSErrCode = std::int32_t;
 using GSType = std::uint32_t;  ///< four characters, the first in the highest byte
-
-constexpr GSErrCode kNoError = 0;
-
-constexpr GSErrCode hostError(std::uint32_t code) {
-    return static_cast<GSErrCode>(code);
-}
 
 /// An entry point was called before the host's function table was handed over.
 constexpr GSErrCode kAPIErrNotInitialised = hostError(0x81060001);

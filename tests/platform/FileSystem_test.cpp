@@ -1,0 +1,282 @@
+#include "platform/FileSystem.h"
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace IO {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
+
+Location at(const std::string& path) {
+    return Location::FromPosixPath(path);
+}
+
+std::string bytesOf(const Location& location) {
+    GS::FixedCapacityString<256> bytes;
+    return location.ToUTF8POSIXPath(&bytes) == kNoError ? std::string(bytes) : "(error)";
+}
+
+std::vector<unsigned short> unitsOf(const Location& location) {
+    GS::UniString path;
+    EXPECT_EQ(location.ToPath(&path), kNoError);
+    return {path.ToUStr(), path.ToUStr() + path.GetLength()};
+}
+
+Name nameOf(const std::string& bytes) {
+    Location location = at(bytes);
+    Name name;
+    EXPECT_EQ(location.MoveLastLocalName(&name), kNoError);
+    return name;
+}
+
+TEST(Location, EveryByteSequenceComesBackFromItsText) {
+    const std::vector<std::string> cases = {"/plain/ascii",       "/\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80",
+                                            "/\xFF\xFE",          "/\xC3",
+                                            "/\xE2\x82",          "/\xC0\xAF",
+                                            "/\xED\xA0\x80",      "/\xED\xB2\x80",
+                                            "/\xF4\x90\x80\x80",  "/a\x80z\xC3\xA9\xBF",
+                                            "/\xF0\x9F\x98\xFFx", "/" + std::string(600, '\xE9')};
+    for (const std::string& bytes : cases)
+        EXPECT_EQ(bytesOf(at(bytes)), bytes);
+
+    for (unsigned int seed = 1, round = 0; round < 20000; ++round) {
+        std::string bytes = "/";
+        for (int i = 0; i < 12; ++i) {
+            seed = seed * 1103515245 + 12345;
+            bytes.push_back(static_cast<char>(std::max(1u, seed >> 16 & 0xFF)));
+        }
+        ASSERT_EQ(bytesOf(at(bytes)), bytes);
+    }
+}
+
+TEST(Location, UndecodableBytesStandAsLoneLowSurrogates) {
+    EXPECT_THAT(unitsOf(at("a\xFF\xC3\xA9\xF0\x9F\x98\x80")), ElementsAre('a', 0xDCFF, 0xE9, 0xD83D, 0xDE00));
+}
+
+TEST(Location, TextThatNoPathCanStandForIsRefused) {
+    const std::vector<std::vector<unsigned short>> cases = {{'a', 0, 'b'}, {0xD800}, {0xD83D, 'x'}, {0xDC00},
+                                                            {0xDC7F},      {0xDD00}, {0xDFFF}};
+    for (const auto& units : cases) {
+        const Location location(GS::UniString(units.data(), static_cast<unsigned int>(units.size())));
+        EXPECT_EQ(bytesOf(location), "(error)");
+        EXPECT_NE(File(location, File::Create).GetStatus(), kNoError);
+        EXPECT_NE(Folder(location).GetStatus(), kNoError);
+    }
+}
+
+TEST(Location, WithoutAPathIsAnError) {
+    GS::UniString path;
+    EXPECT_NE(Location().ToPath(&path), kNoError);
+    EXPECT_EQ(bytesOf(Location()), "(error)");
+    EXPECT_NE(Folder(Location()).GetStatus(), kNoError);
+}
+
+TEST(Location, AChildIsJoinedWithOneSlash) {
+    EXPECT_EQ(bytesOf(Location(at("/a"), nameOf("b"))), "/a/b");
+    EXPECT_EQ(bytesOf(Location(at("/"), nameOf("b"))), "/b");
+    EXPECT_EQ(bytesOf(Location(Location(), nameOf("b"))), "b");
+    const std::string longName(2000, 'n');
+    EXPECT_EQ(bytesOf(Location(at("/" + longName), nameOf(longName))), "/" + longName + "/" + longName);
+}
+
+TEST(Location, MovingTheLastNameSplitsFolderAndName) {
+    struct Case {
+        const char* path;
+        const char* folder;
+        const char* name;
+    };
+    for (const Case& c : {Case{"/a/b", "/a", "b"}, Case{"/a/b/", "/a", "b"}, Case{"/a//b", "/a", "b"},
+                          Case{"/b", "/", "b"}, Case{"b", ".", "b"}, Case{"x/b.txt", "x", "b.txt"}}) {
+        Location location = at(c.path);
+        Name name;
+        ASSERT_EQ(location.MoveLastLocalName(&name), kNoError) << c.path;
+        EXPECT_EQ(bytesOf(location), c.folder) << c.path;
+        EXPECT_EQ(bytesOf(Location(name.ToUniString())), c.name) << c.path;
+    }
+    for (const char* path : {"/", "//"}) {
+        Location location = at(path);
+        EXPECT_NE(location.MoveLastLocalName(nullptr), kNoError);
+        EXPECT_EQ(bytesOf(location), path);
+    }
+}
+
+TEST(FixedCapacityString, ATextOfAnyLengthIsKeptAndCopied) {
+    for (const std::size_t length : {0, 1, 255, 256, 5000}) {
+        GS::FixedCapacityString<256> text;
+        text.Set("something before");
+        text.Set(std::string(length, 'x'));
+        GS::FixedCapacityString<256> copy;
+        copy.Set(std::string(300, 'y'));
+        copy = text;
+        EXPECT_EQ(std::string(copy.ToCStr()), std::string(length, 'x'));
+        EXPECT_EQ(copy.GetLength(), length);
+    }
+}
+
+class FolderTest : public ::testing::Test {
+protected:
+    struct Listing {
+        std::multiset<std::string> entries;
+        bool goOn = true;
+        bool recursive = false;
+        int folders = 0;
+    };
+
+    static bool note(Folder& folder, const Name& name, bool isFolder, void* context) {
+        Listing& listing = *static_cast<Listing*>(context);
+        listing.entries.insert(bytesOf(Location(name.ToUniString())) + (isFolder ? "/" : ""));
+        if (isFolder && listing.recursive) {
+            if (++listing.folders > 1000) return false;
+            Folder inside(Location(folder.GetLocation(), name));
+            return inside.Enumerate(note, context) == kNoError;
+        }
+        return listing.goOn;
+    }
+
+    TemporaryFolder temp_;
+    Listing listing_;
+};
+
+TEST_F(FolderTest, EnumerationGivesEveryEntryWithItsKind) {
+    temp_.write("file.txt", "x");
+    temp_.write(".hidden", "x");
+    temp_.write("caf\xE9", "not UTF-8");
+    temp_.makeFolder("folder");
+    std::filesystem::create_symlink("folder", temp_.path("link to folder"));
+    std::filesystem::create_symlink("nowhere", temp_.path("broken link"));
+    ASSERT_EQ(mkfifo(temp_.path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(Folder(at(temp_.path())).Enumerate(note, &listing_), kNoError);
+    EXPECT_THAT(listing_.entries, UnorderedElementsAre("file.txt", ".hidden", "caf\xE9", "folder/",
+                                                       "link to folder/", "broken link", "pipe"));
+}
+
+TEST_F(FolderTest, ACallbackThatAnswersFalseEndsTheEnumerationWithAnError) {
+    temp_.write("a", "");
+    temp_.write("b", "");
+    listing_.goOn = false;
+    EXPECT_EQ(Folder(at(temp_.path())).Enumerate(note, &listing_), kErrStopped);
+    EXPECT_EQ(listing_.entries.size(), 1u);
+}
+
+TEST_F(FolderTest, WalkingDownEndsThoughLinksFormCircles) {
+    temp_.makeFolder("a/b");
+    std::filesystem::create_symlink(temp_.path(), temp_.path("a/b/top"));
+    std::filesystem::create_symlink(".", temp_.path("self"));
+    std::filesystem::create_symlink("../..", temp_.path("a/b/up"));
+    std::filesystem::create_symlink("loop", temp_.path("loop"));
+    std::filesystem::create_symlink("a", temp_.path("sideways"));
+    listing_.recursive = true;
+    EXPECT_EQ(Folder(at(temp_.path())).Enumerate(note, &listing_), kNoError);
+    EXPECT_THAT(listing_.entries, UnorderedElementsAre("a/", "b/", "sideways/", "b/", "loop"));
+}
+
+TEST_F(FolderTest, TheStatusAndTheTypesTellWhatIsThere) {
+    temp_.write("file", "x");
+    temp_.makeFolder("folder");
+    std::filesystem::create_symlink("folder", temp_.path("link"));
+    EXPECT_EQ(Folder(at(temp_.path("missing"))).GetStatus(), kErrNotFound);
+    EXPECT_EQ(Folder(at(temp_.path("file"))).GetStatus(), kErrWrongType);
+    EXPECT_FALSE(temp_.has("missing"));
+
+    const Folder folder(at(temp_.path()));
+    Folder::EntryType type = Folder::IsFolder;
+    EXPECT_EQ(folder.GetType(nameOf("file"), &type), kNoError);
+    EXPECT_EQ(type, Folder::IsFile);
+    EXPECT_EQ(folder.GetType(nameOf("link"), &type), kNoError);
+    EXPECT_EQ(type, Folder::IsFolder);
+    EXPECT_EQ(folder.GetType(nameOf("missing"), &type), kErrNotFound);
+    EXPECT_EQ(folder.GetType(Name(), &type), kErrBadLocation);
+    EXPECT_EQ(folder.GetType(Name(GS::UniStringFromUtf8("folder/x")), &type), kErrBadLocation);
+}
+
+TEST_F(FolderTest, DeletingTakesFilesAndLinksButNoFolder) {
+    temp_.write("folder/file", "x");
+    std::filesystem::create_symlink("folder", temp_.path("link"));
+    Folder folder(at(temp_.path()));
+    const auto remove = [&folder](const char* name) {
+        return folder.Delete(nameOf(name), Folder::DeleteForGood, ReportAccessDenied);
+    };
+    EXPECT_EQ(remove("folder"), kErrWrongType);
+    EXPECT_EQ(remove("link"), kNoError);
+    EXPECT_EQ(remove("missing"), kErrNotFound);
+    EXPECT_EQ(
+        folder.Delete(Name(GS::UniStringFromUtf8("folder/file")), Folder::DeleteForGood, ReportAccessDenied),
+        kErrBadLocation);
+    EXPECT_EQ(temp_.read("folder/file"), "x");
+    EXPECT_FALSE(std::filesystem::is_symlink(temp_.path("link")));
+}
+
+class SpecialLocationTest : public ::testing::Test {
+protected:
+    SpecialLocationTest() {
+        for (const char* name : kNames) {
+            const char* value = getenv(name);
+            before_.push_back(value != nullptr ? value : "");
+            unsetenv(name);
+        }
+    }
+    ~SpecialLocationTest() override {
+        for (std::size_t i = 0; i < before_.size(); ++i)
+            setenv(kNames[i], before_[i].c_str(), 1);
+        FileSystem::SetSpecialLocation(FileSystem::SuiteSettingsFolder, Location());
+    }
+
+    static std::string folder() {
+        Location location;
+        if (FileSystem::GetSpecialLocation(FileSystem::SuiteSettingsFolder, &location) != kNoError)
+            return "(error)";
+        return bytesOf(location);
+    }
+
+    static constexpr const char* kNames[] = {"TESSARO_DATA_DIR", "XDG_CONFIG_HOME", "HOME"};
+    std::vector<std::string> before_;
+};
+
+TEST_F(SpecialLocationTest, TheSettingsFolderIsTheMostParticularOneThatIsSet) {
+    setenv("HOME", "/home/p", 1);
+    EXPECT_EQ(folder(), "/home/p/.config/Tessaro");
+    setenv("XDG_CONFIG_HOME", "relative", 1);
+    EXPECT_EQ(folder(), "/home/p/.config/Tessaro");
+    setenv("XDG_CONFIG_HOME", "/cfg", 1);
+    EXPECT_EQ(folder(), "/cfg/Tessaro");
+    setenv("TESSARO_DATA_DIR", "/data", 1);
+    EXPECT_EQ(folder(), "/data");
+    setenv("TESSARO_DATA_DIR", "data", 1);
+    EXPECT_EQ(folder(), std::filesystem::current_path().string() + "/data");
+    FileSystem::SetSpecialLocation(FileSystem::SuiteSettingsFolder, at("/given"));
+    EXPECT_EQ(folder(), "/given");
+}
+
+TEST_F(SpecialLocationTest, OtherNumbersAreErrorsThatLeaveTheLocation) {
+    Location location = at("/before");
+    EXPECT_NE(FileSystem::GetSpecialLocation(static_cast<FileSystem::SpecLocId>(3), &location), kNoError);
+    EXPECT_EQ(bytesOf(location), "/before");
+}
+
+TEST_F(SpecialLocationTest, CreatingMakesTheFolderForItsOwnerOnly) {
+    const TemporaryFolder temp;
+    setenv("TESSARO_DATA_DIR", temp.path("x/y").c_str(), 1);
+    EXPECT_EQ(FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder), kNoError);
+    EXPECT_EQ(FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder), kNoError);
+    struct stat status {};
+    ASSERT_EQ(stat(temp.path("x/y").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0700u);
+
+    temp.write("file", "");
+    setenv("TESSARO_DATA_DIR", temp.path("file").c_str(), 1);
+    EXPECT_NE(FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder), kNoError);
+    setenv("TESSARO_DATA_DIR", temp.path("file/z").c_str(), 1);
+    EXPECT_NE(FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder), kNoError);
+}
+
+}  // namespace
+}  // namespace IO

@@ -1,0 +1,305 @@
+#include "platform/FileSystem.h"
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace IO {
+namespace {
+
+Location at(const std::string& path) {
+    return Location::FromPosixPath(path);
+}
+
+GSErrCode write(File& file, const std::string& bytes) {
+    return file.Write(bytes.data(), bytes.size(), nullptr);
+}
+
+GSErrCode replace(const std::string& path, const std::string& bytes) {
+    File file(at(path), File::Create);
+    if (const GSErrCode error = file.Open(File::WriteEmptyMode, ReportAccessDenied); error != kNoError)
+        return error;
+    if (const GSErrCode error = write(file, bytes); error != kNoError) {
+        EXPECT_EQ(file.RecoverFromFailedWrite(), kNoError);
+        EXPECT_EQ(file.Close(), kNoError);
+        return error;
+    }
+    return file.Close();
+}
+
+mode_t modeOf(const std::string& path) {
+    struct stat status {};
+    EXPECT_EQ(lstat(path.c_str(), &status), 0);
+    return status.st_mode & 07777;
+}
+
+/// Files may not grow beyond `bytes` while this lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit before_{};
+};
+
+class FileTest : public ::testing::Test {
+protected:
+    TemporaryFolder temp_;
+};
+
+TEST_F(FileTest, TheOldContentStandsUntilTheReplacementIsClosed) {
+    temp_.write("f", "old");
+    File file(at(temp_.path("f")), File::Create);
+    ASSERT_EQ(file.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
+    ASSERT_EQ(write(file, "new "), kNoError);
+    ASSERT_EQ(write(file, "content"), kNoError);
+    EXPECT_EQ(temp_.read("f"), "old");
+    EXPECT_EQ(file.Close(), kNoError);
+    EXPECT_EQ(temp_.read("f"), "new content");
+    EXPECT_EQ(temp_.count(), 1);
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(file.Close(), kErrNotOpen);
+}
+
+TEST_F(FileTest, AReplacementToWhichNothingIsWrittenEmptiesTheFile) {
+    temp_.write("f", "old");
+    File file(at(temp_.path("f")));
+    ASSERT_EQ(file.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
+    EXPECT_EQ(file.Close(), kNoError);
+    EXPECT_EQ(temp_.read("f"), "");
+    EXPECT_EQ(temp_.count(), 1);
+}
+
+TEST_F(FileTest, AReplacementWhoseWritesAllFailedLeavesWhatWasThere) {
+    temp_.write("old", "old");
+    const FileSizeLimit limit(100);
+    EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
+    EXPECT_EQ(replace(temp_.path("new"), std::string(5000, 'x')), kErrNoSpace);
+    EXPECT_EQ(temp_.read("old"), "old");
+    EXPECT_FALSE(temp_.has("new"));
+    EXPECT_EQ(temp_.count(), 1);
+}
+
+TEST_F(FileTest, RecoveryTakesBackOnlyTheWriteThatFailed) {
+    for (const File::OpenMode mode : {File::WriteEmptyMode, File::WriteAppendMode}) {
+        temp_.write("f", "old");
+        File file(at(temp_.path("f")));
+        ASSERT_EQ(file.Open(mode, ReportAccessDenied), kNoError);
+        ASSERT_EQ(write(file, "good"), kNoError);
+        {
+            const FileSizeLimit limit(20);
+            std::uint64_t written = 0;
+            const std::string tooMuch(5000, 'x');
+            EXPECT_EQ(file.Write(tooMuch.data(), tooMuch.size(), &written), kErrNoSpace);
+            EXPECT_GT(written, 0u);
+            EXPECT_EQ(file.RecoverFromFailedWrite(), kNoError);
+        }
+        EXPECT_EQ(write(file, "!"), kNoError);
+        EXPECT_EQ(file.Close(), kNoError);
+        EXPECT_EQ(temp_.read("f"), mode == File::WriteAppendMode ? "oldgood!" : "good!");
+    }
+}
+
+TEST_F(FileTest, AReplacementKeepsPermissions) {
+    for (const mode_t mode : {0600u, 0644u, 0640u, 0755u, 04755u}) {
+        temp_.write("f", "old");
+        ASSERT_EQ(chmod(temp_.path("f").c_str(), mode), 0);
+        ASSERT_EQ(replace(temp_.path("f"), "new"), kNoError);
+        EXPECT_EQ(modeOf(temp_.path("f")), mode);
+    }
+    const mode_t mask = umask(027);
+    EXPECT_EQ(replace(temp_.path("fresh"), "new"), kNoError);
+    umask(mask);
+    EXPECT_EQ(modeOf(temp_.path("fresh")), 0640u);
+}
+
+TEST_F(FileTest, OfASymbolicLinkTheTargetIsReplaced) {
+    temp_.write("elsewhere/target", "old");
+    std::filesystem::create_symlink("elsewhere/target", temp_.path("link"));
+    std::filesystem::create_symlink("elsewhere/created", temp_.path("dangling"));
+    EXPECT_EQ(replace(temp_.path("link"), "new"), kNoError);
+    EXPECT_EQ(replace(temp_.path("dangling"), "made"), kNoError);
+    EXPECT_TRUE(std::filesystem::is_symlink(temp_.path("link")));
+    EXPECT_TRUE(std::filesystem::is_symlink(temp_.path("dangling")));
+    EXPECT_EQ(temp_.read("elsewhere/target"), "new");
+    EXPECT_EQ(temp_.read("elsewhere/created"), "made");
+}
+
+TEST_F(FileTest, TheLongestNameCanBeReplaced) {
+    const std::string name(255, 'n');
+    EXPECT_EQ(replace(temp_.path(name), "content"), kNoError);
+    EXPECT_EQ(temp_.read(name), "content");
+    EXPECT_EQ(File(at(temp_.path(name + "n")), File::Create).GetStatus(), kErrBadLocation);
+}
+
+TEST_F(FileTest, TwoReplacementsOfOneFileDoNotMix) {
+    File first(at(temp_.path("f")), File::Create);
+    File second(at(temp_.path("f")), File::Create);
+    ASSERT_EQ(first.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
+    ASSERT_EQ(second.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
+    ASSERT_EQ(write(first, "first"), kNoError);
+    ASSERT_EQ(write(second, "second"), kNoError);
+    EXPECT_EQ(first.Close(), kNoError);
+    EXPECT_EQ(temp_.read("f"), "first");
+    EXPECT_EQ(second.Close(), kNoError);
+    EXPECT_EQ(temp_.read("f"), "second");
+    EXPECT_EQ(temp_.count(), 1);
+}
+
+TEST_F(FileTest, WhatAKilledReplacementLeavesIsHiddenAndGoesWithTheNextOne) {
+    temp_.write("f", "old");
+    for (int i = 0; i < 2; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            File first(at(temp_.path("f")));
+            File second(at(temp_.path("f")));
+            (void)first.Open(File::WriteEmptyMode, ReportAccessDenied);
+            (void)second.Open(File::WriteEmptyMode, ReportAccessDenied);
+            (void)write(second, "half");
+            kill(getpid(), SIGKILL);
+        }
+        ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    }
+    EXPECT_EQ(temp_.read("f"), "old");
+    EXPECT_EQ(temp_.count(), 3);
+    int listed = 0;
+    const auto count = [](Folder&, const Name&, bool, void* context) {
+        ++*static_cast<int*>(context);
+        return true;
+    };
+    EXPECT_EQ(Folder(at(temp_.path())).Enumerate(count, &listed), kNoError);
+    EXPECT_EQ(listed, 1);
+
+    EXPECT_EQ(replace(temp_.path("f"), "new"), kNoError);
+    EXPECT_EQ(temp_.read("f"), "new");
+    EXPECT_EQ(temp_.count(), 1);
+}
+
+TEST_F(FileTest, ACloseThatCannotReplaceSaysSoAndLeavesTheOldFile) {
+    temp_.write("f", "old");
+    File file(at(temp_.path("f")));
+    ASSERT_EQ(file.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
+    ASSERT_EQ(write(file, "new"), kNoError);
+    std::filesystem::remove(temp_.path("f"));
+    temp_.write("f/in the way", "x");
+    EXPECT_NE(file.Close(), kNoError);
+    EXPECT_EQ(temp_.read("f/in the way"), "x");
+    EXPECT_EQ(temp_.count(), 1);
+}
+
+TEST_F(FileTest, SpecialFilesAreWrittenToDirectly) {
+    EXPECT_EQ(replace("/dev/full", "x"), kErrNoSpace);
+    EXPECT_EQ(replace("/dev/null", "x"), kNoError);
+
+    ASSERT_EQ(mkfifo(temp_.path("pipe").c_str(), 0600), 0);
+    EXPECT_NE(replace(temp_.path("pipe"), "x"), kNoError);  // nobody reads
+    const int reader = open(temp_.path("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_EQ(replace(temp_.path("pipe"), "through"), kNoError);
+    char bytes[16] = {};
+    EXPECT_EQ(read(reader, bytes, sizeof bytes), 7);
+    EXPECT_STREQ(bytes, "through");
+
+    File pipe(at(temp_.path("pipe")));
+    ASSERT_EQ(pipe.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
+    close(reader);
+    EXPECT_EQ(write(pipe, "x"), kErrOther);  // and no signal ends the process
+    EXPECT_EQ(temp_.count(), 1);
+}
+
+TEST_F(FileTest, CreationMakesAnEmptyFileOnlyWhereNoneIs) {
+    temp_.write("f", "old");
+    temp_.makeFolder("folder");
+    EXPECT_EQ(File(at(temp_.path("new")), File::Fail).GetStatus(), kErrNotFound);
+    EXPECT_FALSE(temp_.has("new"));
+    EXPECT_EQ(File(at(temp_.path("new")), File::Create).GetStatus(), kNoError);
+    EXPECT_TRUE(temp_.has("new"));
+    EXPECT_EQ(File(at(temp_.path("f")), File::Create).GetStatus(), kNoError);
+    EXPECT_EQ(temp_.read("f"), "old");
+    EXPECT_EQ(File(at(temp_.path("folder")), File::Create).GetStatus(), kErrWrongType);
+    EXPECT_EQ(File(at(temp_.path("no folder/f")), File::Create).GetStatus(), kErrNotFound);
+    EXPECT_EQ(File(at(temp_.path("f/f")), File::Create).GetStatus(), kErrNotFound);
+}
+
+TEST_F(FileTest, ReadingCountsFromThePosition) {
+    temp_.write("f", "0123456789");
+    File file(at(temp_.path("f")));
+    ASSERT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kNoError);
+    std::uint32_t whole = 0;
+    std::uint64_t rest = 0;
+    EXPECT_EQ(file.SetPosition(7), kNoError);
+    EXPECT_EQ(file.GetLength(&whole), kNoError);
+    EXPECT_EQ(file.GetRemainingLength(&rest), kNoError);
+    EXPECT_EQ(whole, 10u);
+    EXPECT_EQ(rest, 3u);
+    char bytes[10] = {};
+    std::uint32_t count = 99;
+    EXPECT_EQ(file.Read(bytes, 10, &count), kErrEndOfFile);
+    EXPECT_EQ(count, 3u);
+    EXPECT_STREQ(bytes, "789");
+    EXPECT_EQ(file.SetPosition(11), kNoError);
+    EXPECT_EQ(file.GetRemainingLength(&rest), kNoError);
+    EXPECT_EQ(rest, 0u);
+    EXPECT_EQ(write(file, "x"), kErrNotOpen);
+}
+
+TEST_F(FileTest, AFileOf4GiBHasNo32BitLength) {
+    temp_.write("f", "");
+    std::filesystem::resize_file(temp_.path("f"), std::uintmax_t{1} << 32);
+    File file(at(temp_.path("f")));
+    ASSERT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kNoError);
+    std::uint32_t length = 7;
+    EXPECT_EQ(file.GetLength(&length), kErrTooLarge);
+    EXPECT_EQ(length, 7u);
+}
+
+TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwritten) {
+    temp_.write("f", "0123456789");
+    File file(at(temp_.path("f")));
+    ASSERT_EQ(file.Open(File::ReadWriteMode, ReportAccessDenied), kNoError);
+    EXPECT_EQ(file.SetPosition(2), kNoError);
+    EXPECT_EQ(write(file, "ab"), kNoError);
+    EXPECT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kErrBusy);
+    EXPECT_EQ(file.Close(), kNoError);
+    EXPECT_EQ(temp_.read("f"), "01ab456789");
+}
+
+TEST_F(FileTest, WithoutTheRightToWriteNothingIsReplaced) {
+    temp_.write("folder/f", "old");
+    const pid_t child = fork();
+    if (child == 0) {  // as an ordinary user, also when the tests run as root
+        chmod(temp_.path().c_str(), 0755);
+        chmod(temp_.path("folder").c_str(), 0755);
+        if (getuid() == 0) {
+            if (setgid(65534) != 0 || setuid(65534) != 0) _exit(9);
+        } else {
+            chmod(temp_.path("folder/f").c_str(), 0444);
+            chmod(temp_.path("folder").c_str(), 0555);
+        }
+        const bool refused = replace(temp_.path("folder/f"), "new") == kErrAccessDenied &&
+                             replace(temp_.path("folder/new"), "new") == kErrAccessDenied;
+        _exit(refused ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    chmod(temp_.path("folder").c_str(), 0755);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(temp_.read("folder/f"), "old");
+    EXPECT_FALSE(temp_.has("folder/new"));
+}
+
+}  // namespace
+}  // namespace IO
