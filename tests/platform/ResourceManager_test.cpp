@@ -1,0 +1,374 @@
+#include "platform/ResourceManager.h"
+
+#include "platform/Resources.h"
+#include "platform/UniString.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr const char* kIndex =
+    "fallback = 'int'\n"
+    "strings = [1000, 1010]\n"
+    "[languages]\n"
+    "ita = 0\n"
+    "int = 1\n"
+    "rus = 6\n"
+    "[menus]\n"
+    "2000 = { items = 2, strings = 1000 }\n"
+    "[icons]\n"
+    "50 = 'Italiano'\n"
+    "51 = 'no picture'\n";
+
+/// A bundle folder that lives as long as the test, with the problems told about its files.
+class ResourceManager : public testing::Test {
+protected:
+    ResourceManager() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "resources-XXXXXX").string();
+        bundle_ = mkdtemp(pattern.data());
+        platform::setResourceProblemSink([this](const platform::ResourceProblem& problem) {
+            problems_.push_back(
+                platform::describe(problem).substr(bundle_.size() + 11));  // after "/Resources/"
+        });
+    }
+    ~ResourceManager() override {
+        platform::setResourceProblemSink({});
+        if (module_ != kNoResModule) RSCloseResourceFile(module_);
+        std::filesystem::remove_all(bundle_);
+    }
+
+    void write(const std::string& name, const std::string& content) {
+        const std::filesystem::path path = bundle_ + "/Resources/" + name;
+        std::filesystem::create_directories(path.parent_path());
+        std::ofstream(path, std::ios::binary) << content;
+    }
+
+    void open() {
+        module_ = RSOpenResourceFile(bundle_.c_str());
+        ASSERT_NE(module_, kNoResModule);
+    }
+
+    /// The string as UTF-8, or "(none)".
+    std::string string(short resID, short index) {
+        unsigned short buffer[kRSStringBufferUnits];
+        if (!RSGetIndString_ParamAdapter(RSStringLocalised, buffer, resID, index, module_)) return "(none)";
+        return GS::UniStringToUtf8(GS::UniString(buffer));
+    }
+
+    std::string bundle_;
+    RSResModule module_ = kNoResModule;
+    std::vector<std::string> problems_;
+};
+
+TEST_F(ResourceManager, OpensOnlyFoldersThatHoldResources) {
+    EXPECT_EQ(RSOpenResourceFile(nullptr), kNoResModule);
+    EXPECT_EQ(RSOpenResourceFile(""), kNoResModule);
+    EXPECT_EQ(RSOpenResourceFile((bundle_ + "/nothing").c_str()), kNoResModule);
+    EXPECT_EQ(RSOpenResourceFile(bundle_.c_str()), kNoResModule);
+    std::ofstream(bundle_ + "/Resources") << "a file";
+    EXPECT_EQ(RSOpenResourceFile(bundle_.c_str()), kNoResModule);
+}
+
+TEST_F(ResourceManager, AStringIsFoundByBaseAndLanguage) {
+    write("resources.toml", kIndex);
+    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n[strings.1010]\n1 = 'altro'\n7 = ''\n");
+    write("texts.int.toml", "[strings.1000]\n1 = 'one'\n2 = 'two'\n");
+    write("texts.rus.toml", "[strings.1000]\n1 = '\xD0\xB4\xD0\xB0 \xF0\x9F\x99\x82'\n");
+    open();
+    struct Case {
+        short resID;
+        short index;
+        const char* text;
+    };
+    for (const Case& each : std::vector<Case>{
+             {1000, 1, "uno"},
+             {1001, 1, "one"},
+             {1001, 2, "two"},
+             {1000, 2, "(none)"},  // the fallback of strings is the add-on's business
+             {1006, 1, "\xD0\xB4\xD0\xB0 \xF0\x9F\x99\x82"},
+             {1010, 1, "altro"},
+             {1010, 7, ""},
+             {1002, 1, "(none)"},  // no language has this number
+             {1011, 1, "(none)"},  // the language has no such table
+             {999, 1, "(none)"},
+             {1000, 0, "(none)"},
+             {1000, -1, "(none)"},
+             {-1, 1, "(none)"},
+         }) {
+        EXPECT_EQ(string(each.resID, each.index), each.text) << each.resID << ", " << each.index;
+    }
+    EXPECT_THAT(problems_, IsEmpty());
+}
+
+TEST_F(ResourceManager, ATextFillsTheBufferToItsLastUnitAndNotBeyond) {
+    const std::string fits(kRSStringBufferUnits - 1, 'x');
+    write("resources.toml", kIndex);
+    // A character of two code units each: 499 of them and one "x" fill 999 units.
+    std::string pairs = "x";
+    for (int i = 0; i < 499; ++i)
+        pairs += "\xF0\x9F\x99\x82";
+    write("texts.ita.toml", "[strings.1000]\n1 = '" + fits + "'\n2 = '" + fits + "x'\n3 = '" + pairs +
+                                "'\n4 = '" + pairs + "x'\n");
+    open();
+    EXPECT_EQ(string(1000, 1), fits);
+    EXPECT_EQ(string(1000, 3), pairs);
+    std::array<unsigned short, kRSStringBufferUnits> buffer;
+    buffer.fill(0xABCD);
+    EXPECT_FALSE(RSGetIndString_ParamAdapter(RSStringLocalised, buffer.data(), 1000, 2, module_));
+    EXPECT_FALSE(RSGetIndString_ParamAdapter(RSStringLocalised, buffer.data(), 1000, 4, module_));
+    EXPECT_TRUE(
+        std::all_of(buffer.begin(), buffer.end(), [](unsigned short unit) { return unit == 0xABCD; }));
+    EXPECT_THAT(problems_, ElementsAre("texts.ita.toml:3: text \"2\" is longer than 999 units",
+                                       "texts.ita.toml:5: text \"4\" is longer than 999 units"));
+}
+
+TEST_F(ResourceManager, FixedTextIsInTheSystemEncoding) {
+    write("resources.toml", kIndex);
+    write("texts.ita.toml", "[strings.1000]\n1 = '\xC3\xA8 \xE2\x82\xAC \xE6\x97\xA5 \xF0\x9F\x99\x82.'\n");
+    open();
+    char buffer[kRSStringBufferUnits];
+    ASSERT_TRUE(RSGetIndString_ParamAdapter(RSStringFixed, buffer, 1000, 1, module_));
+    EXPECT_STREQ(buffer, "\x8F \xDB ? ?.");
+}
+
+TEST_F(ResourceManager, FilesAreReadAtFirstUse) {
+    write("resources.toml", "broken");
+    open();
+    write("resources.toml", kIndex);
+    write("texts.int.toml", "broken");
+    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n");
+    EXPECT_EQ(string(1000, 1), "uno");
+    write("texts.int.toml", "[strings.1000]\n1 = 'one'\n");
+    EXPECT_EQ(string(1001, 1), "one");
+    EXPECT_THAT(problems_, IsEmpty());
+}
+
+TEST_F(ResourceManager, AClosedModuleFindsNothing) {
+    write("resources.toml", kIndex);
+    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n[menu.2000]\ntitle = 'Menu'\n");
+    open();
+    EXPECT_EQ(string(1000, 1), "uno");
+    EXPECT_EQ(RSCloseResourceFile(module_), 0);
+    EXPECT_EQ(RSCloseResourceFile(module_), -1);
+    EXPECT_EQ(RSRemoveModuleImageCache(module_), 0);
+    EXPECT_EQ(string(1000, 1), "(none)");
+    platform::MenuResource menu;
+    EXPECT_FALSE(platform::getMenuResource(module_, 2000, menu));
+    EXPECT_EQ(platform::findDialogResource(module_, 1), nullptr);
+    EXPECT_EQ(platform::findIcon(module_, 50), nullptr);
+    const RSResModule closed = module_;
+    open();
+    EXPECT_NE(module_, closed);
+}
+
+TEST_F(ResourceManager, ABrokenOrMissingFileFailsItsLookupsAndIsToldOnce) {
+    write("resources.toml", kIndex);
+    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = unquoted\n");
+    open();
+    EXPECT_EQ(string(1000, 1), "(none)");
+    EXPECT_EQ(string(1000, 2), "(none)");
+    EXPECT_EQ(string(1001, 1), "(none)");
+    EXPECT_EQ(string(1001, 1), "(none)");
+    ASSERT_EQ(problems_.size(), 2u);
+    EXPECT_THAT(problems_[0], HasSubstr("texts.ita.toml:3: "));
+    EXPECT_EQ(problems_[1], "texts.int.toml: the file cannot be read");
+}
+
+TEST_F(ResourceManager, AnEntryThatIsNotWhatItShouldBeIsLeftOutAndTold) {
+    struct Case {
+        const char* file;
+        std::string content;
+        const char* problem;
+    };
+    for (const Case& each : std::vector<Case>{
+             {"texts.ita.toml", "[strings.1000]\n1 = 5\n", ":2: \"1\" is not a text in quotes"},
+             {"texts.ita.toml", "[strings.1000]\nx = 'a'\n", ":2: \"x\" is not a number from 1 to 32767"},
+             {"texts.ita.toml", "[strings.1000]\n1x = 'a'\n", ":2: \"1x\" is not a number"},
+             {"texts.ita.toml", "[strings.40000]\n1 = 'a'\n", ":1: \"40000\" is not a number"},
+             {"texts.ita.toml", "[string.1000]\n1 = 'a'\n", ":1: unknown heading \"string\""},
+             {"texts.ita.toml", "[strings]\n1000 = 'a'\n", ":2: \"1000\" is not a table"},
+             {"texts.ita.toml", "[strings.1000]\n1 = '\xFF'\n", ":2: "},
+             {"resources.toml", "strings = [1000]\n[languages]\nita = 0\nrus = 0\n",
+              ":4: language number 0 is used twice"},
+             {"resources.toml", "fallback = 'eng'\n[languages]\nita = 0\n",
+              ":1: fallback \"eng\" is not a language"},
+             {"resources.toml", "[languages]\n\"../ita\" = 0\n",
+              ":2: \"../ita\" is not a name of a language"},
+             {"resources.toml", "[languages]\nita = -1\n", ":2: \"ita\" is not a number from 0 to 99"},
+             {"resources.toml", "[menus]\n2000 = { items = 5 }\n", ":2: menu 2000 lacks"},
+             {"layouts.toml", "[dialog.1]\nsize = [10]\nitems = []\n",
+              ":2: \"size\" is not a list of 2 numbers"},
+             {"layouts.toml", "[dialog.1]\nsize = [10, 99999]\nitems = []\n", ":2: \"size\" is not a number"},
+             {"layouts.toml", "[dialog.1]\nsize = [10, 10]\nitems = [{ number = 1, kind = 'knob' }]\n",
+              ":3: an item lacks"},
+             {"layouts.toml",
+              "[dialog.1]\nsize = [10, 10]\nitems = [{ number = 1, kind = 'text', frame = [0,0,1,1], "
+              "anchors = ['middle'] }]\n",
+              ":3: \"anchors\" is not"},
+             {"layouts.toml",
+              "[dialog.1]\nsize = [10, 10]\nitems = [\n{ number = 1, kind = 'text', frame = [0,0,1,1] },\n"
+              "{ number = 1, kind = 'text', frame = [0,0,1,1] },\n]\n",
+              ":5: the dialog has two items of this number"},
+         }) {
+        std::filesystem::remove_all(bundle_ + "/Resources");
+        write("resources.toml", kIndex);
+        write("texts.ita.toml", "");
+        write("layouts.toml", "");
+        write(each.file, each.content);
+        problems_.clear();
+        open();
+        string(1000, 1);
+        platform::findDialogResource(module_, 1);
+        ASSERT_EQ(problems_.size(), 1u) << each.content << testing::PrintToString(problems_);
+        EXPECT_THAT(problems_[0], testing::StartsWith(std::string(each.file) + each.problem));
+        RSCloseResourceFile(module_);
+    }
+}
+
+TEST_F(ResourceManager, AMenuHasItsTitleAndItemsAndBorrowsWhatIsMissing) {
+    write("resources.toml", kIndex);
+    write("texts.ita.toml", "[menu.2000]\ntitle = 'Libreria'\n[strings.1000]\n1 = 'uno'\n");
+    write("texts.int.toml", "[menu.2000]\ntitle = 'Library'\n[strings.1000]\n1 = 'one'\n2 = 'two'\n");
+    write("texts.rus.toml", "not toml");
+    open();
+    platform::MenuResource menu;
+    ASSERT_TRUE(platform::getMenuResource(module_, 2001, menu));
+    EXPECT_EQ(menu.title, "Library");
+    EXPECT_THAT(menu.items, ElementsAre("one", "two"));
+    ASSERT_TRUE(platform::getMenuResource(module_, 2000, menu));
+    EXPECT_EQ(menu.title, "Libreria");
+    EXPECT_THAT(menu.items, ElementsAre("uno", "two"));
+    ASSERT_TRUE(platform::getMenuResource(module_, 2006, menu));
+    EXPECT_EQ(menu.title, "Library");
+    EXPECT_FALSE(platform::getMenuResource(module_, 2002, menu));
+    EXPECT_FALSE(platform::getMenuResource(module_, 1000, menu));
+    EXPECT_EQ(menu.title, "Library");
+}
+
+TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
+    write("resources.toml", kIndex);
+    write("layouts.toml",
+          "[dialog.7]\nsize = [300, 200]\ndefault = 2\nitems = [\n"
+          "{ number = 3, kind = 'list', frame = [1, 2, 30, 40], anchors = ['right', 'bottom'] },\n"
+          "{ number = 1, kind = 'text', frame = [0, 0, 10, 10], bold = true },\n"
+          "{ number = 4, kind = 'icon', frame = [0, 0, 10, 10], icon = 50 },\n]\n");
+    open();
+    const platform::DialogResource* dialog = platform::findDialogResource(module_, 7);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->resID, 7);
+    EXPECT_EQ(dialog->width, 300);
+    EXPECT_EQ(dialog->height, 200);
+    EXPECT_EQ(dialog->defaultItem, 2);
+    ASSERT_EQ(dialog->items.size(), 3u);
+    const platform::DialogItemResource& list = dialog->items[0];
+    EXPECT_EQ(list.number, 3);
+    EXPECT_EQ(list.kind, platform::DialogItemKind::List);
+    EXPECT_THAT((std::array{list.x, list.y, list.width, list.height}), ElementsAre(1, 2, 30, 40));
+    EXPECT_EQ(list.anchors, platform::kAnchorRight | platform::kAnchorBottom);
+    EXPECT_TRUE(dialog->items[1].bold);
+    EXPECT_EQ(dialog->items[1].anchors, platform::kAnchorLeft | platform::kAnchorTop);
+    EXPECT_EQ(dialog->items[2].icon, 50);
+    EXPECT_EQ(platform::findDialogResource(module_, 8), nullptr);
+    EXPECT_THAT(problems_, IsEmpty());
+}
+
+TEST_F(ResourceManager, ADialogsOwnTextsFollowTheLanguageOfTheLastString) {
+    write("resources.toml", kIndex);
+    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n[dialog.7]\ntitle = 'Titolo'\n3 = 'tre'\n");
+    write("texts.int.toml",
+          "[strings.1000]\n1 = 'one'\n[dialog.7]\ntitle = 'Title'\n3 = 'three'\n4 = 'four'\n");
+    open();
+    EXPECT_EQ(platform::dialogItemText(module_, 7, 3), "three");
+    string(1000, 1);
+    EXPECT_EQ(platform::dialogItemText(module_, 7, 3), "tre");
+    EXPECT_EQ(platform::dialogItemText(module_, 7, 0), "Titolo");
+    EXPECT_EQ(platform::dialogItemText(module_, 7, 4), "four");
+    string(1001, 1);
+    EXPECT_EQ(platform::dialogItemText(module_, 7, 3), "three");
+    string(5, 1);  // no resource of any language
+    EXPECT_EQ(platform::dialogItemText(module_, 7, 3), "three");
+    EXPECT_EQ(platform::dialogItemText(module_, 7, 5), "");
+    EXPECT_EQ(platform::dialogItemText(module_, 8, 3), "");
+}
+
+TEST_F(ResourceManager, PicturesAreKeptUntilTheCacheIsDropped) {
+    write("resources.toml", kIndex);
+    write("icons/50.svg", "<svg/>");
+    write("icons/52.png", "PNG");
+    open();
+    EXPECT_EQ(platform::iconLabel(module_, 50), "Italiano");
+    EXPECT_EQ(RSRemoveModuleImageCache(module_), 0);
+    const platform::IconResource* icon = platform::findIcon(module_, 50);
+    ASSERT_NE(icon, nullptr);
+    EXPECT_EQ(icon->label, "Italiano");
+    EXPECT_EQ(icon->path, bundle_ + "/Resources/icons/50.svg");
+    EXPECT_EQ(icon->image, "<svg/>");
+    write("icons/50.svg", "<svg></svg>");
+    EXPECT_EQ(platform::findIcon(module_, 50), icon);
+    ASSERT_NE(platform::findIcon(module_, 52), nullptr);
+    EXPECT_EQ(RSRemoveModuleImageCache(module_), 2);
+    EXPECT_EQ(platform::findIcon(module_, 50)->image, "<svg></svg>");
+    EXPECT_EQ(platform::findIcon(module_, 53), nullptr);
+    EXPECT_THAT(problems_, IsEmpty());
+    ASSERT_NE(platform::findIcon(module_, 51), nullptr);
+    EXPECT_EQ(platform::findIcon(module_, 51)->path, "");
+    EXPECT_THAT(problems_, ElementsAre("icons/51.svg: the file cannot be read"));
+}
+
+TEST_F(ResourceManager, TheAddOnsOwnResourcesAreWhole) {
+    std::filesystem::create_directory_symlink(TESSARO_LIBRARY_RESOURCES, bundle_ + "/Resources");
+    open();
+    for (short language = 0; language < 7; ++language) {
+        platform::MenuResource menu;
+        ASSERT_TRUE(platform::getMenuResource(module_, static_cast<short>(32500 + language), menu));
+        EXPECT_EQ(menu.items.size(), 5u);
+        EXPECT_NE(string(static_cast<short>(32710 + language), 64), "(none)");
+        EXPECT_NE(platform::dialogItemText(module_, 32755, 3), "");
+        const platform::IconResource* icon =
+            platform::findIcon(module_, static_cast<short>(32758 + language));
+        ASSERT_NE(icon, nullptr);
+        EXPECT_NE(icon->label, "");
+        EXPECT_THAT(icon->image, HasSubstr("<title>" + icon->label + "</title>"));
+    }
+    struct Dialog {
+        short resID;
+        short width;
+        short height;
+        std::vector<short> items;
+    };
+    for (const Dialog& each : std::vector<Dialog>{
+             {32500, 960, 510, {1, 2, 4, 6, 7}},
+             {32501, 705, 503, {1, 2, 4, 5, 6, 7, 8, 11, 12, 13, 15, 16}},
+             {32734, 483, 282, {1, 2, 3, 6}},
+             {32755, 655, 172, {1, 2, 3, 4, 5, 6, 7}},
+         }) {
+        const platform::DialogResource* dialog = platform::findDialogResource(module_, each.resID);
+        ASSERT_NE(dialog, nullptr) << each.resID;
+        EXPECT_EQ(dialog->width, each.width);
+        EXPECT_EQ(dialog->height, each.height);
+        for (const short number : each.items) {
+            EXPECT_TRUE(std::any_of(dialog->items.begin(), dialog->items.end(),
+                                    [number](const auto& item) { return item.number == number; }))
+                << each.resID << " item " << number;
+        }
+        for (const platform::DialogItemResource& item : dialog->items) {
+            EXPECT_LE(item.x + item.width, each.width) << each.resID << " item " << item.number;
+            EXPECT_LE(item.y + item.height, each.height) << each.resID << " item " << item.number;
+        }
+    }
+    EXPECT_THAT(problems_, IsEmpty());
+}
+
+}  // namespace
