@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cmath>
 #include <ctime>
+#include <limits>
 #include <map>
 #include <memory>
 #include <system_error>
@@ -20,6 +21,7 @@ namespace platform {
 namespace {
 
 constexpr std::uint64_t kTimerToken = 0;
+constexpr double kNever = std::numeric_limits<double>::infinity();
 constexpr double kFarthestTimer = 1e9;  // seconds; keeps the conversion to timespec within range
 
 double monotonicSeconds() {
@@ -28,19 +30,10 @@ double monotonicSeconds() {
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
 }
 
-itimerspec disarmed() {
-    return {};
-}
-
-itimerspec atOnce() {
-    itimerspec spec{};
-    spec.it_value.tv_nsec = 1;
-    return spec;
-}
-
-itimerspec at(double seconds) {
+itimerspec firingAt(double seconds) {
+    itimerspec spec{};  // zero: never
+    if (seconds == kNever) return spec;
     const double whole = std::floor(seconds);
-    itimerspec spec{};
     spec.it_value.tv_sec = static_cast<time_t>(whole);
     spec.it_value.tv_nsec = std::min(static_cast<long>((seconds - whole) * 1e9) + 1, 999'999'999L);
     return spec;
@@ -60,6 +53,7 @@ struct RunLoop::State {
 
     int epoll = -1;
     int timerDescriptor = -1;
+    double armedFor = kNever;
     std::unordered_map<int, Watcher> watchers;
     std::unordered_map<std::uint64_t, int> descriptorOfToken;
     std::size_t alwaysReadyCount = 0;
@@ -101,12 +95,15 @@ struct RunLoop::State {
     // Makes the descriptor readable when the earliest timer is due. A replaced clock moves unseen by the
     // kernel: only what is due already can be signalled then.
     void arm() {
-        itimerspec spec = disarmed();
+        double time = kNever;
         if (somethingIsDue()) {
-            spec = atOnce();
+            time = 0;
         } else if (!timers.empty() && !clock) {
-            spec = at(timers.begin()->first.first);
+            time = timers.begin()->first.first;
         }
+        if (time == armedFor) return;
+        armedFor = time;
+        const itimerspec spec = firingAt(time);
         timerfd_settime(timerDescriptor, TFD_TIMER_ABSTIME, &spec, nullptr);
     }
 

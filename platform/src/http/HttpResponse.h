@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/src/http/HttpEngine.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace platform::http {
+
+/// One GET request and what comes back: the bytes that have arrived and were not taken yet, at most
+/// kBufferSize of them. When they are not taken the server is made to wait, so memory does not grow.
+class HttpResponse : public std::enable_shared_from_this<HttpResponse> {
+public:
+    /// Large enough to take what the kernel holds at once, small enough to be written within a millisecond.
+    static constexpr std::size_t kBufferSize = 256 * 1024;
+
+    enum class State { Running, Complete, Failed };
+
+    /// Null when the request cannot be started. `changed` is called, from the run loop and never after this
+    /// object's end, whenever one of the observers below may give something new.
+    static std::shared_ptr<HttpResponse> start(HttpEngine& engine, const std::string& url,
+                                               bool followRedirects, std::function<void()> changed);
+    ~HttpResponse();
+    HttpResponse(const HttpResponse&) = delete;
+    HttpResponse& operator=(const HttpResponse&) = delete;
+
+    bool connected() const { return connected_; }
+    State state() const { return state_; }
+    std::size_t available() const { return filled_ - taken_; }
+    /// Takes at most `count` of the bytes that are there; returns how many.
+    std::size_t take(std::uint8_t* target, std::size_t count);
+    /// Lets a server that had to wait go on, if there is room.
+    void resume();
+
+    static std::size_t running();
+
+private:
+    friend class HttpEngine;
+
+    HttpResponse(HttpEngine& engine, std::function<void()> changed);
+    bool begin(const std::string& url, bool followRedirects);
+    void noteChange();
+    void tellChange();
+    void finish(bool complete);
+
+    static int connectionOpened(void* response, char* remote, char* local, int remotePort, int localPort);
+    static std::size_t bytesArrived(char* bytes, std::size_t size, std::size_t count, void* response);
+
+    HttpEngine& engine_;
+    std::function<void()> changed_;
+    CURL* easy_ = nullptr;
+    curl_slist* headers_ = nullptr;
+    curl_slist* connectRules_ = nullptr;
+    bool added_ = false;
+    bool connected_ = false;
+    bool paused_ = false;
+    bool changeNoted_ = false;
+    State state_ = State::Running;
+    std::unique_ptr<std::uint8_t[]> buffer_;
+    std::size_t taken_ = 0;
+    std::size_t filled_ = 0;
+};
+
+}  // namespace platform::http

@@ -1,0 +1,86 @@
+#include "platform/CFURL.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/src/CFObjects.h"
+
+namespace {
+
+/// Both escape steps, as a download takes them; "(null)" when one fails.
+std::string normalised(const std::string& utf8) {
+    const CFString text{utf8};
+    const CFString nothing{""};
+    const CFStringRef decoded =
+        CFURLCreateStringByReplacingPercentEscapes(kCFAllocatorDefault, &text, &nothing);
+    const CFStringRef escaped =
+        CFURLCreateStringByAddingPercentEscapes(kCFAllocatorDefault, decoded, nullptr, nullptr, 0x08000100);
+    const std::string result = escaped != nullptr ? escaped->utf8 : "(null)";
+    CFRelease(decoded);
+    CFRelease(escaped);
+    return result;
+}
+
+TEST(CFURL, DecodingAndEscapingAgainNormalisesEveryEscape) {
+    const struct {
+        const char* given;
+        const char* normalised;
+    } cases[] = {
+        {"", ""},
+        {"http://a/b c", "http://a/b%20c"},
+        {"http://a/b%20c", "http://a/b%20c"},
+        {"http://a/b%2520c", "http://a/b%2520c"},  // the "%" that %25 stands for is escaped again
+        {"http://a/100%", "http://a/100%25"},      // no escape at all
+        {"http://a/%zz%4", "http://a/%25zz%254"},  // nor are these
+        {"http://a/%41%7e", "http://a/A~"},        // what may stand in a URL loses its escape
+        {"http://a/\xC3\xA9", "http://a/%C3%A9"},  // e acute
+        {"http://a/%c3%a9", "http://a/%C3%A9"},    // the same, escaped
+        {"http://a/\xF0\x9F\x98\x80", "http://a/%F0%9F%98%80"},
+        {"http://a/%00", "http://a/%00"},
+        {"http://a/%0D%0AX: y", "http://a/%0D%0AX:%20y"},  // no line of its own in the request
+        {"http://a/\"<>\\^`{|}", "http://a/%22%3C%3E%5C%5E%60%7B%7C%7D"},
+        {"http://[::1]:80/-._~:/?#[]@!$&'()*+,;=", "http://[::1]:80/-._~:/?#[]@!$&'()*+,;="},
+        {"http://a/%E9", "(null)"},        // no UTF-8 when decoded
+        {"http://a/%ED%A0%80", "(null)"},  // half a surrogate pair is none either
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(normalised(each.given), each.normalised) << each.given;
+}
+
+TEST(CFURL, CharactersToLeaveEscapedKeepTheirEscapes) {
+    const CFString text{"%2F%20%2f"};
+    const CFString slash{"/"};
+    const CFStringRef decoded =
+        CFURLCreateStringByReplacingPercentEscapes(kCFAllocatorDefault, &text, &slash);
+    ASSERT_NE(decoded, nullptr);
+    EXPECT_EQ(decoded->utf8, "%2F %2f");
+    CFRelease(decoded);
+}
+
+TEST(CFURL, AURLHoldsOnlyWhatMayStandInIt) {
+    const struct {
+        const char* text;
+        bool accepted;
+    } cases[] = {
+        {"http://a/%20", true},      {"a", true}, {"", false}, {"http://a/ ", false}, {"http://a/%2", false},
+        {"http://a/\xC3\xA9", false}};
+    for (const auto& each : cases) {
+        const CFString text{each.text};
+        const CFURLRef url = CFURLCreateWithString(kCFAllocatorDefault, &text, nullptr);
+        EXPECT_EQ(url != nullptr, each.accepted) << each.text;
+        CFRelease(url);
+    }
+}
+
+TEST(CFString, SystemTextIsMacRomanAndMalformedTextIsNull) {
+    const CFStringRef text =
+        CFStringCreateWithCString(kCFAllocatorDefault, "\x8E\xDB", CFStringGetSystemEncoding());
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text->utf8, "\xC3\xA9\xE2\x82\xAC");  // e acute, euro sign
+    CFRelease(text);
+    EXPECT_EQ(CFStringCreateWithCString(kCFAllocatorDefault, "\xE9", 0x08000100), nullptr);
+    EXPECT_EQ(CFStringCreateWithCString(kCFAllocatorDefault, nullptr, 0), nullptr);
+}
+
+}  // namespace
