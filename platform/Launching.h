@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+/// Opening documents, folders and web pages in the programs that the desktop associates with them. All calls
+/// on the main thread.
+
+// ---- Documents and folders ------------------------------------------------------------------------------
+
+/// Opens the document or folder at `path` (POSIX path in bytes, zero-terminated) and returns when the
+/// desktop's opener has finished. The path reaches the opener as one argument, whatever it holds. Returns 0
+/// when the opener was started; whether it found a program for the document is not told. An opener that does
+/// not finish goes on by itself after some seconds.
+int OpenDocument(const char* path);
+
+// ---- Web pages: the Internet Config service ---------------------------------------------------------------
+
+/// One opened service; 0 stands for none.
+using ICInstance = std::uint32_t;
+
+/// An instance that is not open, or a selection outside the data.
+constexpr int kICParameterError = -50;
+/// The desktop's opener could not be started.
+constexpr int kICNoOpenerError = -673;
+/// The text is not a web address with the scheme http or https.
+constexpr int kICNoAddressError = -674;
+
+/// Opens the service for the program with the four-character `signature`. Returns 0, or kICParameterError
+/// when `instance` is null.
+int ICStart(ICInstance* instance, std::uint32_t signature);
+/// Opens the web address in data[*selectionStart, *selectionEnd), 8-bit text in the system encoding. `hint`,
+/// a length-prefixed text, is not read here. Only http and https addresses are handed on. Returns 0 when the
+/// desktop's opener was started, else one of the errors above.
+int ICLaunchURL(ICInstance instance, const unsigned char* hint, const char* data, long length,
+                long* selectionStart, long* selectionEnd);
+/// Closes the service. Returns 0, or kICParameterError when it is not open.
+int ICStop(ICInstance instance);
+
+// ---- For the host ---------------------------------------------------------------------------------------
+
+namespace platform {
+
+struct LaunchRequest {
+    enum class Kind { Document, WebAddress };
+
+    Kind kind;
+    std::string target;  ///< the path's bytes as they came; the address in UTF-8
+};
+
+/// Carries out a request; 0 for success. Must not throw.
+using LaunchHandler = std::function<int(const LaunchRequest&)>;
+
+/// Lets `handler` have the requests instead of the desktop; an empty one restores the desktop's opener.
+void setLaunchHandler(LaunchHandler handler);
+
+/// Replaces the program that opens documents and addresses (xdg-open, found on the search path); an empty
+/// name restores it.
+void setOpenerProgram(std::string program);
+
+/// How long OpenDocument waits for the opener, in milliseconds; a negative number restores the default.
+void setOpenerPatience(int milliseconds);
+
+}  // namespace platform

@@ -1,0 +1,162 @@
+#include "platform/Launching.h"
+
+#include "platform/RunLoop.h"
+#include "tests/support/FakeOpener.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <chrono>
+#include <cstring>
+
+namespace {
+
+using support::FakeOpener;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+int launchAddress(const std::string& address) {
+    ICInstance service = 0;
+    EXPECT_EQ(ICStart(&service, 0x20202020), 0);
+    long start = 0;
+    long end = static_cast<long>(address.size());
+    const unsigned char noHint[] = {0};
+    const int result = ICLaunchURL(service, noHint, address.data(), end, &start, &end);
+    EXPECT_EQ(ICStop(service), 0);
+    return result;
+}
+
+TEST(Launching, EveryPathReachesTheOpenerAsOneArgumentAndRunsNothing) {
+    for (const char* const path :
+         {"/tmp/a.pdf", "/tmp/a'; touch x; '.pdf", "/tmp/a \"b\" $(touch x) `touch x`", "/tmp/two\nlines\n",
+          "/tmp/*", "/tmp/caff\xC3\xA8\xFF", "/tmp/back\\slash"}) {
+        const FakeOpener opener;
+        EXPECT_EQ(OpenDocument(path), 0);
+        EXPECT_THAT(opener.arguments(), ElementsAre("1", path));
+        EXPECT_FALSE(std::filesystem::exists("x")) << path;
+    }
+}
+
+TEST(Launching, ARelativePathIsNeverTakenForAnOptionOrAnAddress) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"-rf", "./-rf"},   {"--help", "./--help"},     {"http://a/b", "./http://a/b"},
+        {"a.pdf", "a.pdf"}, {"folder/-x", "folder/-x"}, {"folder/a:b", "folder/a:b"},
+    };
+    for (const auto& [path, argument] : cases) {
+        const FakeOpener opener;
+        OpenDocument(path);
+        EXPECT_THAT(opener.arguments(), ElementsAre("1", argument));
+    }
+}
+
+TEST(Launching, AnOpenerThatCannotBeStartedIsAnError) {
+    platform::setOpenerProgram("/no/such/opener");
+    EXPECT_NE(OpenDocument("/tmp"), 0);
+    EXPECT_EQ(launchAddress("http://www.tessaro.example/"), kICNoOpenerError);
+    platform::setOpenerProgram("");
+}
+
+TEST(Launching, TheCallReturnsWhenTheOpenerHasFinished) {
+    const FakeOpener opener("sleep 0.2; touch \"$(dirname \"$0\")/finished\"; exit 4");
+    EXPECT_EQ(OpenDocument("/tmp"), 0);
+    EXPECT_TRUE(std::filesystem::exists(opener.folder() / "finished"));
+}
+
+TEST(Launching, AnOpenerThatDoesNotFinishIsLeftToItselfAndCollectedLater) {
+    const FakeOpener opener("sleep 1");
+    platform::setOpenerPatience(50);
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(OpenDocument("/tmp"), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(800));
+    platform::setOpenerPatience(-1);
+
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), 0) << "the opener goes on";
+    EXPECT_EQ(platform::RunLoop::main().dispatch(5000), 1);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1) << "it was collected";
+}
+
+TEST(Launching, TheOpenerInheritsNoDescriptorAndNoInputOfTheHost) {
+    const FakeOpener opener(
+        "ls /proc/$$/fd > \"$(dirname \"$0\")/open\"; head -c 9 > \"$(dirname \"$0\")/input\"");
+    const int ownInput = dup(STDIN_FILENO);
+    const int hostFile = ::open("/dev/zero", O_RDONLY);
+    ASSERT_GT(hostFile, STDERR_FILENO);
+    dup2(hostFile, STDIN_FILENO);
+    OpenDocument("/tmp");
+    dup2(ownInput, STDIN_FILENO);
+
+    std::ifstream descriptors(opener.folder() / "open");
+    for (std::string each; std::getline(descriptors, each);)
+        EXPECT_NE(each, std::to_string(hostFile));
+    EXPECT_EQ(std::filesystem::file_size(opener.folder() / "input"), 0U);
+    close(hostFile);
+    close(ownInput);
+}
+
+TEST(Launching, OnlyWebAddressesAreHandedOn) {
+    const FakeOpener opener;
+    for (const char* const address : {"http://www.tessaro.example/", "HTTPS://a.example/?x=1&y=2#z"}) {
+        EXPECT_EQ(launchAddress(address), 0) << address;
+    }
+    EXPECT_THAT(opener.arguments(),
+                ElementsAre("1", "http://www.tessaro.example/", "1", "HTTPS://a.example/?x=1&y=2#z"));
+    for (const char* const address :
+         {"", "http://", "http:", "httpx://a", "file:///etc/passwd", "ftp://a.example/",
+          "javascript:alert(1)", "/tmp/a.html", " http://a.example/", "-http://a"}) {
+        EXPECT_EQ(launchAddress(address), kICNoAddressError) << address;
+    }
+    EXPECT_EQ(launchAddress(std::string("http://a\0b", 10)), kICNoAddressError);
+    EXPECT_EQ(opener.arguments().size(), 4U) << "nothing else was started";
+}
+
+TEST(Launching, WhatMayNotStandInAnAddressIsEscapedForTheBrowser) {
+    const FakeOpener opener;
+    EXPECT_EQ(launchAddress("http://a.example/a b\"<>`$(x)\n\x8E%20"), 0);
+    EXPECT_THAT(opener.arguments(), ElementsAre("1", "http://a.example/a%20b%22%3C%3E%60$(x)%0A%C3%A9%20"));
+}
+
+TEST(Launching, TheServiceRefusesWrongArguments) {
+    const unsigned char noHint[] = {0};
+    const char* const address = "http://a.example/";
+    const auto length = static_cast<long>(std::strlen(address));
+    long start = 0;
+    long end = length;
+    ICInstance service = 0;
+    EXPECT_EQ(ICStart(nullptr, 0), kICParameterError);
+    EXPECT_EQ(ICStop(0), kICParameterError);
+    EXPECT_EQ(ICLaunchURL(0, noHint, address, length, &start, &end), kICParameterError);
+
+    ASSERT_EQ(ICStart(&service, 0), 0);
+    end = length + 1;
+    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICParameterError);
+    start = 3;
+    end = 2;
+    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICParameterError);
+    start = -1;
+    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICParameterError);
+    EXPECT_EQ(ICStop(service), 0);
+    EXPECT_EQ(ICStop(service), kICParameterError) << "closed once already";
+}
+
+TEST(Launching, AHandlerGetsTheRequestsInsteadOfTheDesktop) {
+    const FakeOpener opener;
+    std::vector<std::pair<platform::LaunchRequest::Kind, std::string>> seen;
+    platform::setLaunchHandler([&](const platform::LaunchRequest& request) {
+        seen.emplace_back(request.kind, request.target);
+        return request.target == "-refused" ? 1 : 0;
+    });
+    EXPECT_EQ(OpenDocument("-x"), 0);
+    EXPECT_EQ(OpenDocument("-refused"), 1);
+    EXPECT_EQ(launchAddress("http://a.example/\x8E"), 0);
+    EXPECT_EQ(launchAddress("ftp://a.example/"), kICNoAddressError);
+    platform::setLaunchHandler({});
+    using Kind = platform::LaunchRequest::Kind;
+    EXPECT_THAT(seen, ElementsAre(std::pair(Kind::Document, "-x"), std::pair(Kind::Document, "-refused"),
+                                  std::pair(Kind::WebAddress, "http://a.example/\xC3\xA9")));
+    EXPECT_THAT(opener.arguments(), IsEmpty());
+}
+
+}  // namespace
