@@ -1,0 +1,118 @@
+#include "platform/FileDialog.h"
+
+#include "tests/support/ScriptedPresenter.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace {
+
+using platform::UserAction;
+
+IO::Location location(const std::string& path) {
+    return IO::Location::FromPosixPath(path);
+}
+
+std::string path(const IO::Location& place) {
+    GS::UniString text;
+    return place.ToPath(&text) == kNoError ? GS::UniStringToUtf8(text) : "no location";
+}
+
+TEST(FileDialog, TheUserSeesTitleFolderNameAndFilters) {
+    FTM::FileTypeManager manager("Module");
+    FTM::RootGroup root(manager);
+    const FTM::GeneralID text =
+        root.AddType({"Testo \x8E (*.txt)", "TXT", 0x47534143, 0x54455854, 145, nullptr, nullptr, true});
+    const FTM::GeneralID nameless = root.AddType({nullptr, nullptr, 0, 0, 0, nullptr, nullptr, true});
+    EXPECT_NE(text, nameless);
+
+    ScriptedPresenter user;
+    user.then(UserAction::chooseFile("/b/other.txt", 1));
+    DG::FileDialog dialog(DG::FileDialog::Save);
+    dialog.AddFilter(text, 0);
+    dialog.AddFilter(nameless, 0);
+    dialog.AddFilter(FTM::GeneralID{9999}, 0);
+    dialog.SetTitle(GS::UniStringFromUtf8("Salva"));
+    dialog.SetFolder(location("/a"));
+    dialog.SelectFile(location("/elsewhere/report.txt"), true);
+    EXPECT_EQ(dialog.GetSelectionCount(), 0);
+    ASSERT_TRUE(dialog.Invoke());
+
+    EXPECT_EQ(dialog.GetSelectionCount(), 1);
+    EXPECT_EQ(path(dialog.GetSelectedFile(0)), "/b/other.txt");
+    EXPECT_EQ(path(dialog.GetSelectedFile(1)), "no location");
+    EXPECT_EQ(dialog.GetSelectedFilter(), 1);
+    EXPECT_THAT(user.log, testing::ElementsAre("chooser save [Salva] [/a] [report.txt]", "chooser closed"));
+    const auto& filters = user.choosers.front().filters;
+    ASSERT_EQ(filters.size(), 2U);
+    EXPECT_EQ(filters[0].description, "Testo \xC3\xA9 (*.txt)");
+    EXPECT_EQ(filters[0].extension, "TXT");
+    EXPECT_EQ(filters[1].description, "");
+}
+
+TEST(FileDialog, AChosenPathCountsFromTheFolderThatTheUserSees) {
+    struct Case {
+        const char* folder;
+        const char* chosen;
+        std::string result;
+    };
+    const Case cases[] = {
+        {"/a/b", "c.txt", "/a/b/c.txt"},
+        {"/a/b", "/x/c.txt", "/x/c.txt"},
+        {"", "c.txt", std::filesystem::current_path() / "c.txt"},
+        {"", "/caff\xC3\xA8.txt", "/caff\xC3\xA8.txt"},
+    };
+    for (const Case& each : cases) {
+        ScriptedPresenter user;
+        user.then(UserAction::chooseFile(each.chosen));
+        DG::FileDialog dialog(DG::FileDialog::Save);
+        dialog.SetFolder(location(each.folder));
+        ASSERT_TRUE(dialog.Invoke());
+        EXPECT_EQ(path(dialog.GetSelectedFile(0)), each.result);
+    }
+}
+
+TEST(FileDialog, CancellingChoosesNothingAlsoAfterAChoice) {
+    ScriptedPresenter user;
+    user.then(UserAction::chooseFile("/a.txt", 7)).then(UserAction::close());
+    DG::FileDialog dialog(DG::FileDialog::Save);
+    EXPECT_TRUE(dialog.Invoke());
+    EXPECT_EQ(dialog.GetSelectedFilter(), 0) << "there is no filter 7";
+    EXPECT_FALSE(dialog.Invoke());
+    EXPECT_EQ(dialog.GetSelectionCount(), 0);
+    EXPECT_EQ(path(dialog.GetSelectedFile(0)), "no location");
+}
+
+TEST(FileDialog, TypesAreForgottenWithTheirManager) {
+    FTM::GeneralID type;
+    {
+        FTM::FileTypeManager manager("Module");
+        type = FTM::RootGroup(manager).AddType({"Text", "txt", 0, 0, 0, nullptr, nullptr, true});
+    }
+    ScriptedPresenter user;
+    user.then(UserAction::close());
+    DG::FileDialog dialog(DG::FileDialog::Save);
+    dialog.AddFilter(type, 0);
+    dialog.Invoke();
+    EXPECT_TRUE(user.choosers.front().filters.empty());
+}
+
+TEST(FolderDialog, GivesTheChosenFolder) {
+    ScriptedPresenter user;
+    user.then(UserAction::chooseFile("/libraries/QRN_Library")).then(UserAction::close());
+    DG::FolderDialog dialog;
+    dialog.SetTitle(GS::UniStringFromUtf8("TessaroLibrary: Cartella"));
+    ASSERT_TRUE(dialog.Invoke());
+    EXPECT_EQ(path(dialog.GetFolder()), "/libraries/QRN_Library");
+    EXPECT_FALSE(dialog.Invoke());
+    EXPECT_EQ(path(dialog.GetFolder()), "no location");
+    EXPECT_EQ(user.log.front(), "chooser folder [TessaroLibrary: Cartella] [] []");
+}
+
+TEST(FileDialog, NobodyToAskMeansCancelled) {
+    DG::FileDialog dialog(DG::FileDialog::Save);
+    EXPECT_FALSE(dialog.Invoke());
+}
+
+}  // namespace
