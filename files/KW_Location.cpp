@@ -1,0 +1,148 @@
+#include "files/KW_Location.h"
+
+#include "platform/HostInterface.h"
+
+#include <utility>
+
+namespace {
+
+constexpr unsigned short kSlash = '/';
+
+/// What one listing carries through all its folders.
+struct FilesEnumeration {
+    bool recursive;
+    bool foldersMode;
+    KW_List<KW_String>* extensions;  // null for every file
+    KW_List<KW_Location>* result;
+};
+
+/// Where the extension of the path's last name begins; the path's end when it has none.
+unsigned int extensionStart(KW_String const& path) {
+    const int dot = path.LastIndexOf('.');
+    const int slash = path.LastIndexOf('/');
+    return dot > slash ? static_cast<unsigned int>(dot) + 1 : path.length;
+}
+
+bool isWanted(KW_Location const& file, KW_List<KW_String> const* extensions) {
+    if (extensions == nullptr || extensions->count == 0) return true;
+    const unsigned int start = extensionStart(file);
+    for (long i = 0; i < extensions->count; ++i) {
+        if (KW_String::CompareIgnoreCase(file, start, (*extensions)[i], 0, 0) == 0) return true;
+    }
+    return false;
+}
+
+bool KW_FilesEnumeration_CallBack(IO::Folder& folder, IO::Name const& name, bool isFolder, void* context) {
+    FilesEnumeration const& enumeration = *static_cast<FilesEnumeration*>(context);
+    if (!isFolder && enumeration.foldersMode) return true;
+
+    const IO::Location entry(folder.GetLocation(), name);
+    if (isFolder == enumeration.foldersMode) {
+        KW_Location location(entry);
+        if (isFolder || isWanted(location, enumeration.extensions)) {
+            enumeration.result->AddData(std::move(location), -1);
+        }
+    }
+    if (!isFolder || !enumeration.recursive) return true;
+    IO::Folder inside(entry, IO::Folder::Fail);
+    return inside.GetStatus() == kNoError &&
+           inside.Enumerate(KW_FilesEnumeration_CallBack, context) == kNoError;
+}
+
+bool enumerate(KW_Location const& location, FilesEnumeration enumeration) {
+    if (enumeration.result == nullptr) return false;
+    IO::Folder folder(location, IO::Folder::Fail);
+    return folder.GetStatus() == kNoError &&
+           folder.Enumerate(KW_FilesEnumeration_CallBack, &enumeration) == kNoError;
+}
+
+GS::UniString hostString(KW_String const& text) {
+    return GS::UniString(text.data, text.length);
+}
+
+}  // namespace
+
+KW_Location::KW_Location(KW_String const& path) {
+    Set(path);
+}
+
+KW_Location::KW_Location(IO::Location const& location) {
+    Set(location);
+}
+
+void KW_Location::Set(KW_String const& path) {
+    const bool trailing = path.length > 0 && path.data[path.length - 1] == kSlash;
+    THIS_CopyString(path, 0, trailing ? path.length - 1 : path.length);
+}
+
+void KW_Location::Set(IO::Location const& location) {
+    SetToNullString();
+    GS::UniString path;
+    if (location.ToPath(&path) != kNoError) return;
+    const unsigned short* units = path.ToUStr();
+    unsigned int count = path.GetLength();
+    if (count > 0 && units[count - 1] == kSlash) --count;
+    THIS_Alloc(count + 1, false);
+    THIS_Append(units, count);
+    data[count] = 0;
+}
+
+KW_Location::operator IO::Location() const {
+    return IO::Location(hostString(*this));
+}
+
+KW_Location::operator IO::Location() {
+    return std::as_const(*this);
+}
+
+void KW_Location::SetLastName(char const* name) {
+    if (data == nullptr) return;
+    const KW_String lastName(name, Encoding_System);
+    const int slash = LastIndexOf('/');
+    if (slash < 0) {
+        THIS_CopyString(lastName);
+    } else {
+        THIS_CopyString(Substring(0, static_cast<unsigned int>(slash) + 1) + lastName);
+    }
+}
+
+KW_Location KW_Location::AddOnLocation(bool parent) {
+    IO::Location own;
+    KW_Location result;
+    if (ACAPI_GetOwnLocation(own) == kNoError) result.Set(own);
+    if (parent && result.data != nullptr) {
+        const int slash = result.LastIndexOf('/');
+        result.THIS_CopyString(result, 0, slash < 0 ? 0 : static_cast<unsigned int>(slash));
+    }
+    return result;
+}
+
+bool KW_Location::IsFolder() const {
+    if (data == nullptr) return false;
+    const int slash = LastIndexOf('/');
+    const unsigned int nameStart = static_cast<unsigned int>(slash + 1);
+    const GS::UniString name(data + nameStart, length - nameStart);
+    // What stands before the first "/" of an absolute path is the root of the file system.
+    const GS::UniString parent(data, slash == 0 ? 1 : slash < 0 ? 0 : static_cast<unsigned int>(slash));
+
+    const IO::Folder folder(IO::Location(parent), IO::Folder::Fail);
+    IO::Folder::EntryType type = IO::Folder::IsFile;
+    return folder.GetStatus() == kNoError && folder.GetType(IO::Name(name), &type) == kNoError &&
+           type == IO::Folder::IsFolder;
+}
+
+KW_String KW_Location::GetPOSIXPath() const {
+    const IO::Location location = *this;
+    GS::FixedCapacityString<256> bytes;
+    if (location.ToUTF8POSIXPath(&bytes) != kNoError || bytes.IsEmpty()) return KW_String();
+    return KW_String(bytes.ToCStr(), Encoding_System);
+}
+
+bool KW_Location::GetFilesInFolder(KW_List<KW_String>* extensions, bool recursive,
+                                   KW_List<KW_Location>* files) const {
+    return enumerate(*this, {recursive, false, extensions, files});
+}
+
+bool KW_Location::GetSubFolders(bool recursive, KW_List<KW_Location>* folders) const {
+    return enumerate(*this, {recursive, true, nullptr, folders});
+}

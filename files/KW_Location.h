@@ -1,0 +1,52 @@
+#pragma once
+
+#include "foundation/KW_List.h"
+#include "foundation/KW_String.h"
+#include "platform/FileSystem.h"
+
+/// A file or folder: its path, components separated by "/", in the host's form. The string is the path, and
+/// every operation of KW_String applies to it; the null string stands for no location.
+///
+/// A path that Set stored has lost one trailing "/". So the root of the file system is the empty string:
+/// right for appending "/" and a name, but not a location that the host can open.
+class KW_Location : public KW_String {
+public:
+    using KW_String::Set;
+    using KW_String::operator=;
+
+    KW_Location() = default;
+    explicit KW_Location(KW_String const& path);
+    explicit KW_Location(IO::Location const& location);
+
+    /// Takes the path, without one trailing "/". Null gives no location.
+    void Set(KW_String const& path);
+    /// Takes the host's path, without one trailing "/"; no location when the host has none.
+    void Set(IO::Location const& location);
+    /// Without a path for the null and the empty string.
+    operator IO::Location() const;
+    operator IO::Location();
+
+    /// Replaces what stands behind the last "/" (everything, when there is none) by the name, given in
+    /// Encoding_System. Nothing happens to no location.
+    void SetLastName(char const* name);
+
+    /// Where the add-on's bundle lies, or with `parent` the folder that holds it. No location when the host
+    /// cannot tell.
+    static KW_Location AddOnLocation(bool parent);
+
+    /// Whether there is a folder, or a link to one, at this location.
+    bool IsFolder() const;
+
+    /// The path in the bytes of the file system, one unit for each byte: ToCStr(Encoding_System) of the
+    /// result gives the bytes. Null when there is no location or no bytes can stand for it.
+    KW_String GetPOSIXPath() const;
+
+    /// Appends the files of this folder, with `recursive` also those of all folders below, in the file
+    /// system's order. `extensions` (may be null) lists the extensions wanted, without the dot, in any case;
+    /// an empty list wants every file. False, with what was found so far in the list, when a folder could not
+    /// be opened or read.
+    bool GetFilesInFolder(KW_List<KW_String>* extensions, bool recursive, KW_List<KW_Location>* files) const;
+    /// Appends the subfolders of this folder, with `recursive` also those below, each before its own. Result
+    /// as above.
+    bool GetSubFolders(bool recursive, KW_List<KW_Location>* folders) const;
+};

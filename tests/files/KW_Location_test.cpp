@@ -1,0 +1,223 @@
+#include "files/KW_Location.h"
+
+#include "platform/HostInterface.h"
+#include "tests/support/TemporaryFolder.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
+
+IO::Location sOwnLocation;  // what the host answers; without a path: an error
+
+KW_String text(const std::string& utf8) {
+    return KW_String(utf8.c_str(), KW_String::Encoding_UTF8);
+}
+
+KW_Location at(const std::string& utf8) {
+    KW_Location location;
+    location.Set(text(utf8));
+    return location;
+}
+
+std::string utf8(const KW_String& string) {
+    if (string.data == nullptr) return "(null)";
+    return string.ToCStr(KW_String::Encoding_UTF8).data;
+}
+
+TEST(KW_Location, SetDropsOneTrailingSlash) {
+    struct Case {
+        const char* given;
+        const char* stored;
+    };
+    for (const Case& c :
+         {Case{"/Users/a/", "/Users/a"}, Case{"/", ""}, Case{"a//", "a/"}, Case{"/x", "/x"}, Case{"", ""}}) {
+        EXPECT_EQ(utf8(at(c.given)), c.stored);
+        KW_Location fromHost = at("before");
+        fromHost.Set(IO::Location::FromPosixPath(c.given));
+        EXPECT_EQ(utf8(fromHost), *c.given == '\0' ? "(null)" : c.stored);
+    }
+    KW_Location location = at("before");
+    location.Set(KW_String());
+    EXPECT_EQ(utf8(location), "(null)");
+    location = at("/self//");
+    location.Set(location);
+    EXPECT_EQ(utf8(location), "/self");
+}
+
+TEST(KW_Location, TheHostsLocationHasTheSamePath) {
+    const IO::Location host = at("/x/\xC3\xA9");
+    EXPECT_EQ(host, IO::Location::FromPosixPath("/x/\xC3\xA9"));
+    KW_Location none;
+    EXPECT_TRUE(IO::Location(none).IsEmpty());
+}
+
+TEST(KW_Location, SetLastNameReplacesWhatStandsBehindTheLastSlash) {
+    struct Case {
+        const char* before;
+        const char* name;
+        const char* after;
+    };
+    for (const Case& c :
+         {Case{"/x/a.txt", "b.txt", "/x/b.txt"}, Case{"a.txt", "b.txt", "b.txt"},
+          Case{"/a", "\x8E", "/\xC3\xA9"}, Case{"/x/a", "", "/x/"}, Case{"/x/a", nullptr, "/x/"}}) {
+        KW_Location location = at(c.before);
+        location.SetLastName(c.name);
+        EXPECT_EQ(utf8(location), c.after);
+    }
+    KW_Location none;
+    none.SetLastName("b.txt");
+    EXPECT_EQ(utf8(none), "(null)");
+}
+
+TEST(KW_Location, TheAddOnsFolderIsCutBeforeTheLastSlash) {
+    struct Case {
+        const char* own;
+        const char* file;
+        const char* folder;
+    };
+    for (const Case& c : {Case{"/Apps/X.bundle/", "/Apps/X.bundle", "/Apps"}, Case{"X", "X", ""},
+                          Case{"/X", "/X", ""}, Case{"", "(null)", "(null)"}}) {
+        sOwnLocation = IO::Location::FromPosixPath(c.own);
+        EXPECT_EQ(utf8(KW_Location::AddOnLocation(false)), c.file);
+        EXPECT_EQ(utf8(KW_Location::AddOnLocation(true)), c.folder);
+    }
+}
+
+TEST(KW_Location, ThePosixPathHasOneUnitForEachByte) {
+    const std::string bytes = "/x/\xC3\xA9\xE6\x97\xA5\xFF\x80";
+    KW_Location location;
+    location.Set(IO::Location::FromPosixPath(bytes));
+    const KW_String path = location.GetPOSIXPath();
+    EXPECT_EQ(path.length, bytes.size());
+    EXPECT_EQ(std::string(path.ToCStr(KW_String::Encoding_System).data), bytes);
+
+    for (const KW_Location& none : {KW_Location(), at("/")})
+        EXPECT_EQ(utf8(none.GetPOSIXPath()), "(null)");
+    const unsigned short zeroInside[] = {'a', 0, 'b'};
+    EXPECT_EQ(utf8(KW_Location(KW_String(zeroInside, 3)).GetPOSIXPath()), "(null)");
+}
+
+class FolderListing : public ::testing::Test {
+protected:
+    FolderListing() {
+        for (const char* name : {"notes.txt", "obj.GSM", "archive.tar.gz", "README", ".txt", "ends.with.",
+                                 "a.b/plain", "a.b/deep/deeper/x.Txt", "empty/.keep"}) {
+            temp_.write(name, "x");
+        }
+    }
+
+    std::vector<std::string> names(KW_List<KW_Location> const& list) const {
+        std::vector<std::string> result;
+        for (long i = 0; i < list.count; ++i) {
+            const std::string path = utf8(list[i]);
+            EXPECT_EQ(path.substr(0, temp_.path().size() + 1), temp_.path() + "/");
+            result.push_back(path.substr(temp_.path().size() + 1));
+        }
+        return result;
+    }
+
+    std::vector<std::string> files(const std::vector<std::string>& extensions, bool recursive) {
+        KW_List<KW_String> filter;
+        for (const std::string& extension : extensions)
+            filter.AddData(text(extension), -1);
+        KW_List<KW_Location> found;
+        EXPECT_TRUE(at(temp_.path()).GetFilesInFolder(&filter, recursive, &found));
+        return names(found);
+    }
+
+    TemporaryFolder temp_;
+};
+
+TEST_F(FolderListing, FilesAreChosenByTheirExtensionInAnyCase) {
+    EXPECT_THAT(files({"TXT", "gsm"}, false), UnorderedElementsAre("notes.txt", "obj.GSM", ".txt"));
+    EXPECT_THAT(files({"TXT"}, true), UnorderedElementsAre("notes.txt", ".txt", "a.b/deep/deeper/x.Txt"));
+    EXPECT_THAT(files({"gz"}, true), ElementsAre("archive.tar.gz"));
+    EXPECT_THAT(files({""}, true), UnorderedElementsAre("README", "ends.with.", "a.b/plain"));
+    EXPECT_THAT(files({"b/plain", "tx", ".txt"}, true), IsEmpty());
+    EXPECT_THAT(files({}, false), UnorderedElementsAre("notes.txt", "obj.GSM", "archive.tar.gz", "README",
+                                                       ".txt", "ends.with."));
+}
+
+TEST_F(FolderListing, EntriesAreAppendedToWhatTheListHolds) {
+    KW_List<KW_Location> found;
+    found.AddData(at(temp_.path("first")), -1);
+    EXPECT_TRUE(at(temp_.path("empty")).GetFilesInFolder(nullptr, false, &found));
+    EXPECT_THAT(names(found), ElementsAre("first", "empty/.keep"));
+}
+
+TEST_F(FolderListing, AFolderStandsBeforeItsOwnSubfolders) {
+    KW_List<KW_Location> found;
+    EXPECT_TRUE(at(temp_.path("a.b")).GetSubFolders(true, &found));
+    EXPECT_THAT(names(found), ElementsAre("a.b/deep", "a.b/deep/deeper"));
+    KW_List<KW_Location> direct;
+    EXPECT_TRUE(at(temp_.path()).GetSubFolders(false, &direct));
+    EXPECT_THAT(names(direct), UnorderedElementsAre("a.b", "empty"));
+}
+
+TEST_F(FolderListing, WhatIsNoFolderCannotBeListed) {
+    KW_List<KW_Location> found;
+    found.AddData(at("kept"), -1);
+    for (const KW_Location& location :
+         {at(temp_.path("notes.txt")), at(temp_.path("missing")), KW_Location(), at("/")}) {
+        EXPECT_FALSE(location.GetFilesInFolder(nullptr, true, &found));
+        EXPECT_FALSE(location.GetSubFolders(true, &found));
+    }
+    EXPECT_EQ(found.count, 1);
+}
+
+TEST_F(FolderListing, NamesThatAreNotUtf8AreListedAndCanBeOpened) {
+    const std::string name = "odd \xE9\xFF";
+    temp_.write("empty/" + name, "x");
+    KW_List<KW_Location> found;
+    EXPECT_TRUE(at(temp_.path("empty")).GetFilesInFolder(nullptr, false, &found));
+    ASSERT_EQ(found.count, 2);
+    for (long i = 0; i < found.count; ++i)
+        EXPECT_EQ(IO::File(found[i]).GetStatus(), kNoError);
+}
+
+TEST_F(FolderListing, ASubfolderThatCannotBeOpenedEndsTheListingWithFalse) {
+    // So deep that its path is longer than the system takes: nobody can open it, not even root.
+    const std::string name(200, 'n');
+    int folder = open(temp_.path("empty").c_str(), O_RDONLY | O_DIRECTORY);
+    for (int depth = 0; depth < 25; ++depth) {
+        ASSERT_EQ(mkdirat(folder, name.c_str(), 0700), 0);
+        const int inside = openat(folder, name.c_str(), O_RDONLY | O_DIRECTORY);
+        close(folder);
+        folder = inside;
+    }
+    close(folder);
+    KW_List<KW_Location> found;
+    EXPECT_FALSE(at(temp_.path("empty")).GetSubFolders(true, &found));
+    EXPECT_GT(found.count, 10);
+    KW_List<KW_Location> files;
+    EXPECT_FALSE(at(temp_.path()).GetFilesInFolder(nullptr, true, &files));
+}
+
+TEST_F(FolderListing, OnlyAnExistingFolderIsAFolder) {
+    EXPECT_TRUE(at(temp_.path()).IsFolder());
+    EXPECT_TRUE(at(temp_.path("a.b/deep")).IsFolder());
+    EXPECT_TRUE(at("/tmp").IsFolder());
+    for (const KW_Location& location :
+         {at(temp_.path("notes.txt")), at(temp_.path("missing")), at(temp_.path("a.b//")),
+          at(temp_.path("notes.txt/x")), at(""), at("relative"), KW_Location()}) {
+        EXPECT_FALSE(location.IsFolder()) << utf8(location);
+    }
+}
+
+}  // namespace
+
+GSErrCode ACAPI_GetOwnLocation(IO::Location& location) {
+    location = sOwnLocation;
+    return location.IsEmpty() ? kAPIErrNoOwnLocation : kNoError;
+}
