@@ -8,8 +8,11 @@
 #include "platform/FileSystem.h"
 #include "platform/HostTable.h"
 #include "platform/LibraryPart.h"
+#include "platform/Rendering.h"
 #include "platform/ResourceManager.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -174,6 +177,19 @@ GSErrCode ACAPI_LibPart_Get(API_LibPart* part) {
 
 GSErrCode ACAPI_Command_Test(const API_ModulID* module, GSType command, std::int32_t version) {
     return callHost<HostFunction::CommandTest>(HostSlot::CommandTest, module, command, version);
+}
+
+short EXPGetRendCount() {
+    const auto count = hostFunction<HostFunction::RenderingEngineCount>(HostSlot::RenderingEngineCount);
+    return count != nullptr ? static_cast<short>(std::clamp(count(sClient), 0, SHRT_MAX)) : 0;
+}
+
+GSErrCode EXPGetRendMDID(short index, MDID* engine) {
+    return callHost<HostFunction::RenderingEngineID>(HostSlot::RenderingEngineID, index, engine);
+}
+
+GSErrCode EXPGetRendMenuStr(const MDID* engine, GS::UniString* name) {
+    return callHost<HostFunction::RenderingEngineMenuName>(HostSlot::RenderingEngineMenuName, engine, name);
 }
 
 void ACAPI_GetReleaseNumber(API_ServerApplicationInfo* info) {
