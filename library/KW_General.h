@@ -18,6 +18,29 @@ using KW_URL_CallBack = int (*)(KW_URL_Message message, double value, void* user
 /// System and host utilities. Host main thread only; failures are results, nothing is shown to the user.
 class KW_General {
 public:
+    /// Title of the open project: the last component of its file's path, with extension, at most its first
+    /// 255 units; empty for a project that has not been saved yet. `untitled` (may be null) tells such a
+    /// project; it is true as well when the host does not answer. Whether the host answered.
+    static bool ArchiCADProjectTitle(KW_String& title, bool* untitled);
+
+    /// Whether the current rendering engine's menu name contains `partOfName`, in any case: 1 it does, 0 it
+    /// does not, -1 the host cannot tell.
+    static short CheckCurrentRenderingEngine(const KW_String& partOfName);
+    /// Makes the first engine whose menu name contains `partOfName`, in any case, the current one. Whether it
+    /// is now, or was already.
+    static bool SetRenderingEngine(const KW_String& partOfName);
+
+    /// Shows the folder in the desktop's file manager. False when there is no such folder.
+    static bool OpenFolderByLoc(KW_Location& folder);
+    /// Opens the document in the program that the desktop associates with it. False when there is no such
+    /// file.
+    static bool LaunchDocByLoc(const KW_Location& file);
+    /// The same for a path whose text, in Encoding_System, is what the file system knows it by.
+    static bool LaunchDocByPath(const KW_String& path);
+    /// Opens the web address, http or https and at most 255 bytes in Encoding_System. Whether the system
+    /// accepted it.
+    static bool LaunchURLByPath(const KW_String& address);
+
     /// Fetches `url` over HTTP into the file `destination`: created when missing, its content replaced.
     /// Returns at once; the transfer runs on the main run loop, for 60 seconds at most.
     ///
@@ -29,3 +52,8 @@ public:
     static bool URLDownload(const KW_String& url, const KW_Location& destination, KW_URL_CallBack callBack,
                             void* userData);
 };
+
+/// Hands the path, in Encoding_System and with "/" for every ":", to the program that the desktop associates
+/// with it, and returns when the desktop's opener has finished. Nothing tells whether there was such a
+/// program.
+void KW_General_LaunchDoc(const KW_Location& path);

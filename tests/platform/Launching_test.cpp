@@ -60,9 +60,9 @@ TEST(Launching, AnOpenerThatCannotBeStartedIsAnError) {
 }
 
 TEST(Launching, TheCallReturnsWhenTheOpenerHasFinished) {
-    const FakeOpener opener("sleep 0.2; touch \"$(dirname \"$0\")/finished\"; exit 4");
+    const FakeOpener opener("sleep 0.2; touch \"$folder/finished\"; exit 4");
     EXPECT_EQ(OpenDocument("/tmp"), 0);
-    EXPECT_TRUE(std::filesystem::exists(opener.folder() / "finished"));
+    EXPECT_TRUE(opener.folder().has("finished"));
 }
 
 TEST(Launching, AnOpenerThatDoesNotFinishIsLeftToItselfAndCollectedLater) {
@@ -79,8 +79,7 @@ TEST(Launching, AnOpenerThatDoesNotFinishIsLeftToItselfAndCollectedLater) {
 }
 
 TEST(Launching, TheOpenerInheritsNoDescriptorAndNoInputOfTheHost) {
-    const FakeOpener opener(
-        "ls /proc/$$/fd > \"$(dirname \"$0\")/open\"; head -c 9 > \"$(dirname \"$0\")/input\"");
+    const FakeOpener opener("ls /proc/$$/fd > \"$folder/open\"; head -c 9 > \"$folder/input\"");
     const int ownInput = dup(STDIN_FILENO);
     const int hostFile = ::open("/dev/zero", O_RDONLY);
     ASSERT_GT(hostFile, STDERR_FILENO);
@@ -88,10 +87,10 @@ TEST(Launching, TheOpenerInheritsNoDescriptorAndNoInputOfTheHost) {
     OpenDocument("/tmp");
     dup2(ownInput, STDIN_FILENO);
 
-    std::ifstream descriptors(opener.folder() / "open");
+    std::istringstream descriptors(opener.folder().read("open"));
     for (std::string each; std::getline(descriptors, each);)
         EXPECT_NE(each, std::to_string(hostFile));
-    EXPECT_EQ(std::filesystem::file_size(opener.folder() / "input"), 0U);
+    EXPECT_EQ(opener.folder().read("input"), "");
     close(hostFile);
     close(ownInput);
 }

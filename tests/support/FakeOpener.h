@@ -1,52 +1,41 @@
 #pragma once
 
 #include "platform/Launching.h"
+#include "tests/support/TemporaryFolder.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
-#include <string>
 #include <vector>
 
 namespace support {
 
 /// An opener program for tests: writes down the arguments that it was started with. In force from its
-/// construction to its end, in a folder of its own.
+/// construction to its end.
 class FakeOpener {
 public:
-    /// `script` is what the program does besides, in shell language.
+    /// `script` is what the program does besides, in shell language; $folder is a folder for its use.
     explicit FakeOpener(const std::string& script = "") {
-        char name[] = "/tmp/tessaro-opener-XXXXXX";
-        folder_ = mkdtemp(name);
-        const std::filesystem::path program = folder_ / "opener";
-        std::ofstream(program) << "#!/bin/sh\n{ printf '%s\\0' \"$#\" \"$@\"; } >> '" << log().string()
-                               << "'\n"
-                               << script << "\n";
-        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
-        platform::setOpenerProgram(program.string());
+        folder_.write("opener", "#!/bin/sh\nfolder='" + folder_.path() +
+                                    "'\n{ printf '%s\\0' \"$#\" \"$@\"; } >> \"$folder/arguments\"\n" +
+                                    script + "\n");
+        std::filesystem::permissions(folder_.path("opener"), std::filesystem::perms::owner_all);
+        platform::setOpenerProgram(folder_.path("opener"));
     }
-    ~FakeOpener() {
-        platform::setOpenerProgram("");
-        std::filesystem::remove_all(folder_);
-    }
+    ~FakeOpener() { platform::setOpenerProgram(""); }
     FakeOpener(const FakeOpener&) = delete;
     FakeOpener& operator=(const FakeOpener&) = delete;
 
     /// For each start the number of arguments, then the arguments themselves.
     std::vector<std::string> arguments() const {
-        std::ifstream file(log());
+        std::istringstream log(folder_.read("arguments"));
         std::vector<std::string> result;
-        for (std::string argument; std::getline(file, argument, '\0');)
+        for (std::string argument; std::getline(log, argument, '\0');)
             result.push_back(argument);
         return result;
     }
-    const std::filesystem::path& folder() const { return folder_; }
+    const TemporaryFolder& folder() const { return folder_; }
 
 private:
-    std::filesystem::path log() const { return folder_ / "arguments"; }
-
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 };
 
 }  // namespace support
