@@ -1,0 +1,196 @@
+#include "foundation/KW_List.h"
+
+#include "tests/foundation/TestText.h"
+
+#include <limits>
+
+namespace {
+
+template <typename T>
+void expectExactBlock(KW_List<T> const& list) {
+    ASSERT_NE(list.data, nullptr);
+    EXPECT_EQ(BMGetHandleSize(list.data), list.count * static_cast<long>(sizeof(T)));
+}
+
+template <typename T>
+std::vector<T> values(KW_List<T> const& list) {
+    std::vector<T> all;
+    for (long i = 0; i < list.count; ++i)
+        all.push_back(list[i]);
+    return all;
+}
+
+KW_List<long> listOf(std::vector<long> const& elements) {
+    KW_List<long> list;
+    for (const long element : elements)
+        list.AddData(element, -1);
+    return list;
+}
+
+// Counts the living, and survives a move of its bytes as KW_String does.
+struct Counted {
+    static long living;
+    long value;
+    explicit Counted(long number) : value(number) { ++living; }
+    Counted(Counted const& other) : value(other.value) { ++living; }
+    Counted& operator=(Counted const&) = default;
+    ~Counted() { --living; }
+};
+long Counted::living = 0;
+
+TEST(KW_List, AppendsAndInserts) {
+    KW_List<long> list = listOf({1, 2, 3});
+    list.AddData(0, 0);
+    list.AddData(9, 4);
+    list.AddData(5, 2);
+    EXPECT_EQ(values(list), (std::vector<long>{0, 1, 5, 2, 3, 9}));
+    expectExactBlock(list);
+}
+
+TEST(KW_List, IgnoresPositionsThatItDoesNotHave) {
+    KW_List<long> list = listOf({1, 2});
+    for (const long index : {-2L, 3L, std::numeric_limits<long>::min(), std::numeric_limits<long>::max()})
+        list.AddData(7, index);
+    for (const long index : {-1L, 2L, std::numeric_limits<long>::min(), std::numeric_limits<long>::max()})
+        list.DeleteData(index);
+    EXPECT_EQ(values(list), (std::vector<long>{1, 2}));
+}
+
+TEST(KW_List, DeletesAndClosesTheGap) {
+    KW_List<long> list = listOf({1, 2, 3, 4});
+    list.DeleteData(0);
+    list.DeleteData(2);
+    EXPECT_EQ(values(list), (std::vector<long>{2, 3}));
+    list.DeleteData(1);
+    list.DeleteData(0);
+    EXPECT_EQ(list.count, 0);
+    expectExactBlock(list);
+}
+
+TEST(KW_List, SetsItsSize) {
+    struct Case {
+        long size;
+        bool keep;
+        std::vector<long> result;
+    };
+    for (Case const& c : std::vector<Case>{
+             {3, false, {0, 0, 0}},
+             {3, true, {5, 6, 0}},
+             {1, true, {5}},
+             {1, false, {0}},
+             {2, true, {5, 6}},
+             {0, true, {}},
+             {-4, true, {}},
+             {std::numeric_limits<long>::min(), false, {}},
+         }) {
+        KW_List<long> list = listOf({5, 6});
+        list.SetSize(c.size, c.keep);
+        EXPECT_EQ(values(list), c.result) << c.size;
+        expectExactBlock(list);
+    }
+}
+
+TEST(KW_List, DestroysEachElementOnce) {
+    {
+        KW_List<Counted> list;
+        for (long i = 0; i < 5; ++i)
+            list.AddData(Counted(i), i / 2);
+        EXPECT_EQ(Counted::living, 5);
+        list.DeleteData(2);
+        EXPECT_EQ(Counted::living, 4);
+        list.SetSize(2, true);
+        EXPECT_EQ(Counted::living, 2);
+        const KW_List<Counted> copy(list);
+        EXPECT_EQ(Counted::living, 4);
+        list.Reset();
+        EXPECT_EQ(Counted::living, 2);
+        list.AddData(Counted(9), -1);
+        list.AddData(list[0], -1);
+        EXPECT_EQ(list[1].value, 9);
+    }
+    EXPECT_EQ(Counted::living, 0);
+}
+
+TEST(KW_List, OwnsDeepCopiesOfStrings) {
+    KW_List<KW_String> list;
+    const KW_String original = text(u"abc");
+    list.AddData(original, -1);
+    list.AddData(KW_String(), -1);
+    list.AddData(list[0], 0);
+    KW_List<KW_String> copy(list);
+    copy[0] += "x";
+    EXPECT_EQ(contents(list), (std::vector<Content>{u"abc", u"abc", std::nullopt}));
+    EXPECT_EQ(contents(copy), (std::vector<Content>{u"abcx", u"abc", std::nullopt}));
+    EXPECT_EQ(content(original), u"abc");
+    list.SetSize(5, true);
+    EXPECT_EQ(content(list[4]), std::nullopt) << "a new element is the null string";
+    list.SetSize(2, false);
+    EXPECT_EQ(contents(list), (std::vector<Content>{std::nullopt, std::nullopt}));
+    list.Reset();
+    list.AddData(original, -1);
+    EXPECT_EQ(contents(list), (std::vector<Content>{u"abc"}));
+    expectExactBlock(list);
+}
+
+class KW_ListWithoutMemory : public testing::Test {
+protected:
+    ~KW_ListWithoutMemory() override { BMFailAfter(-1); }
+};
+
+template <typename T>
+void expectLost(KW_List<T> const& list) {
+    EXPECT_EQ(list.data, nullptr);
+    EXPECT_EQ(list.count, 0);
+}
+
+TEST_F(KW_ListWithoutMemory, IsLeftEmptyAndUsableAgainAfterSetSize) {
+    KW_List<long> list = listOf({1, 2});
+    BMFailAfter(0);
+    list.AddData(3, -1);
+    expectLost(list);
+    BMFailAfter(-1);
+    list.AddData(3, -1);
+    list.DeleteData(0);
+    list.Reset();
+    expectLost(list);
+    const KW_List<long> copy(list);
+    expectLost(copy);
+    list.SetSize(2, true);
+    EXPECT_EQ(values(list), (std::vector<long>{0, 0}));
+    list.AddData(3, -1);
+    EXPECT_EQ(values(list), (std::vector<long>{0, 0, 3}));
+}
+
+TEST_F(KW_ListWithoutMemory, LosesItsBlockInEveryOperationThatResizesIt) {
+    const auto withoutMemory = [](auto operation) {
+        KW_List<long> list = listOf({1, 2, 3});
+        BMFailAfter(0);
+        operation(list);
+        BMFailAfter(-1);
+        expectLost(list);
+    };
+    withoutMemory([](KW_List<long>& list) { list.AddData(1, 0); });
+    withoutMemory([](KW_List<long>& list) { list.DeleteData(1); });
+    withoutMemory([](KW_List<long>& list) { list.Reset(); });
+    withoutMemory([](KW_List<long>& list) { list.SetSize(2, true); });
+    withoutMemory([](KW_List<long>& list) { list.SetSize(9, false); });
+}
+
+TEST_F(KW_ListWithoutMemory, MayBeBornWithoutABlock) {
+    const KW_List<long> source = listOf({1, 2});
+    BMFailAfter(0);
+    KW_List<long> list;
+    const KW_List<long> copy(source);
+    expectLost(list);
+    expectLost(copy);
+}
+
+TEST_F(KW_ListWithoutMemory, TakesASizeThatCannotBeAsAFailure) {
+    KW_List<long> list = listOf({1});
+    list.SetSize(std::numeric_limits<long>::max(), true);
+    expectLost(list);
+    list.SetSize(std::numeric_limits<long>::max() / 8, true);
+    expectLost(list);
+}
+
+}  // namespace

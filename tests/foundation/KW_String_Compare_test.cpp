@@ -1,0 +1,115 @@
+#include "tests/foundation/TestText.h"
+
+namespace {
+
+TEST(KW_String_Compare, OrdersByUnsignedUnitsWithNullFirst) {
+    struct Case {
+        Content a;
+        Content b;
+        int order;
+    };
+    for (Case const& c : std::vector<Case>{
+             {std::nullopt, std::nullopt, 0},
+             {std::nullopt, u"", -1},
+             {u"", std::nullopt, 1},
+             {u"", u"", 0},
+             {u"abc", u"abd", -1},
+             {u"abc", u"ab", 1},
+             {u"ab", u"abc", -1},
+             {u"\uFFFF", u"a", 1},
+             {u"\u8000", u"\u7FFF", 1},
+             {u"A", u"a", -1},
+         }) {
+        const KW_String a = maybe(c.a);
+        const KW_String b = maybe(c.b);
+        EXPECT_EQ(KW_String::Compare(a, 0, b, 0, 0), c.order);
+        EXPECT_EQ(a < b, c.order < 0);
+        EXPECT_EQ(a <= b, c.order <= 0);
+        EXPECT_EQ(a > b, c.order > 0);
+        EXPECT_EQ(a >= b, c.order >= 0);
+        EXPECT_EQ(a == b, c.order == 0);
+        EXPECT_EQ(a != b, c.order != 0);
+    }
+}
+
+TEST(KW_String_Compare, ComparesPartsFromTheirStarts) {
+    const KW_String hello = text(u"hello");
+    const KW_String yellow = text(u"yellow");
+    EXPECT_EQ(KW_String::Compare(hello, 1, yellow, 1, 4), 0);
+    EXPECT_EQ(KW_String::Compare(hello, 1, yellow, 1, 5), -1);
+    EXPECT_EQ(KW_String::Compare(hello, 1, yellow, 1, 0), -1);
+    EXPECT_EQ(KW_String::Compare(text(u"abc"), 0, text(u"abd"), 0, 2), 0);
+    EXPECT_EQ(KW_String::Compare(hello, 5, yellow, 6, 0), 0) << "both at their ends";
+    EXPECT_EQ(KW_String::Compare(hello, 5, yellow, 5, 0), -1);
+    EXPECT_EQ(KW_String::Compare(hello, 99, yellow, 0xFFFFFFFF, 7), 0)
+        << "a start behind the end counts as there";
+    EXPECT_EQ(KW_String::Compare(hello, 0, hello, 0, 0xFFFFFFFF), 0);
+}
+
+TEST(KW_String_Compare, StopsAtAZeroUnitInBoth) {
+    EXPECT_EQ(KW_String::Compare(text({u"a\0b", 3}), 0, text({u"a\0c", 3}), 0, 0), 0);
+    EXPECT_EQ(KW_String::Compare(text({u"a\0b", 3}), 0, text(u"a"), 0, 9), 0);
+}
+
+TEST(KW_String_Compare, IgnoresTheCaseOfLettersOnly) {
+    EXPECT_EQ(KW_String::CompareIgnoreCase(text(u"ABC"), 0, text(u"abd"), 0, 0), -1);
+    EXPECT_EQ(KW_String::CompareIgnoreCase(text(u"HELLO"), 1, text(u"hello"), 1, 0), 0);
+    EXPECT_EQ(KW_String::CompareIgnoreCase(text(u"_"), 0, text(u"A"), 0, 0), -1)
+        << "'_' is before 'a', behind 'A'";
+    EXPECT_EQ(KW_String::CompareIgnoreCase(text(u"\u0141"), 0, text(u"A"), 0, 0), 1)
+        << "41 is only its low byte";
+    EXPECT_EQ(KW_String::CompareIgnoreCase(KW_String(), 0, text(u""), 0, 0), -1);
+}
+
+TEST(KW_String_Compare, ComparesCharTextBySignedBytes) {
+    struct Case {
+        char const* a;
+        char const* b;
+        int exact;
+        int ignoringCase;
+    };
+    for (Case const& c : std::vector<Case>{
+             {nullptr, "", -10, -10},
+             {"", nullptr, -10, -10},
+             {nullptr, nullptr, -10, -10},
+             {"", "", 0, 0},
+             {"abc", "abd", -1, -1},
+             {"ab", "abc", -1, -1},
+             {"ABC", "abc", -1, 0},
+             {"\x80", "a", -1, -1},
+             {"\xFF", "\x01", -1, -1},
+             {"\x80", "\xFF", -1, -1},
+             {"\xFF", "", -1, -1},
+         }) {
+        EXPECT_EQ(KW_String::Compare(c.a, c.b), c.exact);
+        EXPECT_EQ(KW_String::CompareIgnoreCase(c.a, c.b), c.ignoringCase);
+        EXPECT_EQ(KW_String::Equals(c.a, c.b), c.exact == 0);
+        EXPECT_EQ(KW_String::EqualsIgnoreCase(c.a, c.b), c.ignoringCase == 0);
+    }
+}
+
+TEST(KW_String_Compare, TakesACountOfZeroAsAllOrAsNothing) {
+    struct Case {
+        char const* a;
+        char const* b;
+        unsigned int count;
+        bool equal;
+        bool equalIgnoringCase;
+    };
+    for (Case const& c : std::vector<Case>{
+             {"abc", "abd", 2, true, true},
+             {"abc", "abd", 3, false, false},
+             {"abc", "ABd", 2, false, true},
+             {"abc", "abc", 99, true, true},
+             {"abc", "abcd", 99, false, false},
+             {"abc", "abc", 0, true, false},
+             {"abc", "abd", 0, false, false},
+             {nullptr, "abc", 2, false, false},
+             {"abc", nullptr, 0, false, false},
+         }) {
+        EXPECT_EQ(KW_String::Equals(c.a, c.b, c.count), c.equal) << c.count;
+        EXPECT_EQ(KW_String::EqualsIgnoreCase(c.a, c.b, c.count), c.equalIgnoringCase) << c.count;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,213 @@
+#include "tests/foundation/TestText.h"
+
+#include <cctype>
+
+namespace {
+
+constexpr auto kSystem = KW_String::Encoding_System;
+
+TEST(KW_String_Edit, CutsParts) {
+    const KW_String hello = text(u"hello");
+    EXPECT_EQ(content(hello.Substring(2)), u"llo");
+    EXPECT_EQ(content(hello.Substring(5)), u"");
+    EXPECT_EQ(content(hello.Substring(6)), std::nullopt);
+    EXPECT_EQ(content(hello.Substring(1, 2)), u"el");
+    EXPECT_EQ(content(hello.Substring(3, 0xFFFFFFFF)), u"lo");
+    EXPECT_EQ(content(hello.Substring(6, 0)), std::nullopt);
+    EXPECT_EQ(content(KW_String().Substring(0)), std::nullopt);
+    EXPECT_EQ(content(KW_String().Substring(0, 1)), std::nullopt);
+    EXPECT_EQ(hello.Substring(1, 2).capacity, 3u);
+}
+
+TEST(KW_String_Edit, CutsPartsCountedFromTheEnd) {
+    struct Case {
+        Content held;
+        unsigned int count;
+        unsigned int fromEnd;
+        Content result;
+    };
+    for (Case const& c : std::vector<Case>{
+             {u"hello", 3, 0, u"llo"},
+             {u"hello", 2, 1, u"ll"},
+             {u"hello", 5, 0, u"hello"},
+             {u"hello", 0, 0, u""},
+             {u"hello", 0, 5, u""},
+             {u"hello", 6, 0, std::nullopt},
+             {u"hello", 1, 5, std::nullopt},
+             {u"hello", 0, 6, std::nullopt},
+             {u"hello", 0xFFFFFFFF, 0, std::nullopt},
+             {u"hello", 0xFFFFFFFB, 1, std::nullopt},
+             {std::nullopt, 0, 0, std::nullopt},
+         }) {
+        EXPECT_EQ(content(maybe(c.held).EndSubstring(c.count, c.fromEnd)), c.result)
+            << c.count << ' ' << c.fromEnd;
+    }
+}
+
+TEST(KW_String_Edit, ReplacesBytesAndStrings) {
+    EXPECT_EQ(content(text(u"a-b-").Replace('-', '\x8E')), u"a\u00E9b\u00E9");
+    EXPECT_EQ(content(KW_String().Replace('-', '+')), std::nullopt);
+    EXPECT_EQ(content(text(u"").Replace('-', '+')), u"");
+    EXPECT_EQ(content(text(u"aaa").Replace("aa", "b")), u"ba");
+    EXPECT_EQ(content(text(u"a.b").Replace(".", "\x8E")), u"a\u00E9b");
+    EXPECT_EQ(content(text(u"aXbXc").Replace(text(u"X"), text(u""))), u"abc");
+    EXPECT_EQ(content(text(u"abc").Replace(text(u""), text(u"x"))), u"abc");
+    EXPECT_EQ(content(text(u"").Replace(text(u"a"), text(u"x"))), u"");
+    EXPECT_EQ(content(text(u"abc").Replace(KW_String(), text(u"x"))), std::nullopt);
+    EXPECT_EQ(content(text(u"abc").Replace(text(u"a"), KW_String())), std::nullopt);
+    EXPECT_EQ(content(text(u"abc").Replace("a", nullptr)), std::nullopt);
+    EXPECT_EQ(content(KW_String().Replace(text(u"a"), text(u"x"))), std::nullopt);
+    const KW_String self = text(u"ab");
+    EXPECT_EQ(content(self.Replace(self, self + self)), u"abab");
+    EXPECT_EQ(content(text({u"a\0a", 3}).Replace("a", "bb")), std::u16string(u"bb\0bb", 5));
+}
+
+TEST(KW_String_Edit, ReplacesLikeAPlainModelOnRandomText) {
+    RandomText random(11);
+    for (int round = 0; round < 4000; ++round) {
+        const std::u16string units = random.over(u"ab", round % 8 == 0 ? 400 : 30);
+        const std::u16string what = random.over(u"ab", 3);
+        const std::u16string with = random.over(u"abc", 4);
+        std::u16string expected;
+        for (std::size_t i = 0; i < units.size();) {
+            if (!what.empty() && units.compare(i, what.size(), what) == 0) {
+                expected += with;
+                i += what.size();
+            } else {
+                expected += units[i++];
+            }
+        }
+        const KW_String result = text(units).Replace(text(what), text(with));
+        ASSERT_EQ(content(result), expected);
+        EXPECT_EQ(result.capacity, result.length + 1);
+    }
+}
+
+TEST(KW_String_Edit, ReplacesARangeInPlace) {
+    struct Case {
+        Content held;
+        unsigned int from;
+        unsigned int to;
+        Content with;
+        bool done;
+        Content result;
+    };
+    for (Case const& c : std::vector<Case>{
+             {u"hello", 2, 3, u"XYZ", true, u"hXYZlo"},
+             {u"hello", 4, 99, u"", true, u"hel"},
+             {u"hello", 4, 0xFFFFFFFF, std::nullopt, true, u"hel"},
+             {u"hello", 1, 5, u"", true, u""},
+             {u"hello", 5, 5, u"aaaa", true, u"hellaaaa"},
+             {u"hello", 1, 1, u"H", true, u"Hello"},
+             {u"hello", 0, 3, u"X", false, u"hello"},
+             {u"hello", 3, 2, u"X", false, u"hello"},
+             {u"hello", 6, 6, u"X", false, u"hello"},
+             {u"", 1, 1, u"X", false, u""},
+             {std::nullopt, 1, 1, u"X", false, std::nullopt},
+         }) {
+        KW_String string = maybe(c.held);
+        const unsigned int capacity = string.capacity;
+        EXPECT_EQ(string.Replace(c.from, c.to, maybe(c.with)), c.done);
+        EXPECT_EQ(content(string), c.result);
+        EXPECT_EQ(string.capacity, std::max(capacity, string.data == nullptr ? 0 : string.length + 1));
+        expectSound(string);
+    }
+    KW_String self = text(u"hello");
+    EXPECT_TRUE(self.Replace(2, 4, self));
+    EXPECT_EQ(content(self), u"hhelloo");
+}
+
+TEST(KW_String_Edit, MapsTheCaseOfEveryUnitAsTheCLibraryDoes) {
+    KW_String all;
+    all.SetSize(0x10000, false);
+    for (unsigned int unit = 1; unit < 0x10000; ++unit) {
+        const auto value = static_cast<unsigned short>(unit);
+        all.THIS_Append(&value, 1);
+    }
+    const KW_String lower = all.ToLowerCase();
+    const KW_String upper = all.ToUpperCase();
+    for (unsigned int i = 0; i < all.length; ++i) {
+        const int unit = all.data[i];
+        ASSERT_EQ(lower.data[i], unit < 256 ? std::tolower(unit) : unit);
+        ASSERT_EQ(upper.data[i], unit < 256 ? std::toupper(unit) : unit);
+    }
+    EXPECT_EQ(content(text(u"aZ-\u00C9").ToLowerCase()), u"az-\u00C9") << "in the POSIX locale";
+    EXPECT_EQ(content(KW_String().ToUpperCase()), std::nullopt);
+    EXPECT_EQ(content(text(u"").ToUpperCase()), u"");
+}
+
+TEST(KW_String_Edit, Trims) {
+    struct Case {
+        Content held;
+        bool left;
+        bool right;
+        bool tabs;
+        Content result;
+    };
+    for (Case const& c : std::vector<Case>{
+             {u"\t x ", true, true, false, u"\t x"},
+             {u"\t x \t", true, true, true, u"x"},
+             {u"  x  ", true, false, false, u"x  "},
+             {u"  x  ", false, true, false, u"  x"},
+             {u"  x  ", false, false, true, u"  x  "},
+             {u" \t ", true, true, true, u""},
+             {u"   ", false, true, false, u""},
+             {u"\nx\n", true, true, true, u"\nx\n"},
+             {u"", true, true, true, u""},
+             {std::nullopt, true, true, true, std::nullopt},
+         }) {
+        const KW_String trimmed = maybe(c.held).THIS_Trim(c.left, c.right, c.tabs);
+        EXPECT_EQ(content(trimmed), c.result);
+        if (trimmed.data != nullptr) {
+            EXPECT_EQ(trimmed.capacity, trimmed.length + 1);
+        }
+    }
+}
+
+TEST(KW_String_Edit, Repeats) {
+    EXPECT_EQ(content(KW_String::RepeatedSequence(text(u"ab"), 3)), u"ababab");
+    EXPECT_EQ(KW_String::RepeatedSequence(text(u"ab"), 3).capacity, 7u);
+    EXPECT_EQ(content(KW_String::RepeatedSequence(text(u"ab"), 0)), u"");
+    EXPECT_EQ(content(KW_String::RepeatedSequence(text(u"ab"), -1)), std::nullopt);
+    EXPECT_EQ(content(KW_String::RepeatedSequence(text(u"ab"), std::numeric_limits<long>::min())),
+              std::nullopt);
+    EXPECT_EQ(content(KW_String::RepeatedSequence(text(u""), std::numeric_limits<long>::max())), u"");
+    EXPECT_EQ(content(KW_String::RepeatedSequence(KW_String(), 0)), std::nullopt);
+}
+
+TEST(KW_String_Edit, CatenatesUpToThreeLimitedTexts) {
+    const ExactBytes unterminated("xyz");
+    KW_String string = text(u"before");
+    string.SetCat("abc", 2, nullptr, 9, "d\x8E", 0);
+    EXPECT_EQ(content(string), u"abd\u00E9");
+    string.SetCat("abc", 99, unterminated.data(), 3, "", 0);
+    EXPECT_EQ(content(string), u"abcxyz");
+    string.SetCat("", 0, "", 5, "", 0);
+    EXPECT_EQ(content(string), std::nullopt);
+    string.SetCat(nullptr, 0, nullptr, 0, nullptr, 0);
+    EXPECT_EQ(content(string), std::nullopt);
+}
+
+TEST(KW_String_Edit, ReadsAndWritesSingleUnits) {
+    KW_String string = text(u"a\u00E9\u4E2D");
+    EXPECT_EQ(string.CharAt(0), 'a');
+    EXPECT_EQ(string.CharAt(1), '\x8E');
+    EXPECT_EQ(string.CharAt(2), '?');
+    EXPECT_EQ(string.CharAt(3), 0);
+    EXPECT_EQ(string.CharAt(0xFFFFFFFF), 0);
+    EXPECT_EQ(string.UCharAt(2), 0x4E2D);
+    EXPECT_EQ(string.UCharAt(3), 0);
+    EXPECT_EQ(KW_String().CharAt(0), 0);
+    EXPECT_EQ(KW_String().UCharAt(0), 0);
+    string.SetCharAt(0, '\x8E');
+    string.SetUCharAt(2, 0x65E5);
+    string.SetCharAt(3, 'x');
+    string.SetUCharAt(0xFFFFFFFF, 'x');
+    EXPECT_EQ(content(string), u"\u00E9\u00E9\u65E5");
+    expectSound(string);
+    KW_String null;
+    null.SetCharAt(0, 'x');
+    EXPECT_EQ(content(null), std::nullopt);
+}
+
+}  // namespace

@@ -1,0 +1,187 @@
+#include "tests/foundation/TestText.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+namespace {
+
+constexpr long kNoLong = std::numeric_limits<long>::max();
+constexpr unsigned long kNoULong = std::numeric_limits<unsigned long>::max();
+constexpr double kNoDouble = 1.7976931348623157e308;
+
+TEST(KW_String_Numbers, ReadsSignedIntegers) {
+    struct Case {
+        char const* text;
+        long value;
+    };
+    for (Case const& c : std::vector<Case>{
+             {nullptr, 0},
+             {"", 0},
+             {"12ab", 12},
+             {"abc", kNoLong},
+             {"+", kNoLong},
+             {"x-5", -5},
+             {"-x", 0},
+             {"-", 0},
+             {"--5", 0},
+             {"- 5", 0},
+             {"  +7", 7},
+             {"a-b5", 0},
+             {"\xFF\x80 9", 9},
+             {"9223372036854775807", kNoLong},
+             {"-9223372036854775808", std::numeric_limits<long>::min()},
+             {"9223372036854775808", std::numeric_limits<long>::min()},
+             {"18446744073709551617", 1},
+             {"-18446744073709551617", -1},
+         }) {
+        EXPECT_EQ(KW_String::ToLong(c.text), c.value) << (c.text == nullptr ? "null" : c.text);
+    }
+}
+
+TEST(KW_String_Numbers, ReadsUnsignedIntegers) {
+    struct Case {
+        char const* text;
+        unsigned long value;
+    };
+    for (Case const& c : std::vector<Case>{
+             {nullptr, 0},
+             {"", 0},
+             {"-5", 5},
+             {"x12y3", 12},
+             {"-", kNoULong},
+             {"18446744073709551615", kNoULong},
+             {"18446744073709551618", 2},
+         }) {
+        EXPECT_EQ(KW_String::ToULong(c.text), c.value) << (c.text == nullptr ? "null" : c.text);
+    }
+}
+
+TEST(KW_String_Numbers, ReadsDoubles) {
+    struct Case {
+        std::string text;
+        double value;
+    };
+    const std::string nines(5000, '9');
+    const std::string zeros(5000, '0');
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (Case const& c : std::vector<Case>{
+             {"", 0.0},
+             {"3,25", 3.25},
+             {"x3.5y", 3.5},
+             {"1e+3", 1000.0},
+             {"1e3", 1.0},
+             {"1E+3", 1.0},
+             {"2e-1", 0.2},
+             {"1e+", 1.0},
+             {"1e+-2", 1.0},
+             {"1e+0", 1.0},
+             {"5.", kNoDouble},
+             {".", kNoDouble},
+             {"abc", kNoDouble},
+             {"+", kNoDouble},
+             {"-.5", -0.5},
+             {"--5", -0.0},
+             {"-", -0.0},
+             {"-x5", -0.0},
+             {"-e+5", -0.0},
+             {"- 5", -0.0},
+             {"1.2.3", 1.2},
+             {"1.5e+1", 15.0},
+             {"1e+400", infinity},
+             {"-1e+99999999999", -infinity},
+             {"0e+9223372036854775807", 0.0},
+             {"1e-9223372036854775807", 0.0},
+             {"1e+" + zeros + "2", 100.0},
+             {"1" + zeros, infinity},
+             {"0." + zeros + "1", 0.0},
+         }) {
+        const double value = KW_String::ToDouble(c.text.c_str());
+        EXPECT_DOUBLE_EQ(value, c.value) << c.text;
+        EXPECT_EQ(std::signbit(value), std::signbit(c.value)) << c.text;
+    }
+    EXPECT_EQ(KW_String::ToDouble(nullptr), 0.0);
+    // The exponent wraps as a 64-bit value; whatever it is then, the answer comes at once.
+    EXPECT_FALSE(std::isnan(KW_String::ToDouble(("1e+" + nines).c_str())));
+}
+
+TEST(KW_String_Numbers, TellsWhatIsANumber) {
+    struct Case {
+        char const* text;
+        bool integer;
+        short kind;
+    };
+    for (Case const& c : std::vector<Case>{
+             {nullptr, false, 0}, {"", false, 0},      {" ", false, 0},      {"+", false, 0},
+             {"- ", false, 0},    {"7", true, 1},      {" -12", true, 1},    {"+ 7", true, 1},
+             {" +  7", true, 1},  {"7 ", false, 0},    {"+-7", false, 0},    {"\t7", false, 0},
+             {"1.5", false, 2},   {",5", false, 2},    {"-.5", false, 2},    {"1.", false, 0},
+             {".", false, 0},     {"1.2.3", false, 0}, {"1,2.3", false, 0},  {"1.5 ", false, 0},
+             {"0x1", false, 0},   {"1e+3", false, 0},  {"- 1,50", false, 2},
+         }) {
+        char const* const name = c.text == nullptr ? "null" : c.text;
+        EXPECT_EQ(KW_String::IsIntegerNumber(c.text), c.integer) << name;
+        EXPECT_EQ(KW_String::IsNumber(c.text), c.kind) << name;
+        const KW_String string(c.text, KW_String::Encoding_System);
+        EXPECT_EQ(KW_String::IsIntegerNumber(string), c.integer) << name;
+        EXPECT_EQ(KW_String::IsNumber(string), c.kind) << name;
+    }
+    EXPECT_FALSE(KW_String::IsIntegerNumber(text(u"\u0661\uFF11"))) << "digits of other scripts are none";
+}
+
+std::u16string printed(char const* format, auto... arguments) {
+    char buffer[2048];
+    const int length = std::snprintf(buffer, sizeof buffer, format, arguments...);
+    return std::u16string(buffer, buffer + length);
+}
+
+TEST(KW_String_Numbers, WritesIntegersAsPrintfDoes) {
+    for (const long value : {0L, 42L, -42L, kNoLong, std::numeric_limits<long>::min()}) {
+        for (const unsigned int width : {0u, 1u, 5u, 20u, 400u}) {
+            EXPECT_EQ(content(KW_String::LongToString(value, width)),
+                      printed("%*ld", static_cast<int>(width), value));
+        }
+    }
+    EXPECT_EQ(content(KW_String::LongToString(42, 5)), u"   42");
+    EXPECT_EQ(KW_String::LongToString(42, 0xFFFFFFFF).length, 1000u);
+}
+
+TEST(KW_String_Numbers, WritesDoublesAsPrintfDoes) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    for (const double value : {0.0, -0.0, 2.7, -2.5, 0.5, 1.0 / 3, 1e15, 1e-7, 123456789.0, 1e308, 5e-324,
+                               infinity, -infinity, std::nan("")}) {
+        for (const int width : {0, 8, 300}) {
+            for (const int decimals : {1, 2, 17, 300}) {
+                EXPECT_EQ(content(KW_String::DoubleToString(value, static_cast<unsigned int>(width),
+                                                            static_cast<unsigned int>(decimals))),
+                          printed("%*.*f", width, decimals, value));
+            }
+            EXPECT_EQ(content(KW_String::DoubleToString(value, static_cast<unsigned int>(width), 0u)),
+                      printed("%*g", width, value));
+        }
+        EXPECT_EQ(content(KW_String::DoubleToString(value, -1)), printed("%g", value));
+        EXPECT_EQ(content(KW_String::DoubleToString(value, std::numeric_limits<int>::min())),
+                  printed("%g", value));
+        EXPECT_EQ(content(KW_String::DoubleToString(value, 0)), printed("%.0f", value));
+        EXPECT_EQ(content(KW_String::DoubleToString(value, 3)), printed("%.3f", value));
+    }
+    EXPECT_EQ(content(KW_String::DoubleToString(2.7, 0u, 0u)), u"2.7");
+    EXPECT_EQ(content(KW_String::DoubleToString(2.7, 0)), u"3");
+    EXPECT_EQ(KW_String::DoubleToString(1e308, 0xFFFFFFFF, 0xFFFFFFFF).length, 309u + 1 + 1000);
+    EXPECT_EQ(KW_String::DoubleToString(1.0, std::numeric_limits<int>::max()).length, 2u + 1000);
+}
+
+TEST(KW_String_Numbers, FormatsAndCutsAt2047Bytes) {
+    EXPECT_EQ(content(KW_String::Format("%d %s\x8E", 5, "x")), u"5 x\u00E9");
+    EXPECT_EQ(content(KW_String::Format("%s", "")), u"");
+    const std::string longText(5000, 'a');
+    EXPECT_EQ(content(KW_String::Format("%s", longText.c_str())), std::u16string(2047, u'a'));
+}
+
+TEST(KW_String_Numbers, CountsTheBytesOfACharText) {
+    EXPECT_EQ(KW_String::Length("abc"), 3u);
+    EXPECT_EQ(KW_String::Length(""), 0u);
+    EXPECT_EQ(KW_String::Length(nullptr), 0u);
+}
+
+}  // namespace

@@ -1,0 +1,108 @@
+#include "tests/foundation/TestText.h"
+
+namespace {
+
+constexpr unsigned int kHuge = 0xFFFFFFFF;
+
+TEST(KW_String_Search, FindsForwardAndBackward) {
+    const KW_String hello = text(u"hello");
+    EXPECT_EQ(hello.IndexOf(text(u"lo"), 0), 3);
+    EXPECT_EQ(hello.IndexOf(text(u"lo"), 4), -1);
+    EXPECT_EQ(hello.IndexOf(text(u"hello"), 0), 0);
+    EXPECT_EQ(hello.IndexOf(text(u"hellos"), 0), -1);
+    EXPECT_EQ(hello.LastIndexOf(text(u"l")), 3);
+    EXPECT_EQ(hello.LastIndexOf(text(u"l"), 2), 2);
+    EXPECT_EQ(hello.LastIndexOf(text(u"lo"), 3), 3) << "a match may reach past the start";
+    EXPECT_EQ(hello.LastIndexOf(text(u"lo"), 2), -1);
+}
+
+TEST(KW_String_Search, FindsNothingInOrOfNullAndEmptyAndBehindTheEnd) {
+    for (Content const& held : std::vector<Content>{std::nullopt, u"", u"hello"}) {
+        for (Content const& sought : std::vector<Content>{std::nullopt, u"", u"zz"}) {
+            const KW_String string = maybe(held);
+            const KW_String what = maybe(sought);
+            for (const unsigned int start : {0u, 5u, 0x80000000u, kHuge}) {
+                EXPECT_EQ(string.IndexOf(what, start), -1);
+                EXPECT_EQ(string.IndexOfIgnoreCase(what, start), -1);
+                EXPECT_EQ(string.LastIndexOf(what, start), -1);
+                EXPECT_FALSE(string.StartsWith(what, start));
+            }
+            EXPECT_EQ(string.LastIndexOf(what), -1);
+            EXPECT_FALSE(string.EndsWith(what));
+        }
+    }
+    const KW_String hello = text(u"hello");
+    for (const unsigned int start : {5u, 6u, 0x80000000u, kHuge}) {
+        EXPECT_EQ(hello.IndexOf(text(u"o"), start), -1);
+        EXPECT_EQ(hello.LastIndexOf(text(u"o"), start), -1);
+        EXPECT_EQ(hello.IndexOf('o', start), -1);
+        EXPECT_EQ(hello.LastIndexOf('o', start), -1);
+    }
+}
+
+TEST(KW_String_Search, IgnoresTheCaseOfBothSides) {
+    EXPECT_EQ(text(u"say HELLO").IndexOfIgnoreCase(text(u"hElL"), 1), 4);
+    EXPECT_EQ(text(u"say hello").IndexOfIgnoreCase(text(u"HELLO"), 5), -1);
+    EXPECT_EQ(text(u"\u0161a").IndexOfIgnoreCase(text(u"A"), 0), 1);
+}
+
+TEST(KW_String_Search, FindsAByteOfTheSystemEncoding) {
+    const KW_String string = text(u"\u00E9t\u00E9 \u2022");
+    EXPECT_EQ(string.IndexOf('\x8E', 1), 2);
+    EXPECT_EQ(string.LastIndexOf('\x8E'), 2);
+    EXPECT_EQ(string.LastIndexOf('\x8E', 1), 0);
+    EXPECT_EQ(string.IndexOf('\xA5', 0), 4);
+    EXPECT_EQ(string.LastIndexOf('z'), -1);
+    EXPECT_EQ(KW_String().IndexOf('a', 0), -1);
+    EXPECT_EQ(KW_String().LastIndexOf('a'), -1);
+}
+
+TEST(KW_String_Search, NeverFindsTheZeroByteAndStopsForwardAtAZeroUnit) {
+    const KW_String string = text({u"a\0b", 3});
+    EXPECT_EQ(string.IndexOf('\0', 0), -1);
+    EXPECT_EQ(string.LastIndexOf('\0', 2), -1);
+    EXPECT_EQ(string.LastIndexOf('\0'), -1);
+    EXPECT_EQ(string.IndexOf('b', 0), -1);
+    EXPECT_EQ(string.IndexOf('b', 2), 2);
+    EXPECT_EQ(string.LastIndexOf('b'), 2);
+    EXPECT_EQ(string.IndexOf(text(u"b"), 0), 2) << "a search for a string goes by the length";
+}
+
+TEST(KW_String_Search, TellsPrefixesAndSuffixes) {
+    const KW_String hello = text(u"hello");
+    EXPECT_TRUE(hello.StartsWith(text(u"he"), 0));
+    EXPECT_TRUE(hello.StartsWith(text(u"llo"), 2));
+    EXPECT_FALSE(hello.StartsWith(text(u"llo"), 3));
+    EXPECT_FALSE(hello.StartsWith(text(u"llox"), 2));
+    EXPECT_FALSE(hello.StartsWith(text(u"o"), 5));
+    EXPECT_TRUE(hello.EndsWith(text(u"lo")));
+    EXPECT_TRUE(hello.EndsWith(hello));
+    EXPECT_FALSE(hello.EndsWith(text(u"hell")));
+    EXPECT_FALSE(hello.EndsWith(text(u"ahello")));
+}
+
+TEST(KW_String_Search, AgreesWithAPlainSearchOnRandomText) {
+    RandomText random(7);
+    const auto asInt = [](std::size_t at) { return at == std::u16string::npos ? -1 : static_cast<int>(at); };
+    for (int round = 0; round < 4000; ++round) {
+        const std::size_t longest = round % 4 == 0 ? 300 : 40;
+        const std::u16string units = random.over(round % 2 == 0 ? u"ab" : u"abcdefghijklmnop", longest);
+        const std::u16string sought = random.over(round % 2 == 0 ? u"ab" : u"abcdefghijklmnop", 4);
+        const auto start = static_cast<unsigned int>(random.below(units.size() + 2));
+        const KW_String string = text(units);
+        const KW_String what = text(sought);
+        const bool possible = !sought.empty() && start < units.size();
+        EXPECT_EQ(string.IndexOf(what, start), possible ? asInt(units.find(sought, start)) : -1);
+        EXPECT_EQ(string.IndexOfIgnoreCase(what.ToUpperCase(), start), string.IndexOf(what, start));
+        EXPECT_EQ(string.LastIndexOf(what, start), possible ? asInt(units.rfind(sought, start)) : -1);
+        EXPECT_EQ(string.LastIndexOf(what), sought.empty() ? -1 : asInt(units.rfind(sought)));
+        EXPECT_EQ(string.IndexOf('a', start), start < units.size() ? asInt(units.find(u'a', start)) : -1);
+        EXPECT_EQ(string.LastIndexOf('a', start),
+                  start < units.size() ? asInt(units.rfind(u'a', start)) : -1);
+        EXPECT_EQ(string.StartsWith(what, start),
+                  possible && units.compare(start, sought.size(), sought) == 0);
+        EXPECT_EQ(string.EndsWith(what), !sought.empty() && units.ends_with(sought));
+    }
+}
+
+}  // namespace

@@ -1,0 +1,116 @@
+#include "tests/foundation/TestText.h"
+
+namespace {
+
+using Pieces = std::vector<Content>;
+
+Pieces split(Content const& held, char separator) {
+    KW_List<KW_String> list;
+    list.AddData(text(u"before"), -1);
+    maybe(held).Split(list, separator);
+    return contents(list);
+}
+
+Pieces splitLines(Content const& held, bool removeEOL) {
+    KW_List<KW_String> list;
+    list.AddData(text(u"before"), -1);
+    maybe(held).SplitLines(list, removeEOL, true);
+    return contents(list);
+}
+
+Pieces splitBySpaces(Content const& held) {
+    KW_List<KW_String> list;
+    list.AddData(text(u"before"), -1);
+    maybe(held).SplitBySpaces(list);
+    return contents(list);
+}
+
+TEST(KW_String_Split, GivesOnePieceMoreThanThereAreSeparators) {
+    EXPECT_EQ(split(u"a,,b,", ','), (Pieces{u"a", std::nullopt, u"b", std::nullopt}));
+    EXPECT_EQ(split(u",", ','), (Pieces{std::nullopt, std::nullopt}));
+    EXPECT_EQ(split(u"abc", ','), (Pieces{u"abc"}));
+    EXPECT_EQ(split(u"", ','), (Pieces{std::nullopt}));
+    EXPECT_EQ(split(std::nullopt, ','), (Pieces{std::nullopt}));
+    EXPECT_EQ(split(u"a\u00E9b", '\x8E'), (Pieces{u"a", u"b"}));
+    EXPECT_EQ(split(std::u16string(u"a\0b", 3), '\0'), (Pieces{u"a", u"b"}));
+}
+
+TEST(KW_String_Split, GivesLinesWithOrWithoutTheirEnds) {
+    struct Case {
+        Content held;
+        Pieces without;
+        Pieces with;
+    };
+    for (Case const& c : std::vector<Case>{
+             {u"a\r\nb", {u"a", u"b"}, {u"a\r\n", u"b"}},
+             {u"a\nb\n", {u"a", u"b", std::nullopt}, {u"a\n", u"b\n", std::nullopt}},
+             {u"a\rb\r\r\nc", {u"a", u"b", std::nullopt, u"c"}, {u"a\r", u"b\r", u"\r\n", u"c"}},
+             {u"\n\r", {std::nullopt, std::nullopt, std::nullopt}, {u"\n", u"\r", std::nullopt}},
+             {u"a\r", {u"a", std::nullopt}, {u"a\r", std::nullopt}},
+             {u"", {std::nullopt}, {std::nullopt}},
+             {std::nullopt, {std::nullopt}, {std::nullopt}},
+         }) {
+        EXPECT_EQ(splitLines(c.held, true), c.without);
+        EXPECT_EQ(splitLines(c.held, false), c.with);
+    }
+}
+
+TEST(KW_String_Split, AppendsLinesToAListThatIsNotReset) {
+    KW_List<KW_String> list;
+    text(u"a\nb").SplitLines(list, true, false);
+    KW_String().SplitLines(list, true, false);
+    text(u"c").SplitLines(list, true, false);
+    EXPECT_EQ(contents(list), (Pieces{u"a", u"b", std::nullopt, u"c"}));
+}
+
+TEST(KW_String_Split, TakesARunOfBlanksAndTabsAsOneSeparator) {
+    EXPECT_EQ(splitBySpaces(u" a  b "), (Pieces{std::nullopt, u"a", u"b", std::nullopt}));
+    EXPECT_EQ(splitBySpaces(u"a b"), (Pieces{u"a", u"b"}));
+    EXPECT_EQ(splitBySpaces(u"a \t\t b\nc"), (Pieces{u"a", u"b\nc"}));
+    EXPECT_EQ(splitBySpaces(u"  "), (Pieces{std::nullopt, std::nullopt}));
+    EXPECT_EQ(splitBySpaces(u""), (Pieces{std::nullopt}));
+    EXPECT_EQ(splitBySpaces(std::nullopt), (Pieces{std::nullopt}));
+}
+
+TEST(KW_String_Split, SplitsAnElementOfTheListThatItFills) {
+    KW_List<KW_String> list;
+    text(u"a b,c d").Split(list, ',');
+    list[1].SplitBySpaces(list);
+    EXPECT_EQ(contents(list), (Pieces{u"c", u"d"}));
+    list.AddData(text(u"x\ny"), -1);
+    list[2].SplitLines(list, true, false);
+    EXPECT_EQ(contents(list), (Pieces{u"c", u"d", u"x\ny", u"x", u"y"}));
+    list[2].Split(list, '\n');
+    EXPECT_EQ(contents(list), (Pieces{u"x", u"y"}));
+}
+
+TEST(KW_String_Split, IsUndoneByJoining) {
+    RandomText random(3);
+    for (int round = 0; round < 2000; ++round) {
+        const std::u16string units = random.over(u"a,\n\rb", round % 8 == 0 ? 300 : 30);
+        std::u16string joined;
+        const Pieces pieces = split(units, ',');
+        for (std::size_t i = 0; i < pieces.size(); ++i) {
+            EXPECT_NE(pieces[i], u"") << "a piece without units is null";
+            joined += (i == 0 ? u"" : u",") + pieces[i].value_or(u"");
+        }
+        EXPECT_EQ(joined, units);
+
+        const Pieces withEnds = splitLines(units, false);
+        const Pieces withoutEnds = splitLines(units, true);
+        ASSERT_EQ(withEnds.size(), withoutEnds.size());
+        std::u16string lines;
+        for (std::size_t i = 0; i < withEnds.size(); ++i) {
+            std::u16string line = withEnds[i].value_or(u"");
+            lines += line;
+            const std::u16string end = line.substr(withoutEnds[i].value_or(u"").size());
+            EXPECT_TRUE(line.starts_with(withoutEnds[i].value_or(u"")));
+            EXPECT_EQ(withoutEnds[i].value_or(u"").find_first_of(u"\r\n"), std::u16string::npos);
+            EXPECT_TRUE(end == u"\n" || end == u"\r" || end == u"\r\n" ||
+                        (end.empty() && i + 1 == withEnds.size()));
+        }
+        EXPECT_EQ(lines, units);
+    }
+}
+
+}  // namespace

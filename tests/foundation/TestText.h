@@ -1,0 +1,81 @@
+#pragma once
+
+#include "foundation/KW_String.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What a string holds, in a form that compares and prints: nothing for the null string.
+using Content = std::optional<std::u16string>;
+
+inline Content content(KW_String const& string) {
+    if (string.data == nullptr) return std::nullopt;
+    return std::u16string(string.data, string.data + string.length);
+}
+
+/// A string of these units; the empty string when there are none.
+inline KW_String text(std::u16string_view units) {
+    KW_String string;
+    string.THIS_Alloc(1, false);
+    const std::vector<unsigned short> copy(units.begin(), units.end());
+    string.THIS_Append(copy.data(), static_cast<unsigned int>(copy.size()));
+    return string;
+}
+
+inline KW_String maybe(Content const& units) {
+    return units ? text(*units) : KW_String();
+}
+
+inline std::vector<Content> contents(KW_List<KW_String> const& list) {
+    std::vector<Content> all;
+    for (long i = 0; i < list.count; ++i)
+        all.push_back(content(list[i]));
+    return all;
+}
+
+/// What must hold for every string at any time.
+inline void expectSound(KW_String const& string) {
+    if (string.data == nullptr) {
+        EXPECT_EQ(string.length, 0u);
+        EXPECT_EQ(string.capacity, 0u);
+    } else {
+        ASSERT_LT(string.length, string.capacity);
+        EXPECT_EQ(string.data[string.length], 0);
+    }
+}
+
+/// The bytes of a text in an array of exactly their number, so that a read behind them is found.
+class ExactBytes {
+public:
+    explicit ExactBytes(std::string_view bytes) : size_(bytes.size()), bytes_(new char[bytes.size()]) {
+        bytes.copy(bytes_.get(), size_);
+    }
+    char const* data() const { return bytes_.get(); }
+    unsigned int size() const { return static_cast<unsigned int>(size_); }
+
+private:
+    std::size_t size_;
+    std::unique_ptr<char[]> bytes_;
+};
+
+/// Random text over few units, so that what is sought is found often. The seed makes a failure repeatable.
+class RandomText {
+public:
+    explicit RandomText(unsigned int seed) : random_(seed) {}
+
+    std::u16string over(std::u16string_view alphabet, std::size_t longest) {
+        std::u16string units(below(longest + 1), u'\0');
+        for (char16_t& unit : units)
+            unit = alphabet[below(alphabet.size())];
+        return units;
+    }
+    std::size_t below(std::size_t bound) { return random_() % bound; }
+
+private:
+    std::mt19937 random_;
+};
