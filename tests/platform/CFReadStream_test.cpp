@@ -1,0 +1,383 @@
+#include "platform/CFReadStream.h"
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <netdb.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "platform/HttpOptions.h"
+#include "platform/ImageCleanup.h"
+#include "platform/RunLoop.h"
+#include "platform/src/CFObjects.h"
+#include "tests/support/FaultServer.h"
+
+/// Stands before the C library's function: resolving the name "slow.example" takes a second.
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* name, const char* service,
+                                                                  const addrinfo* hints, addrinfo** result) {
+    if (name != nullptr && std::string_view(name) == "slow.example") {
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        return EAI_NONAME;
+    }
+    static const auto real = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    return real(name, service, hints, result);
+}
+
+namespace {
+
+using platform::RunLoop;
+using support::FaultServer;
+using support::response;
+using support::serving;
+
+constexpr CFOptionFlags kAllEvents = 0x1B;
+
+/// A stream and its client, which reads everything. What happened stands in `events`: O open, B bytes, X
+/// error, E end.
+class Client {
+public:
+    explicit Client(const std::string& url, bool followRedirects = true) {
+        const CFString text{url};
+        const CFString get{"GET"};
+        const CFURLRef object = CFURLCreateWithString(kCFAllocatorDefault, &text, nullptr);
+        const CFHTTPMessageRef message =
+            CFHTTPMessageCreateRequest(kCFAllocatorDefault, &get, object, kCFHTTPVersion1_1);
+        stream = CFReadStreamCreateForHTTPRequest(kCFAllocatorDefault, message);
+        CFRelease(object);
+        CFRelease(message);
+        if (stream == nullptr) return;
+        if (followRedirects) {
+            EXPECT_TRUE(
+                CFReadStreamSetProperty(stream, kCFStreamPropertyHTTPShouldAutoredirect, kCFBooleanTrue));
+        }
+        const CFStreamClientContext context{0, this, nullptr, nullptr, nullptr};
+        EXPECT_TRUE(CFReadStreamSetClient(stream, kAllEvents, &Client::called, &context));
+        CFReadStreamScheduleWithRunLoop(stream, CFRunLoopGetMain(), kCFRunLoopCommonModes);
+    }
+    ~Client() { CFRelease(stream); }
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    bool ended() const { return events.find_first_of("XE") != std::string::npos; }
+
+    /// Runs the loop until `done` or for ten seconds at most.
+    static void run(const std::function<bool()>& done) {
+        const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!done() && std::chrono::steady_clock::now() < until)
+            RunLoop::main().dispatch(50);
+        EXPECT_TRUE(done());
+    }
+
+    /// Opens and runs to the end.
+    Client& fetch() {
+        EXPECT_TRUE(CFReadStreamOpen(stream));
+        run([this] { return ended(); });
+        return *this;
+    }
+
+    /// The events, "B" for any number of them in a row.
+    std::string sequence() const {
+        std::string shortened;
+        for (const char event : events) {
+            if (event != 'B' || !shortened.ends_with('B')) shortened += event;
+        }
+        return shortened;
+    }
+
+    CFReadStreamRef stream = nullptr;
+    std::string events;
+    std::string body;
+    std::function<void(CFStreamEventType)> then;  // called after the client's own work
+
+private:
+    static void called(CFReadStreamRef stream, CFStreamEventType event, void* info) {
+        auto* const self = static_cast<Client*>(info);
+        EXPECT_EQ(stream, self->stream);
+        EXPECT_FALSE(self->ended()) << "an event after the last one";
+        if (event == kCFStreamEventHasBytesAvailable) {
+            std::uint8_t buffer[16384];
+            const CFIndex count = CFReadStreamRead(stream, buffer, sizeof buffer);
+            EXPECT_GT(count, 0);
+            if (count > 0)
+                self->body.append(reinterpret_cast<const char*>(buffer), static_cast<std::size_t>(count));
+        }
+        self->events += event == kCFStreamEventOpenCompleted       ? 'O'
+                        : event == kCFStreamEventHasBytesAvailable ? 'B'
+                        : event == kCFStreamEventErrorOccurred     ? 'X'
+                        : event == kCFStreamEventEndEncountered    ? 'E'
+                                                                   : '?';
+        if (self->then) self->then(event);
+    }
+};
+
+bool curlIsLoaded() {
+    return dlopen("libcurl.so.4", RTLD_NOW | RTLD_NOLOAD) != nullptr;
+}
+
+// Named so that it runs first: every other test of this program makes a request.
+TEST(AFirstUse, TheHttpLibraryIsLoadedByTheFirstStreamOnly) {
+    EXPECT_FALSE(curlIsLoaded());
+    const Client client("http://127.0.0.1:1/");
+    EXPECT_TRUE(curlIsLoaded());
+}
+
+TEST(CFReadStream, AResponseIsReadWholeInPortionsThatFitTheReader) {
+    const std::string body = support::patternedBody(1'000'000);
+    const FaultServer server(serving(response(body)));
+    Client client(server.url());
+    client.fetch();
+    EXPECT_EQ(client.sequence(), "OBE");
+    EXPECT_GE(client.events.size(), body.size() / 16384);
+    EXPECT_TRUE(client.body == body);
+    std::uint8_t byte = 0;
+    EXPECT_EQ(CFReadStreamRead(client.stream, &byte, 1), 0) << "at the end";
+}
+
+TEST(CFReadStream, AServerIsNamedByAnHttpUrlOrThereIsNoStream) {
+    const struct {
+        const char* url;
+        bool accepted;
+    } cases[] = {{"http://a", true},   {"HTTPS://a/b", true},        {"ftp://a/b", false},
+                 {"a/b", false},       {"http:///b", false},         {"http://?b", false},
+                 {"http:/a/b", false}, {"file:///etc/passwd", false}};
+    for (const auto& each : cases)
+        EXPECT_EQ(Client(each.url).stream != nullptr, each.accepted) << each.url;
+}
+
+TEST(CFReadStream, TheRequestIsTheLineAndTheHostOnly) {
+    const FaultServer server(serving(response("")));
+    Client(server.url("/a/../b?c=d#e")).fetch();
+    Client("http://user:word@" + server.authority()).fetch();
+    const std::string host = "Host: " + server.authority() + "\r\n\r\n";
+    EXPECT_EQ(server.requests(),
+              (std::vector<std::string>{"GET /a/../b?c=d HTTP/1.1\r\n" + host, "GET / HTTP/1.1\r\n" + host}));
+}
+
+TEST(CFReadStream, TheEnvironmentNamesNoProxy) {
+    const FaultServer server(serving(response("direct")));
+    setenv("http_proxy", "http://127.0.0.1:1", 1);
+    Client client(server.url());
+    EXPECT_EQ(client.fetch().body, "direct");
+    unsetenv("http_proxy");
+}
+
+TEST(CFReadStream, RedirectionsAreFollowedOnlyWhenAskedForAndTenAtMost) {
+    const FaultServer server(support::faultNamed("redirect"));
+    const struct {
+        const char* path;
+        bool follow;
+        std::string sequence, body;
+        std::size_t requests;
+    } cases[] = {{"/10", true, "OBE", std::string(support::kFaultBody), 11},
+                 {"/11", true, "OX", "", 11},
+                 {"/1", false, "OBE", "moved", 1}};
+    std::size_t before = 0;
+    for (const auto& each : cases) {
+        Client client(server.url(each.path), each.follow);
+        client.fetch();
+        EXPECT_EQ(client.sequence(), each.sequence) << each.path;
+        EXPECT_EQ(client.body, each.body) << each.path;
+        EXPECT_EQ(server.requests().size() - before, each.requests) << each.path;
+        before = server.requests().size();
+    }
+}
+
+TEST(CFReadStream, NothingHappensBeforeTheLoopRunsAndNothingAfterClosing) {
+    const FaultServer server(serving(response("body")));
+    Client client(server.url());
+    EXPECT_TRUE(CFReadStreamOpen(client.stream));
+    EXPECT_FALSE(CFReadStreamOpen(client.stream)) << "a stream opens once";
+    EXPECT_EQ(client.events, "");
+    EXPECT_EQ(platform::transfersUnderWay(), 1U);
+    CFReadStreamClose(client.stream);
+    EXPECT_EQ(platform::transfersUnderWay(), 0U);
+    for (int i = 0; i < 5; ++i)
+        RunLoop::main().dispatch(10);
+    EXPECT_EQ(client.events, "");
+    std::uint8_t byte = 0;
+    EXPECT_EQ(CFReadStreamRead(client.stream, &byte, 1), -1);
+}
+
+TEST(CFReadStream, TheClientMayEndTheStreamInAnyEvent) {
+    const FaultServer server(serving(response("body")));
+    for (const CFStreamEventType last :
+         {kCFStreamEventOpenCompleted, kCFStreamEventHasBytesAvailable, kCFStreamEventEndEncountered}) {
+        Client client(server.url());
+        client.then = [&](CFStreamEventType event) {
+            if (event != last) return;
+            CFRelease(client.stream);
+            client.stream = nullptr;
+        };
+        EXPECT_TRUE(CFReadStreamOpen(client.stream));
+        Client::run([&] { return client.stream == nullptr; });
+        const std::string events = client.events;
+        for (int i = 0; i < 5; ++i)
+            RunLoop::main().dispatch(5);
+        EXPECT_EQ(client.events, events);
+    }
+    EXPECT_EQ(platform::transfersUnderWay(), 0U);
+}
+
+TEST(CFReadStream, AClientThatRunsTheLoopInsideItsCallbackIsNotCalledAgainMeanwhile) {
+    const std::string body = support::patternedBody(3'000'000);
+    const FaultServer large(serving(response(body)));
+    const FaultServer small(serving(response("small")));
+    Client other(small.url());
+    Client client(large.url());
+    bool inside = false;
+    client.then = [&](CFStreamEventType event) {
+        EXPECT_FALSE(inside);
+        if (event != kCFStreamEventHasBytesAvailable || !other.events.empty()) return;
+        inside = true;
+        other.fetch();  // other streams go on
+        for (int i = 0; i < 20; ++i)
+            RunLoop::main().dispatch(1);
+        inside = false;
+    };
+    client.fetch();
+    EXPECT_EQ(client.sequence(), "OBE");
+    EXPECT_TRUE(client.body == body) << "what arrived meanwhile is kept, beyond the buffer by the server";
+    EXPECT_EQ(other.body, "small");
+}
+
+TEST(CFReadStream, BytesThatNobodyTakesMakeTheServerWait) {
+    const std::string body = support::patternedBody(30'000'000);
+    const FaultServer server(serving(response(body)));
+    Client client(server.url());
+    EXPECT_TRUE(CFReadStreamOpen(client.stream));
+    Client::run([&] { return client.events.size() > 10; });
+    CFReadStreamUnscheduleFromRunLoop(client.stream, CFRunLoopGetMain(), kCFRunLoopCommonModes);
+    rusage before{};
+    getrusage(RUSAGE_SELF, &before);
+    const std::string events = client.events;
+    for (int i = 0; i < 50; ++i)
+        RunLoop::main().dispatch(4);
+    rusage after{};
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_EQ(client.events, events) << "not scheduled";
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 2048) << "KiB";
+    CFReadStreamScheduleWithRunLoop(client.stream, CFRunLoopGetMain(), kCFRunLoopCommonModes);
+    Client::run([&] { return client.ended(); });
+    EXPECT_TRUE(client.body == body);
+}
+
+TEST(CFReadStream, ANameThatTakesLongToResolveHoldsNeitherTheLoopNorTheEndOfItsStream) {
+    const auto longest = std::chrono::milliseconds(500);
+    const auto start = std::chrono::steady_clock::now();
+    Client ended("http://slow.example/");
+    Client followed("http://slow.example/");
+    EXPECT_TRUE(CFReadStreamOpen(ended.stream));
+    EXPECT_TRUE(CFReadStreamOpen(followed.stream));
+    int ticks = 0;
+    std::function<void()> tick = [&] {
+        if (++ticks < 5) RunLoop::main().addTimer(RunLoop::main().now() + 0.01, tick);
+    };
+    tick();
+    Client::run([&] { return ticks == 5; });
+    CFReadStreamClose(ended.stream);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, longest);
+    Client::run([&] { return followed.ended(); });
+    EXPECT_GT(std::chrono::steady_clock::now() - start, longest) << "the name was resolved slowly";
+    EXPECT_EQ(followed.events, "X");
+}
+
+TEST(CFReadStream, EventsOutsideTheMaskAreNotTold) {
+    const FaultServer server(serving(response("")));
+    Client client(server.url());
+    const CFStreamClientContext context{0, &client, nullptr, nullptr, nullptr};
+    const CFStreamClientContext strange{1, &client, nullptr, nullptr, nullptr};
+    const auto onlyEnd = [](CFReadStreamRef, CFStreamEventType event, void* info) {
+        static_cast<Client*>(info)->events += event == kCFStreamEventEndEncountered ? "E" : "?";
+    };
+    EXPECT_TRUE(CFReadStreamSetClient(client.stream, kCFStreamEventEndEncountered, onlyEnd, &context));
+    EXPECT_FALSE(CFReadStreamSetClient(client.stream, kAllEvents, onlyEnd, &strange)) << "another version";
+    EXPECT_EQ(client.fetch().events, "E");
+}
+
+TEST(CFReadStream, ConnectRulesSendTheSameRequestElsewhere) {
+    const FaultServer server(serving(response("here")));
+    const auto rule = platform::parseConnectRule("update.tessaro.example:80=" + server.authority());
+    ASSERT_TRUE(rule);
+    platform::setConnectRules({*rule});
+    Client client("http://update.tessaro.example/file");
+    EXPECT_EQ(client.fetch().body, "here");
+    platform::setConnectRules({});
+    EXPECT_EQ(server.requests(),
+              std::vector<std::string>{"GET /file HTTP/1.1\r\nHost: update.tessaro.example\r\n\r\n"});
+}
+
+TEST(HttpOptions, ConnectRulesAreReadStrictly) {
+    using platform::ConnectRule;
+    using platform::parseConnectRule;
+    EXPECT_EQ(parseConnectRule("a.b:80=127.0.0.1:8080"), (ConnectRule{"a.b", 80, "127.0.0.1", 8080}));
+    EXPECT_EQ(parseConnectRule("a:443=[::1]:8080"), (ConnectRule{"a", 443, "[::1]", 8080}));
+    EXPECT_EQ(parseConnectRule(":=127.0.0.1:"), (ConnectRule{"", 0, "127.0.0.1", 0}));
+    for (const char* wrong : {"", "a:80", "a=b", "a:80=b", "a:0=b:1", "a:80=b:65536", "a:80=b:1x", "a:-1=b:1",
+                              "a:80=::1:80", "a:80=b:1=c:2", "a b:80=c:1", "a:80=[]:1", "a:80=b: 1"}) {
+        EXPECT_FALSE(parseConnectRule(wrong)) << wrong;
+    }
+}
+
+TEST(ImageCleanup, EndsStreamsAndTimersWhoseCallbacksLieInTheImage) {
+    const FaultServer server(support::faultNamed("silent"));
+    Client client(server.url());
+    EXPECT_TRUE(CFReadStreamOpen(client.stream));
+    Client::run([&] { return client.events == "O"; });
+    static int fired = 0;
+    CFRunLoopTimerRef timer = CFRunLoopTimerCreate(
+        kCFAllocatorDefault, CFAbsoluteTimeGetCurrent(), 0, 0, 0, [](CFRunLoopTimerRef, void*) { ++fired; },
+        nullptr);
+    CFRunLoopAddTimer(CFRunLoopGetMain(), timer, kCFRunLoopCommonModes);
+
+    const void* const elsewhere = platform::imageOf(&CFRunLoopGetMain);
+    platform::endCallsIntoImage(elsewhere);
+    EXPECT_EQ(platform::transfersUnderWay(), 1U) << "the callbacks lie in this program";
+    platform::endCallsIntoImage(platform::imageOf(&curlIsLoaded));
+    EXPECT_EQ(platform::transfersUnderWay(), 0U);
+    for (int i = 0; i < 5; ++i)
+        RunLoop::main().dispatch(5);
+    EXPECT_EQ(client.events, "O");
+    EXPECT_EQ(fired, 0);
+    CFRelease(timer);
+}
+
+TEST(CFRunLoopTimer, FiresOnceAndNotWhenRemovedOrInvalid) {
+    struct Clock {
+        double time = 1000;
+        Clock() {
+            RunLoop::main().setClock([this] { return time; });
+        }
+        ~Clock() { RunLoop::main().setClock({}); }
+    } clock;
+    static std::string fired;
+    static char names[] = {'a', 'b', 'c', 'd'};
+    std::vector<CFRunLoopTimerRef> timers;
+    for (char& name : names) {
+        const CFRunLoopTimerContext context{0, &name, nullptr, nullptr, nullptr};
+        timers.push_back(CFRunLoopTimerCreate(
+            kCFAllocatorDefault, CFAbsoluteTimeGetCurrent() + 60, 0, 0, 0,
+            [](CFRunLoopTimerRef, void* info) { fired += *static_cast<char*>(info); }, &context));
+        CFRunLoopAddTimer(CFRunLoopGetMain(), timers.back(), kCFRunLoopCommonModes);
+    }
+    CFRunLoopRemoveTimer(CFRunLoopGetMain(), timers[1], kCFRunLoopCommonModes);
+    CFRunLoopTimerInvalidate(timers[2]);
+    CFRunLoopAddTimer(CFRunLoopGetMain(), timers[2], kCFRunLoopCommonModes);
+    CFRelease(timers[3]);
+    clock.time += 59.999;
+    RunLoop::main().dispatch(0);
+    EXPECT_EQ(fired, "");
+    clock.time += 0.001;
+    RunLoop::main().dispatch(0);
+    RunLoop::main().dispatch(0);
+    EXPECT_EQ(fired, "a");
+    for (int i = 0; i < 3; ++i)
+        CFRelease(timers[static_cast<std::size_t>(i)]);
+}
+
+}  // namespace

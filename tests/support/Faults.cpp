@@ -1,0 +1,141 @@
+#include <charconv>
+#include <stdexcept>
+
+#include "tests/support/FaultServer.h"
+
+namespace support {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr std::string_view kHalf = kFaultBody.substr(0, kFaultBody.size() / 2);
+
+std::string announcing(std::size_t length, std::string_view body) {
+    return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n" + std::string(body);
+}
+
+std::string chunked(std::string_view chunks) {
+    return "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n" + std::string(chunks);
+}
+
+std::string redirectTo(std::string_view location) {
+    return response("moved", "Location: " + std::string(location) + "\r\n", "302 Found");
+}
+
+/// "/N" leads to "/N-1", "/0" has the body.
+void countDown(Connection& connection, const std::string& request) {
+    int steps = 0;
+    std::from_chars(request.data() + std::string_view("GET /").size(), request.data() + request.size(),
+                    steps);
+    connection.send(steps == 0 ? response(kFaultBody) : redirectTo("/" + std::to_string(steps - 1)));
+}
+
+void stallAfter(Connection& connection, std::string_view text) {
+    if (connection.send(text)) connection.stall();
+}
+
+void drip(Connection& connection) {
+    connection.send(announcing(kFaultBody.size(), ""));
+    for (const char byte : kFaultBody) {
+        if (!connection.send({&byte, 1})) return;
+        connection.pause(milliseconds(5));
+    }
+}
+
+void resetHalfWay(Connection& connection) {
+    connection.send(announcing(kFaultBody.size(), kHalf));
+    connection.pause(milliseconds(50));  // a reset overtakes what the client has not read yet
+    connection.reset();
+}
+
+constexpr std::size_t kMegabyte = 1'000'000;
+
+void hundredMegabytes(Connection& connection) {
+    const std::string megabyte = patternedBody(kMegabyte);
+    bool there = connection.send(announcing(100 * kMegabyte, ""));
+    for (int i = 0; i < 100 && there; ++i)
+        there = connection.send(megabyte);
+}
+
+/// A script that does not look at the request.
+template <typename Action>
+Script always(Action action) {
+    return [action](Connection& connection, const std::string&) { action(connection); };
+}
+
+std::string utf16(std::string_view ascii) {
+    std::string bytes = "\xFF\xFE";
+    for (const char character : ascii)
+        bytes += {character, '\0'};
+    return bytes;
+}
+
+std::string withLineEnds(std::string_view end) {
+    std::string text;
+    for (const char character : kFaultBody) {
+        if (character == '\n') {
+            text += end;
+        } else {
+            text += character;
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+const std::vector<Fault>& faults() {
+    static const std::vector<Fault> all = {
+        {"refuse", "refuses the connection", Script()},
+        {"silent", "accepts and says nothing", always([](Connection& c) { c.stall(); })},
+        {"hang-up", "accepts and closes", always([](Connection&) {})},
+        {"stall-after-headers", "sends the headers only",
+         always([](Connection& c) { stallAfter(c, announcing(kFaultBody.size(), "")); })},
+        {"stall-half-way", "sends half of the body",
+         always([](Connection& c) { stallAfter(c, announcing(kFaultBody.size(), kHalf)); })},
+        {"drip", "sends byte by byte", always(drip)},
+        {"reset-half-way", "breaks the connection in the middle of the body", always(resetHalfWay)},
+        {"length-too-long", "announces more than it sends",
+         serving(announcing(kFaultBody.size() + 10, kFaultBody))},
+        {"length-too-short", "sends more than it announces", serving(announcing(kHalf.size(), kFaultBody))},
+        {"no-length", "ends the body by closing",
+         serving("HTTP/1.1 200 OK\r\n\r\n" + std::string(kFaultBody))},
+        {"chunked", "sends the body in chunks",
+         serving(chunked("5\r\nfirst\r\nA\r\nand second\r\n0\r\n\r\n"))},
+        {"broken-chunk", "sends a chunk without a size", serving(chunked("5\r\nfirst\r\nno size\r\n"))},
+        {"cut-chunk", "closes before the last chunk", serving(chunked("5\r\nfirst\r\nA\r\nand"))},
+        {"empty", "sends a body of no bytes", serving(response(""))},
+        {"empty-no-length", "closes after the headers", serving("HTTP/1.1 200 OK\r\n\r\n")},
+        {"not-found", "answers 404 with a page",
+         serving(response("<h1>Not found</h1>", "", "404 Not Found"))},
+        {"server-error", "answers 500 with a page", serving(response("<h1>Error</h1>", "", "500 Oops"))},
+        {"redirect", "leads through as many redirections as the path says (/3)", countDown},
+        {"redirect-loop", "leads to itself", serving(redirectTo("/file"))},
+        {"redirect-away", "leads to another protocol", serving(redirectTo("ftp://127.0.0.1/file"))},
+        {"redirect-nowhere", "redirects without saying where", serving(response("moved", "", "302 Found"))},
+        {"large", "sends 100 MB", always(hundredMegabytes)},
+        {"binary", "sends every byte value", serving(response(patternedBody(70'000)))},
+        {"compressed", "compresses without having been asked",
+         serving(response("\x1F\x8B\x08 no real gzip", "Content-Encoding: gzip\r\n"))},
+        {"garbage", "sends what is no HTTP", serving("\x01\x02 what?\r\n\r\nnever")},
+        {"portal", "answers with the page of a network that wants a login",
+         serving(
+             response("<html><title>Welcome</title>Please log in.</html>", "Content-Type: text/html\r\n"))},
+        {"utf16", "serves the file as UTF-16 with a byte-order mark", serving(response(utf16(kFaultBody)))},
+        {"bom", "serves the file with a byte-order mark",
+         serving(response("\xEF\xBB\xBF" + std::string(kFaultBody)))},
+        {"cr", "ends lines with CR", serving(response(withLineEnds("\r")))},
+        {"crlf", "ends lines with CR LF", serving(response(withLineEnds("\r\n")))},
+    };
+    return all;
+}
+
+Script faultNamed(std::string_view name) {
+    for (const Fault& fault : faults()) {
+        if (name == fault.name) return fault.script;
+    }
+    throw std::invalid_argument("no fault is named " + std::string(name));
+}
+
+}  // namespace support

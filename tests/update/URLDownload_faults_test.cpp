@@ -1,0 +1,162 @@
+#include "tests/update/DownloadFixture.h"
+
+#include <set>
+
+namespace {
+
+using support::FaultServer;
+
+const std::string kOldContent = "what stood there before";
+const std::string kFaultBody(support::kFaultBody);
+const std::string kHalf = kFaultBody.substr(0, kFaultBody.size() / 2);
+
+std::string withLineEnds(const std::string& end) {
+    std::string text;
+    for (const char character : kFaultBody)
+        text += character == '\n' ? end : std::string(1, character);
+    return text;
+}
+
+std::string hundredMegabytes() {
+    const std::string megabyte = support::patternedBody(1'000'000);
+    std::string body;
+    body.reserve(100 * megabyte.size());
+    for (int i = 0; i < 100; ++i)
+        body += megabyte;
+    return body;
+}
+
+std::string utf16(const std::string& ascii) {
+    std::string bytes = "\xFF\xFE";
+    for (const char character : ascii)
+        bytes += {character, '\0'};
+    return bytes;
+}
+
+/// What a download from a fault server comes to: its messages, and what the destination then holds.
+struct Outcome {
+    const char* fault;
+    const char* messages;
+    std::string content;
+    const char* path = "/file";
+};
+
+TEST(URLDownloadFaults, EveryFaultEndsInItsMessagesAndBytes) {
+    const Outcome outcomes[] = {
+        {"refuse", "X", kOldContent},
+        {"hang-up", "OX", ""},
+        {"drip", "OPF", kFaultBody},
+        {"reset-half-way", "OPX", kHalf},
+        {"length-too-long", "OPX", kFaultBody},
+        {"length-too-short", "OPF", kHalf},
+        {"no-length", "OPF", kFaultBody},
+        {"chunked", "OPF", "firstand second"},
+        {"broken-chunk", "OPX", "first"},
+        {"cut-chunk", "OPX", "firstand"},
+        {"empty", "OF", ""},
+        {"empty-no-length", "OF", ""},
+        {"not-found", "OPF", "<h1>Not found</h1>"},
+        {"server-error", "OPF", "<h1>Error</h1>"},
+        {"redirect", "OPF", kFaultBody, "/10"},
+        {"redirect", "OX", "", "/11"},
+        {"redirect-loop", "OX", ""},
+        {"redirect-away", "OX", ""},
+        {"redirect-nowhere", "OPF", "moved"},
+        {"large", "OPF", hundredMegabytes()},
+        {"binary", "OPF", support::patternedBody(70'000)},
+        {"compressed", "OPF", "\x1F\x8B\x08 no real gzip"},
+        {"garbage", "OX", ""},
+        {"portal", "OPF", "<html><title>Welcome</title>Please log in.</html>"},
+        {"utf16", "OPF", utf16(kFaultBody)},
+        {"bom", "OPF", "\xEF\xBB\xBF" + kFaultBody},
+        {"cr", "OPF", withLineEnds("\r")},
+        {"crlf", "OPF", withLineEnds("\r\n")},
+    };
+    std::set<std::string> covered = {"silent", "stall-after-headers", "stall-half-way"};  // below
+    const TemporaryFolder folder;
+    for (const Outcome& outcome : outcomes) {
+        SCOPED_TRACE(outcome.fault);
+        covered.insert(outcome.fault);
+        folder.write("file", kOldContent);
+        const FaultServer server(support::faultNamed(outcome.fault));
+        RecordedDownload download;
+        EXPECT_EQ(download.fetch(server.url(outcome.path), folder.path("file")), outcome.messages);
+        EXPECT_TRUE(folder.read("file") == outcome.content) << folder.read("file").substr(0, 200);
+        EXPECT_EQ(folder.count(), 1) << "nothing is left beside the destination";
+        EXPECT_EQ(platform::transfersUnderWay(), 0U);
+    }
+    for (const support::Fault& fault : support::faults())
+        EXPECT_TRUE(covered.contains(fault.name)) << fault.name;
+}
+
+TEST(URLDownloadFaults, AServerThatStallsIsGivenSixtySecondsInWhichTheLoopGoesOn) {
+    const Outcome outcomes[] = {
+        {"silent", "O", ""}, {"stall-after-headers", "O", ""}, {"stall-half-way", "OP", kHalf}};
+    const TemporaryFolder folder;
+    for (const Outcome& outcome : outcomes) {
+        SCOPED_TRACE(outcome.fault);
+        folder.write("file", kOldContent);
+        HandClock clock;
+        const FaultServer server(support::faultNamed(outcome.fault));
+        RecordedDownload download;
+        ASSERT_TRUE(download.start(server.url(), folder.path("file")));
+        EXPECT_TRUE(runLoopUntil([&] { return download.messages == outcome.messages; })) << download.messages;
+
+        const Ticker ticker(0.05);
+        for (int tenths = 1; tenths < 600; ++tenths) {
+            clock.seconds = 1000 + tenths / 10.0;
+            platform::RunLoop::main().dispatch(0);
+        }
+        EXPECT_GE(ticker.ticks, 590) << "a timer fires all the while";
+        EXPECT_EQ(download.messages, outcome.messages) << "at 59.9 seconds";
+        EXPECT_EQ(folder.read("file"), kOldContent) << "the old content stands until the file is closed";
+        clock.seconds = 1060;
+        platform::RunLoop::main().dispatch(0);
+        EXPECT_EQ(download.messages, std::string(outcome.messages) + "X");
+        EXPECT_EQ(folder.read("file"), outcome.content);
+        EXPECT_EQ(platform::transfersUnderWay(), 0U);
+    }
+}
+
+TEST(URLDownloadFaults, TheLimitBoundsTheWholeTransferAlsoWhileDataArrives) {
+    const TemporaryFolder folder;
+    HandClock clock;
+    const FaultServer server([](support::Connection& connection, const std::string&) {
+        connection.send("HTTP/1.1 200 OK\r\n\r\n");
+        while (connection.send("more "))
+            connection.pause(std::chrono::milliseconds(1));
+    });
+    RecordedDownload download;
+    ASSERT_TRUE(download.start(server.url(), folder.path("file")));
+    while (clock.seconds < 1059.9) {
+        int progress = 0;
+        download.then = [&](KW_URL_Message message) { progress += message == KW_URL_Progress; };
+        ASSERT_TRUE(runLoopUntil([&] { return progress != 0; }));
+        clock.seconds += 0.7;
+        download.then = {};
+        EXPECT_EQ(download.messages, "OP");
+    }
+    clock.seconds = 1060;
+    platform::RunLoop::main().dispatch(0);
+    EXPECT_EQ(download.messages, "OPX");
+    EXPECT_EQ(folder.read("file").substr(0, 10), "more more ");
+}
+
+TEST(URLDownloadFaults, AStallingServerHoldsTheLoopAtNoMoment) {
+    const TemporaryFolder folder;
+    for (const char* fault : {"silent", "stall-after-headers", "stall-half-way", "drip"}) {
+        SCOPED_TRACE(fault);
+        const FaultServer server(support::faultNamed(fault));
+        RecordedDownload download;
+        ASSERT_TRUE(download.start(server.url(), folder.path("file")));
+        const Ticker ticker(0.005);
+        EXPECT_TRUE(runLoopUntil([&] { return ticker.ticks == 40; }));
+        EXPECT_LT(ticker.longestGap, std::chrono::milliseconds(100)) << "between ticks 5 ms apart";
+        EXPECT_TRUE(download.messages.starts_with('O'));
+        platform::RunLoop::main().setClock([] { return 1e9; });  // ends the download
+        EXPECT_TRUE(runLoopUntil([&] { return download.ended(); }));
+        platform::RunLoop::main().setClock({});
+    }
+}
+
+}  // namespace
