@@ -19,5 +19,6 @@ using GSInitImageProc = int (*)();
 /// Whether the image's initialisation has to wait; the host then calls `init` later. Here it never has to.
 bool GSRoot_DelayInitImage(GSInitImageProc init);
 
-/// Diagnostic print of the host, printf-style, to the standard error stream.
+/// Diagnostic print of the host, printf-style, to the standard error stream unless a program takes it
+/// (platform/Diagnostics.h).
 void DBPrintf(const char* format, ...) __attribute__((format(printf, 1, 2)));

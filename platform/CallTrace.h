@@ -22,6 +22,7 @@ struct TracedCall {
     CallDirection direction;
     const char* function;
     TraceArguments arguments;
+    const void* target;  ///< the add-on's function that is called, where its add-on is not known otherwise
 };
 
 class CallObserver {
@@ -42,10 +43,11 @@ CallObserver* callObserver();
 class CallTrace {
 public:
     template <typename MakeArguments>
-    CallTrace(CallDirection direction, const char* function, const MakeArguments& arguments)
+    CallTrace(CallDirection direction, const char* function, const MakeArguments& arguments,
+              const void* target = nullptr)
         : observer_(callObserver()) {
         if (observer_ == nullptr) return;
-        call_ = {direction, function, arguments()};
+        call_ = {direction, function, arguments(), target};
         observer_->callEntered(call_);
     }
     ~CallTrace() {

@@ -67,6 +67,7 @@ enum class HostSlot : std::size_t {
     LibPartSearch = 120,
     LibPartGet = 121,
     CommandTest = 200,
+    CommandPublish = 201,
     RenderingEngineCount = 240,
     RenderingEngineID = 241,
     RenderingEngineMenuName = 242,
@@ -96,6 +97,8 @@ using UnregisterModelessWindow = GSErrCode (*)(APIClient, std::int32_t);
 using LibPartSearch = GSErrCode (*)(APIClient, API_LibPart*, bool createIfMissing, bool onlyPlaceable);
 using LibPartGet = GSErrCode (*)(APIClient, API_LibPart*);
 using CommandTest = GSErrCode (*)(APIClient, const API_ModulID*, GSType, std::int32_t);
+/// Publishes a command of the calling add-on, which is module `self`, for CommandTest.
+using CommandPublish = GSErrCode (*)(APIClient, const API_ModulID* self, GSType, std::int32_t version);
 /// The number of engines.
 using RenderingEngineCount = std::int32_t (*)(APIClient);
 /// Identifier of engine `index`, from 1.

@@ -1,8 +1,6 @@
 #include "platform/Bundle.h"
 
 #include <climits>
-#include <cstdarg>
-#include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <memory>
@@ -49,10 +47,3 @@ const std::string& GSCFXBundlePath(GSCFXBundleRef bundle) { return bundle->path;
 void GSCFXBundleRelease(GSCFXBundleRef bundle) { delete bundle; }
 
 bool GSRoot_DelayInitImage(GSInitImageProc) { return false; }
-
-void DBPrintf(const char* format, ...) {
-    std::va_list arguments;
-    va_start(arguments, format);
-    std::vfprintf(stderr, format, arguments);
-    va_end(arguments);
-}

@@ -129,9 +129,10 @@ void DialogControl::State::close(const std::shared_ptr<OpenDialog>& dialog, shor
 
 short DialogControl::State::send(const std::shared_ptr<OpenDialog>& dialog, short message, short item) {
     const short id = dialog->state.id;
-    CallTrace trace(CallDirection::ToAddOn, "DialogCallback", [&] {
-        return TraceArguments{{"message", messageName(message)}, {"dialog", id}, {"item", item}};
-    });
+    CallTrace trace(
+        CallDirection::ToAddOn, "DialogCallback",
+        [&] { return TraceArguments{{"message", messageName(message)}, {"dialog", id}, {"item", item}}; },
+        reinterpret_cast<const void*>(dialog->callback));
     try {
         return trace.returning(dialog->callback(message, id, item, dialog->userData, 0));
     } catch (...) {

@@ -1,0 +1,92 @@
+#include "host/Bundle.h"
+
+#include "host/ErrorCodes.h"
+#include "platform/CallTrace.h"
+#include "platform/ImageCleanup.h"
+
+#include <dlfcn.h>
+#include <cstring>
+#include <filesystem>
+
+namespace host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* kBundleSuffix = ".bundle";
+constexpr const char* kObjectSuffix = ".so";
+
+std::string bundleName(const fs::path& canonical) {
+    return canonical.extension() == kBundleSuffix ? canonical.stem().string() : canonical.filename().string();
+}
+
+/// What is wrong with the record, or nothing.
+std::string recordProblem(const APIExportedFunctions& record) {
+    if (record.interfaceVersion != kAPIInterfaceVersion) {
+        return "its record names interface version " +
+               errorText(static_cast<GSErrCode>(record.interfaceVersion)) + ", this host has " +
+               errorText(static_cast<GSErrCode>(kAPIInterfaceVersion));
+    }
+    if (record.hostVersion != kAPIHostVersion) {
+        return "its record names host version " + std::to_string(record.hostVersion) + ", this host has " +
+               std::to_string(kAPIHostVersion);
+    }
+    const char* const missing = record.checkEnvironment == nullptr    ? "environment check"
+                                : record.registerInterface == nullptr ? "interface registration"
+                                : record.initialize == nullptr        ? "initialisation"
+                                : record.freeData == nullptr          ? "free data"
+                                                                      : nullptr;
+    return missing != nullptr ? std::string("its record lacks the entry point for ") + missing
+                              : std::string();
+}
+
+}  // namespace
+
+std::variant<std::unique_ptr<Bundle>, LoadError> Bundle::open(const std::string& path) {
+    std::error_code error;
+    const fs::path canonical = fs::canonical(path, error);
+    if (error) return LoadError{"there is no such folder"};
+    if (!fs::is_directory(canonical, error)) return LoadError{"not a bundle: it is not a folder"};
+
+    std::unique_ptr<Bundle> bundle(new Bundle);
+    bundle->path_ = path;
+    bundle->canonicalPath_ = canonical.string();
+    bundle->name_ = bundleName(canonical);
+    const std::string objectName = bundle->name_ + kObjectSuffix;
+    const fs::path object = canonical / objectName;
+    if (!fs::is_regular_file(object, error)) {
+        return LoadError{"not a bundle: it holds no shared object " + objectName};
+    }
+
+    bundle->handle_ = dlopen(object.c_str(), RTLD_LOCAL | RTLD_NOW);
+    if (bundle->handle_ == nullptr) {
+        const char* const reason = dlerror();
+        return LoadError{std::string("its shared object cannot be loaded: ") +
+                         (reason != nullptr ? reason : "unknown reason")};
+    }
+    const auto getExported = dlsym(bundle->handle_, kAPIGetExportedFuncAddrsName);
+    if (getExported == nullptr) {
+        return LoadError{objectName + " does not export " + kAPIGetExportedFuncAddrsName};
+    }
+    const auto setImported = dlsym(bundle->handle_, kAPISetImportedFuncAddrsName);
+    if (setImported == nullptr) {
+        return LoadError{objectName + " does not export " + kAPISetImportedFuncAddrsName};
+    }
+    bundle->getExported_ = reinterpret_cast<APIGetExportedFuncAddrsProc>(getExported);
+    bundle->setImported_ = reinterpret_cast<APISetImportedFuncAddrsProc>(setImported);
+    bundle->getExported_(&bundle->functions_);
+    const std::string problem = recordProblem(bundle->functions_);
+    if (!problem.empty()) return LoadError{problem};
+    return bundle;
+}
+
+Bundle::~Bundle() {
+    if (handle_ != nullptr) dlclose(handle_);
+}
+
+const void* Bundle::image() const {
+    return platform::imageOf(getExported_);
+}
+
+}  // namespace host

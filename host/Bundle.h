@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/HostTable.h"
+
+#include <memory>
+#include <string>
+#include <variant>
+
+namespace host {
+
+/// Why a bundle was not loaded: one line without the path, which the caller names.
+struct LoadError {
+    std::string reason;
+};
+
+/// The shared object of a bundle, from its loading to its unloading.
+class Bundle {
+public:
+    /// Loads the shared object and reads the record of exported functions; calls no entry point.
+    static std::variant<std::unique_ptr<Bundle>, LoadError> open(const std::string& path);
+
+    /// Unloads the shared object.
+    ~Bundle();
+    Bundle(const Bundle&) = delete;
+    Bundle& operator=(const Bundle&) = delete;
+
+    /// As it was given to open.
+    const std::string& path() const { return path_; }
+    /// The folder's name without ".bundle".
+    const std::string& name() const { return name_; }
+    /// Absolute, without links; two bundles are the same when these are equal.
+    const std::string& canonicalPath() const { return canonicalPath_; }
+    const APIExportedFunctions& functions() const { return functions_; }
+    GSErrCode handOver(const APIImportedFunctions& table) const { return setImported_(&table); }
+    /// Start of the loaded image.
+    const void* image() const;
+
+private:
+    Bundle() = default;
+
+    std::string path_;
+    std::string name_;
+    std::string canonicalPath_;
+    void* handle_ = nullptr;
+    APIExportedFunctions functions_{};
+    APIGetExportedFuncAddrsProc getExported_ = nullptr;
+    APISetImportedFuncAddrsProc setImported_ = nullptr;
+};
+
+}  // namespace host

@@ -1,0 +1,225 @@
+#include "host/Host.h"
+
+#include "host/ApplicationRequests.h"
+#include "host/EntryPoints.h"
+#include "host/ErrorCodes.h"
+#include "host/HostFunctions.h"
+#include "host/MenuRequests.h"
+#include "platform/DialogControl.h"
+#include "platform/ImageCleanup.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace host {
+
+namespace {
+
+Host* sCurrent = nullptr;
+
+constexpr const char* kThrew = " threw an exception";
+
+}  // namespace
+
+/// While it exists, `addOn` is the one that is being called.
+class Host::CallScope {
+public:
+    CallScope(Host& host, AddOn& addOn) : host_(host) { host_.running_.push_back(&addOn); }
+    ~CallScope() { host_.running_.pop_back(); }
+    CallScope(const CallScope&) = delete;
+    CallScope& operator=(const CallScope&) = delete;
+
+private:
+    Host& host_;
+};
+
+void Host::Families::add(std::unique_ptr<RequestFamily> family) {
+    for (const GSType code : family->codes())
+        byCode[code] = family.get();
+    all.push_back(std::move(family));
+}
+
+RequestFamily* Host::Families::find(GSType code) const {
+    const auto found = byCode.find(code);
+    return found != byCode.end() ? found->second : nullptr;
+}
+
+Host::Host() {
+    sCurrent = this;
+    addEnvironmentRequests(std::make_unique<ApplicationRequests>());
+    addInterfaceRequests(std::make_unique<MenuRequests>());
+}
+
+Host::~Host() {
+    menuListener_ = nullptr;
+    while (!addOns_.empty()) {
+        AddOn& last = *addOns_.back();
+        freeData(last);
+        discard(last);
+    }
+    sCurrent = nullptr;
+}
+
+Host* Host::current() {
+    return sCurrent;
+}
+
+std::variant<AddOn*, LoadError> Host::open(const std::string& path) {
+    std::error_code error;
+    const std::string canonical = std::filesystem::canonical(path, error).string();
+    for (const auto& each : addOns_) {
+        if (!error && each->bundle->canonicalPath() == canonical) return LoadError{"it is loaded already"};
+    }
+    auto opened = Bundle::open(path);
+    if (auto* const problem = std::get_if<LoadError>(&opened)) return *problem;
+    addOns_.push_back(std::make_unique<AddOn>(std::move(std::get<std::unique_ptr<Bundle>>(opened))));
+    AddOn& addOn = *addOns_.back();
+    addOn.resources = RSOpenResourceFile(addOn.bundle->canonicalPath().c_str());
+    return &addOn;
+}
+
+std::variant<AddOn*, LoadError> Host::load(const std::string& path) {
+    auto opened = open(path);
+    if (auto* const addOn = std::get_if<AddOn*>(&opened)) {
+        if (const Refusal problem = start(**addOn)) {
+            freeData(**addOn);
+            discard(**addOn);
+            return LoadError{*problem};
+        }
+        menusChanged();
+    }
+    return opened;
+}
+
+Host::Refusal Host::start(AddOn& addOn) {
+    const CallScope scope(*this, addOn);
+    const EntryPoints entryPoints(*addOn.bundle);
+    const auto failed = [](const char* name, std::optional<GSErrCode> result) -> Refusal {
+        if (!result) return std::string(name) + kThrew;
+        if (*result != kNoError) return std::string(name) + " answered error " + errorText(*result);
+        return std::nullopt;
+    };
+    if (const Refusal problem = failed("SetImportedFuncAddrs", entryPoints.handOver(functionTable())))
+        return problem;
+    const auto type = entryPoints.checkEnvironment(applicationInfo(), addOn.info);
+    if (!type) return std::string("CheckEnvironment") + kThrew;
+    if (*type <= kAPIAddonDontRegister) {
+        return "the add-on does not register in this host: CheckEnvironment answered " +
+               std::to_string(*type);
+    }
+    if (const Refusal problem = failed("RegisterInterface", entryPoints.registerInterface())) return problem;
+    addOn.initializeCalled = true;
+    return failed("Initialize", entryPoints.initialize(&addOn));
+}
+
+std::variant<std::vector<EntryPointAnswer>, LoadError> Host::probe(const std::string& path,
+                                                                   ProbeTable table) {
+    auto opened = open(path);
+    if (auto* const problem = std::get_if<LoadError>(&opened)) return *problem;
+    AddOn& addOn = *std::get<AddOn*>(opened);
+    std::vector<EntryPointAnswer> answers;
+    {
+        const CallScope scope(*this, addOn);
+        const EntryPoints entryPoints(*addOn.bundle);
+        const auto note = [&answers](const char* name, std::optional<GSErrCode> result) {
+            answers.push_back({name, result.value_or(kErrInternal)});
+        };
+        if (table == ProbeTable::Empty)
+            note("SetImportedFuncAddrs", entryPoints.handOver(APIImportedFunctions{}));
+        note("CheckEnvironment", entryPoints.checkEnvironment(applicationInfo(), addOn.info));
+        note("RegisterInterface", entryPoints.registerInterface());
+        note("Initialize", entryPoints.initialize(&addOn));
+        note("FreeData", entryPoints.freeData());
+    }
+    discard(addOn);
+    return answers;
+}
+
+Host::Refusal Host::unload(AddOn& addOn, FreeDataCall freeDataCall) {
+    if (isBusy()) return "an add-on waits for the user; close what is open first";
+    if (freeDataCall == FreeDataCall::Made) freeData(addOn);
+    discard(addOn);
+    menusChanged();
+    return std::nullopt;
+}
+
+void Host::freeData(AddOn& addOn) {
+    if (!addOn.initializeCalled) return;
+    const CallScope scope(*this, addOn);
+    EntryPoints(*addOn.bundle).freeData();
+}
+
+void Host::discard(AddOn& addOn) {
+    {
+        const CallScope scope(*this, addOn);
+        platform::endCallsIntoImage(addOn.bundle->image());
+    }
+    if (addOn.resources != kNoResModule) RSCloseResourceFile(addOn.resources);
+    std::erase_if(addOns_, [&addOn](const auto& each) { return each.get() == &addOn; });
+}
+
+Host::Refusal Host::choose(AddOn& addOn, short menuResID, int item) {
+    const Menu* const menu = addOn.menus.find(menuResID);
+    if (menu == nullptr) return "there is no menu " + std::to_string(menuResID);
+    if (item < 1 || static_cast<std::size_t>(item) > menu->items.size()) {
+        return "the menu has no item " + std::to_string(item);
+    }
+    const auto handler = addOn.handlers.find(menuResID);
+    if (handler == addOn.handlers.end() || handler->second == nullptr) {
+        return addOn.name() + " has installed no handler for menu " + std::to_string(menuResID);
+    }
+    const CallScope scope(*this, addOn);
+    const auto result = callMenuHandler(handler->second, {{menuResID, item}});
+    if (!result) return "the menu handler" + std::string(kThrew);
+    if (*result != kNoError) return "the menu handler answered error " + errorText(*result);
+    return std::nullopt;
+}
+
+AddOn* Host::find(const std::string& name) const {
+    for (const auto& each : addOns_) {
+        if (each->name() == name) return each.get();
+    }
+    return nullptr;
+}
+
+AddOn* Host::findByAddress(const void* address) const {
+    const void* const image = platform::imageOf(address);
+    for (const auto& each : addOns_) {
+        if (each->bundle->image() == image) return each.get();
+    }
+    return nullptr;
+}
+
+bool Host::isBusy() const {
+    return !running_.empty() || platform::DialogControl::instance().isModal();
+}
+
+void Host::addEnvironmentRequests(std::unique_ptr<RequestFamily> family) {
+    environment_.add(std::move(family));
+}
+
+void Host::addInterfaceRequests(std::unique_ptr<RequestFamily> family) {
+    interface_.add(std::move(family));
+}
+
+RequestFamily* Host::environmentRequests(GSType code) const {
+    return environment_.find(code);
+}
+
+RequestFamily* Host::interfaceRequests(GSType code) const {
+    return interface_.find(code);
+}
+
+AddOn* Host::caller(APIClient client) const {
+    if (client == nullptr) return running();
+    for (const auto& each : addOns_) {
+        if (each.get() == client) return each.get();
+    }
+    return nullptr;
+}
+
+void Host::menusChanged() const {
+    if (menuListener_) menuListener_();
+}
+
+}  // namespace host

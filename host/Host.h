@@ -1,0 +1,106 @@
+#pragma once
+
+#include "host/AddOn.h"
+#include "host/HostServices.h"
+#include "host/RequestFamily.h"
+
+#include <functional>
+#include <optional>
+
+namespace host {
+
+/// What an entry point of a probed add-on answered.
+struct EntryPointAnswer {
+    const char* entryPoint;
+    GSErrCode result;
+};
+
+/// Which function table a probed add-on gets.
+enum class ProbeTable {
+    None,   ///< SetImportedFuncAddrs is not called
+    Empty,  ///< every slot is empty
+};
+
+/// Whether the free-data entry point is called before an add-on is unloaded.
+enum class FreeDataCall { Made, LeftOut };
+
+/// The host: loaded add-ons, each with its menus and handlers, and the services that their calls reach. One
+/// at a time, on the main thread. Failures are one line for the user; nothing stands for success.
+class Host {
+public:
+    using Refusal = std::optional<std::string>;
+
+    Host();
+    /// Unloads every add-on, the last loaded first.
+    ~Host();
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    /// The host that is there; null when there is none.
+    static Host* current();
+
+    /// Loads a bundle and calls its entry points in order. On failure nothing of it stays.
+    std::variant<AddOn*, LoadError> load(const std::string& path);
+    /// Loads a bundle, calls each of its four entry points, whatever it answers, and unloads it: what an
+    /// add-on does when it is called too early.
+    std::variant<std::vector<EntryPointAnswer>, LoadError> probe(const std::string& path, ProbeTable table);
+    /// Calls free data, ends whatever would call into the add-on, and unloads it.
+    Refusal unload(AddOn& addOn, FreeDataCall freeData = FreeDataCall::Made);
+    /// Carries out a menu item.
+    Refusal choose(AddOn& addOn, short menuResID, int item);
+
+    const std::vector<std::unique_ptr<AddOn>>& addOns() const { return addOns_; }
+    /// By name; null when none has it.
+    AddOn* find(const std::string& name) const;
+    /// The add-on whose shared object contains `address`; null when none does.
+    AddOn* findByAddress(const void* address) const;
+    /// The add-on that is being called just now; null when none is.
+    AddOn* running() const { return running_.empty() ? nullptr : running_.back(); }
+    /// Whether code of an add-on is under way, waiting for the user perhaps; nothing can be unloaded then.
+    bool isBusy() const;
+
+    /// Called when a text or mark of a menu has changed, or a menu has come or gone.
+    void setMenuListener(std::function<void()> listener) { menuListener_ = std::move(listener); }
+
+    /// The services that the host's functions reach; a family's codes replace those of an earlier one.
+    void addEnvironmentRequests(std::unique_ptr<RequestFamily> family);
+    void addInterfaceRequests(std::unique_ptr<RequestFamily> family);
+    void setLibraryParts(std::unique_ptr<LibraryParts> parts) { libraryParts_ = std::move(parts); }
+    void setRenderingEngines(std::unique_ptr<RenderingEngines> engines) {
+        renderingEngines_ = std::move(engines);
+    }
+    RequestFamily* environmentRequests(GSType code) const;
+    RequestFamily* interfaceRequests(GSType code) const;
+    LibraryParts* libraryParts() const { return libraryParts_.get(); }
+    RenderingEngines* renderingEngines() const { return renderingEngines_.get(); }
+
+    /// The add-on that a call comes from: `client`, or for the null client of a call before the
+    /// initialisation the one that is being called. Null when it is neither.
+    AddOn* caller(APIClient client) const;
+    void menusChanged() const;
+
+private:
+    class CallScope;
+    struct Families {
+        std::vector<std::unique_ptr<RequestFamily>> all;
+        std::map<GSType, RequestFamily*> byCode;
+
+        void add(std::unique_ptr<RequestFamily> family);
+        RequestFamily* find(GSType code) const;
+    };
+
+    std::variant<AddOn*, LoadError> open(const std::string& path);
+    Refusal start(AddOn& addOn);
+    void freeData(AddOn& addOn);
+    void discard(AddOn& addOn);
+
+    std::vector<std::unique_ptr<AddOn>> addOns_;
+    std::vector<AddOn*> running_;
+    std::function<void()> menuListener_;
+    Families environment_;
+    Families interface_;
+    std::unique_ptr<LibraryParts> libraryParts_;
+    std::unique_ptr<RenderingEngines> renderingEngines_;
+};
+
+}  // namespace host
