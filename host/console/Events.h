@@ -1,0 +1,133 @@
+#pragma once
+
+#include "host/Host.h"
+#include "platform/CallTrace.h"
+#include "platform/Launching.h"
+#include "platform/Presenter.h"
+
+#include <variant>
+
+/// What happens in a console session. Everything that it prints is one of these.
+namespace host::event {
+
+/// A line of a script; not sent when a person types, who sees it anyway.
+struct Command {
+    std::string text;
+};
+
+struct Loaded {
+    std::string addOn;
+    std::string name;         ///< as the add-on calls itself
+    std::string description;  ///< as it describes itself
+};
+
+struct Unloaded {
+    std::string addOn;
+};
+
+struct AddOnListed {
+    std::string addOn;
+    std::string name;
+    std::string description;
+    int menus;
+    int modelessWindows;
+    bool keptInMemory;
+    bool builtInLibrary;
+};
+
+struct MenuShown {
+    int number;  ///< by which the user addresses it
+    std::string addOn;
+    Menu menu;
+};
+
+struct DialogShown {
+    enum class Change { Shown, Changed, Listed };
+    Change change;
+    platform::DialogState dialog;
+};
+
+struct DialogClosed {
+    short id;
+    short item;  ///< 0 when no item closed it
+};
+
+struct AlertShown {
+    platform::AlertState alert;
+};
+
+struct AlertAnswered {
+    short button;
+};
+
+struct ChooserShown {
+    platform::FileChooserState chooser;
+};
+
+struct ChooserClosed {};
+
+/// A document or web page would have been opened on the desktop.
+struct Opened {
+    platform::LaunchRequest request;
+};
+
+struct Transfers {
+    bool underWay;
+};
+
+/// What an entry point answered to a call for trial.
+struct EntryPointAnswered {
+    std::string entryPoint;
+    GSErrCode result;
+};
+
+struct Call {
+    enum class Phase { Entered, Left, Whole };
+    Phase phase;
+    int depth;
+    std::string addOn;  ///< empty when it is not known
+    platform::TracedCall call;
+    platform::TraceArguments results;  ///< none while it is entered
+};
+
+struct Help {
+    std::string usage;
+    std::string explanation;
+};
+
+/// What the user asked for is not possible; nothing has changed.
+struct Refused {
+    std::string reason;
+};
+
+/// Something went wrong that nobody asked for.
+struct Problem {
+    std::string text;
+};
+
+/// A line of an add-on or of the platform for developers.
+struct Diagnostic {
+    std::string text;
+};
+
+struct Note {
+    std::string text;
+};
+
+}  // namespace host::event
+
+namespace host {
+
+using Event = std::variant<event::Command, event::Loaded, event::Unloaded, event::AddOnListed,
+                           event::MenuShown, event::DialogShown, event::DialogClosed, event::AlertShown,
+                           event::AlertAnswered, event::ChooserShown, event::ChooserClosed, event::Opened,
+                           event::Transfers, event::EntryPointAnswered, event::Call, event::Help,
+                           event::Refused, event::Problem, event::Diagnostic, event::Note>;
+
+class EventPrinter {
+public:
+    virtual ~EventPrinter() = default;
+    virtual void print(const Event& event) = 0;
+};
+
+}  // namespace host

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace host {
+
+/// Lines of a person or a script. Waiting for one keeps the main run loop going.
+class LineSource {
+public:
+    enum class Result {
+        Line,       ///< a line was read
+        End,        ///< there are no more
+        Dispatched  ///< the run loop had something to do; no line yet
+    };
+
+    LineSource() = default;
+    virtual ~LineSource() = default;
+    LineSource(const LineSource&) = delete;
+    LineSource& operator=(const LineSource&) = delete;
+
+    virtual Result next(std::string& line) = 0;
+    /// Whether a person types the lines and sees them.
+    virtual bool isInteractive() const = 0;
+    /// Something is about to be printed.
+    virtual void clearPrompt() {}
+};
+
+/// Reads from a file descriptor. Lines that are there already come before the run loop's work, so that a
+/// script takes the same course every time.
+std::unique_ptr<LineSource> makeScriptSource(int descriptor);
+
+/// Reads from the terminal at standard input, with line editing, history and a prompt.
+std::unique_ptr<LineSource> makeTerminalSource(std::string prompt);
+
+}  // namespace host

@@ -1,0 +1,95 @@
+#include "host/console/InputWait.h"
+#include "host/console/LineSource.h"
+
+#include <editline/readline.h>
+#include <unistd.h>
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
+
+namespace host {
+
+namespace {
+
+/// The library calls back without context, and there is one terminal.
+class TerminalSource* sTerminal = nullptr;
+
+class TerminalSource : public LineSource {
+public:
+    explicit TerminalSource(std::string prompt) : prompt_(std::move(prompt)) {
+        sTerminal = this;
+        using_history();
+    }
+    ~TerminalSource() override {
+        release();
+        sTerminal = nullptr;
+    }
+
+    Result next(std::string& line) override {
+        while (lines_.empty() && !ended_) {
+            showPrompt();
+            if (!waitForInput(STDIN_FILENO)) return Result::Dispatched;
+            rl_callback_read_char();
+        }
+        if (lines_.empty()) return Result::End;
+        line = std::move(lines_.front());
+        lines_.pop_front();
+        return Result::Line;
+    }
+
+    bool isInteractive() const override { return true; }
+
+    void clearPrompt() override {
+        if (!editing_ || cleared_) return;
+        std::fputs("\r\033[K", stdout);
+        std::fflush(stdout);
+        cleared_ = true;
+    }
+
+private:
+    static void received(char* line) { sTerminal->take(line); }
+
+    void take(char* line) {
+        if (line == nullptr) {
+            ended_ = true;
+            std::fputc('\n', stdout);
+        } else {
+            if (*line != 0) add_history(line);
+            lines_.emplace_back(line);
+            std::free(line);
+        }
+        release();
+    }
+
+    void showPrompt() {
+        if (!editing_) {
+            rl_callback_handler_install(prompt_.c_str(), &TerminalSource::received);
+            editing_ = true;
+        } else if (cleared_) {
+            rl_forced_update_display();
+        }
+        cleared_ = false;
+    }
+
+    /// Gives the terminal back its own mode, in which events are printed.
+    void release() {
+        if (!editing_) return;
+        rl_callback_handler_remove();
+        editing_ = false;
+        cleared_ = false;
+    }
+
+    std::string prompt_;
+    std::deque<std::string> lines_;
+    bool editing_ = false;
+    bool cleared_ = false;
+    bool ended_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<LineSource> makeTerminalSource(std::string prompt) {
+    return std::make_unique<TerminalSource>(std::move(prompt));
+}
+
+}  // namespace host

@@ -1,0 +1,69 @@
+// The program: its subcommands and their options.
+
+#include "host/console/Console.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The add-on that belongs to this program: beside it in the build, or where it is installed.
+std::string defaultBundle() {
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    const fs::path prefix = program.parent_path().parent_path();
+    const fs::path installed = prefix / TESSARO_INSTALLED_BUNDLES / "TessaroLibrary.bundle";
+    const fs::path built = prefix / "bundles" / "TessaroLibrary.bundle";
+    return (fs::exists(installed, error) ? installed : built).string();
+}
+
+CLI::App* addRun(CLI::App& app, host::ConsoleOptions& options, std::string& opener) {
+    CLI::App* const run = app.add_subcommand("run", "Load add-ons and use them");
+    run->add_option("--bundle", options.bundles, "Bundle to load; may be given several times")
+        ->type_name("PATH");
+    run->add_option("--data-dir", options.dataDir, "Folder of settings and marker files")->type_name("PATH");
+    static std::string ui = "console";
+    run->add_option("--ui", ui, "Front end")->check(CLI::IsMember({"console"}))->type_name("NAME");
+    run->add_flag("--json", options.json, "Print each event as a JSON object");
+    run->add_option("--connect", options.connects,
+                    "Send requests for NAME:PORT to ADDRESS:PORT; may be given several times")
+        ->type_name("NAME:PORT=ADDRESS:PORT");
+    run->add_option("--opener", opener,
+                    "What opens documents and web pages: the desktop, or a line of output")
+        ->check(CLI::IsMember({"xdg-open", "record"}))
+        ->type_name("NAME");
+    return run;
+}
+
+int runProgram(int argc, char** argv) {
+    CLI::App app("Host and tools of the Tessaro suite", "tessaro");
+    app.require_subcommand(1);
+    host::ConsoleOptions options;
+    std::string opener = "xdg-open";
+    const CLI::App* const run = addRun(app, options, opener);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? host::kExitDone : host::kExitUsage;
+    }
+    if (run->parsed()) {
+        options.recordOpened = opener == "record";
+        if (options.bundles.empty()) options.bundles.push_back(defaultBundle());
+        return host::runConsole(options);
+    }
+    return host::kExitUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return runProgram(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "tessaro: " << error.what() << std::endl;
+        return host::kExitInternal;
+    }
+}
