@@ -1,11 +1,10 @@
 #include "host/Bundle.h"
 
+#include "host/EntryPoints.h"
 #include "host/ErrorCodes.h"
-#include "platform/CallTrace.h"
 #include "platform/ImageCleanup.h"
 
 #include <dlfcn.h>
-#include <cstring>
 #include <filesystem>
 
 namespace host {
@@ -75,7 +74,9 @@ std::variant<std::unique_ptr<Bundle>, LoadError> Bundle::open(const std::string&
     }
     bundle->getExported_ = reinterpret_cast<APIGetExportedFuncAddrsProc>(getExported);
     bundle->setImported_ = reinterpret_cast<APISetImportedFuncAddrsProc>(setImported);
-    bundle->getExported_(&bundle->functions_);
+    if (!readExportedFunctions(bundle->getExported_, bundle->functions_)) {
+        return LoadError{std::string(kAPIGetExportedFuncAddrsName) + " threw an exception"};
+    }
     const std::string problem = recordProblem(bundle->functions_);
     if (!problem.empty()) return LoadError{problem};
     return bundle;

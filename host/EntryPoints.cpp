@@ -63,6 +63,14 @@ std::optional<GSErrCode> EntryPoints::freeData() const {
     return callAddOn("FreeData", none, [&] { return bundle_.functions().freeData(); });
 }
 
+bool readExportedFunctions(APIGetExportedFuncAddrsProc getExported, APIExportedFunctions& record) {
+    const auto call = [&] {
+        getExported(&record);
+        return kNoError;
+    };
+    return callAddOn("GetExportedFuncAddrs", none, call).has_value();
+}
+
 std::optional<GSErrCode> callMenuHandler(APIMenuCommandProc handler, const API_MenuParams& params) {
     const auto arguments = [&params] {
         return TraceArguments{{"menu", params.menuItemRef.menuResID}, {"item", params.menuItemRef.itemIndex}};

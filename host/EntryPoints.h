@@ -22,6 +22,9 @@ private:
     const Bundle& bundle_;
 };
 
+/// Lets the shared object fill its record of exported functions. False when it threw.
+bool readExportedFunctions(APIGetExportedFuncAddrsProc getExported, APIExportedFunctions& record);
+
 std::optional<GSErrCode> callMenuHandler(APIMenuCommandProc handler, const API_MenuParams& params);
 
 }  // namespace host

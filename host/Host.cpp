@@ -17,6 +17,7 @@ namespace {
 
 Host* sCurrent = nullptr;
 
+constexpr APIImportedFunctions kEmptyTable{};
 constexpr const char* kThrew = " threw an exception";
 
 }  // namespace
@@ -124,8 +125,7 @@ std::variant<std::vector<EntryPointAnswer>, LoadError> Host::probe(const std::st
         const auto note = [&answers](const char* name, std::optional<GSErrCode> result) {
             answers.push_back({name, result.value_or(kErrInternal)});
         };
-        if (table == ProbeTable::Empty)
-            note("SetImportedFuncAddrs", entryPoints.handOver(APIImportedFunctions{}));
+        if (table == ProbeTable::Empty) note("SetImportedFuncAddrs", entryPoints.handOver(kEmptyTable));
         note("CheckEnvironment", entryPoints.checkEnvironment(applicationInfo(), addOn.info));
         note("RegisterInterface", entryPoints.registerInterface());
         note("Initialize", entryPoints.initialize(&addOn));
