@@ -11,8 +11,8 @@
 /// A new empty folder, removed with all its content at the end.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "tessaro-test-XXXXXX").string();
+    explicit TemporaryFolder(const std::filesystem::path& inside = std::filesystem::temp_directory_path()) {
+        std::string name = (inside / "tessaro-test-XXXXXX").string();
         if (mkdtemp(name.data()) == nullptr) ADD_FAILURE() << "no temporary folder " << name;
         path_ = std::filesystem::canonical(name).string();
     }

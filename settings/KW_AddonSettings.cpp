@@ -1,0 +1,195 @@
+#include "settings/KW_AddonSettings.h"
+
+#include "platform/FileSystem.h"
+#include "settings/AddonIdentity.h"
+
+#include <array>
+#include <charconv>
+
+namespace {
+
+constexpr auto kEncoding = KW_String::Encoding_System;
+
+/// What saving has to mind about the file on the disk.
+enum class FileState {
+    Replaceable,
+    Refused,  // not read, and so not to be lost
+    Damaged,  // to be copied first
+};
+
+KW_List<KW_Setting> sAllAddonsSettings;
+KW_List<KW_Setting> sAddonSettings;
+bool sAllSettingsLoaded = false;
+bool sSettingsLoaded = false;
+FileState sAllSettingsFile = FileState::Replaceable;
+FileState sSettingsFile = FileState::Replaceable;
+
+struct SettingsSet {
+    KW_List<KW_Setting>& list;
+    bool& loaded;
+    FileState& file;
+};
+
+SettingsSet setOf(KW_AddonSettings_Type type) {
+    if (type == KW_AddonSettings_AllAddons) return {sAllAddonsSettings, sAllSettingsLoaded, sAllSettingsFile};
+    return {sAddonSettings, sSettingsLoaded, sSettingsFile};
+}
+
+/// Index of the first entry of the key, or -1.
+long indexOf(KW_List<KW_Setting> const& list, KW_String const& key) {
+    for (long i = 0; i < list.count; ++i) {
+        if (KW_String::Compare(list[i].key, 0, key, 0, 0) == 0) return i;
+    }
+    return -1;
+}
+
+/// The value of the key, or null.
+KW_String const* valueOf(KW_AddonSettings_Type type, KW_String const& key, bool load) {
+    const SettingsSet set = setOf(type);
+    if (load && !set.loaded && !KW_AddonSettings_Load(type, true)) return nullptr;
+    const long index = indexOf(set.list, key);
+    return index >= 0 ? &set.list[index].value : nullptr;
+}
+
+long toLong(KW_String const& value) {
+    return KW_String::ToLong(value.ToCStr(kEncoding).data);
+}
+
+double toDouble(KW_String const& value) {
+    return KW_String::ToDouble(value.ToCStr(kEncoding).data);
+}
+
+}  // namespace
+
+GSErrCode KW_AddonSettings_GetLocation(KW_AddonSettings_Type type, KW_Location& location) {
+    IO::Location folder;
+    const GSErrCode error = IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder);
+    if (error != kNoError) return error;
+    location.Set(folder);
+    location += "/";
+    location += type == KW_AddonSettings_AllAddons ? "TessaroPlugins" : sett_ADDON_SETTINGS_FILE_NAME;
+    location += ".cfg";
+    return kNoError;
+}
+
+bool KW_AddonSettings_Load(KW_AddonSettings_Type type, bool onlyIfNotLoaded) {
+    const SettingsSet set = setOf(type);
+    if (onlyIfNotLoaded && set.loaded) return true;
+    set.list.Reset();
+    KW_Location location;
+    if (KW_AddonSettings_GetLocation(type, location) != kNoError) return false;
+    switch (KW_SettingsFile_Read(location, set.list)) {
+        case KW_SettingsFile_Result::Read:
+            set.file = FileState::Replaceable;
+            set.loaded = true;
+            return true;
+        case KW_SettingsFile_Result::Refused:
+            set.file = FileState::Refused;
+            return false;
+        case KW_SettingsFile_Result::Malformed:
+            set.file = FileState::Damaged;
+            return false;
+    }
+    return false;
+}
+
+bool KW_AddonSettings_Save(KW_AddonSettings_Type type) {
+    const SettingsSet set = setOf(type);
+    KW_Location location;
+    if (KW_AddonSettings_GetLocation(type, location) != kNoError) return false;
+    if (set.file == FileState::Refused) return false;
+    if (set.file == FileState::Damaged && !KW_SettingsFile_KeepDamaged(location)) return false;
+    if (!KW_SettingsFile_Write(location, set.list)) return false;
+    set.file = FileState::Replaceable;
+    return true;
+}
+
+bool KW_AddonSettings_Get(KW_AddonSettings_Type type, KW_String const& key, KW_String* value, bool load) {
+    KW_String const* found = valueOf(type, key, load);
+    if (found != nullptr && value != nullptr) *value = *found;
+    return found != nullptr;
+}
+
+KW_String KW_AddonSettings_Get(KW_AddonSettings_Type type, KW_String const& key, bool load) {
+    KW_String const* found = valueOf(type, key, load);
+    return found != nullptr ? *found : KW_String("", kEncoding);
+}
+
+bool KW_AddonSettings_GetLong(KW_AddonSettings_Type type, KW_String const& key, long* value, bool load) {
+    KW_String const* found = valueOf(type, key, load);
+    if (found != nullptr && value != nullptr) *value = toLong(*found);
+    return found != nullptr;
+}
+
+long KW_AddonSettings_GetLong(KW_AddonSettings_Type type, KW_String const& key, bool load) {
+    return toLong(KW_AddonSettings_Get(type, key, load));
+}
+
+bool KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, KW_String const& key, double* value, bool load) {
+    KW_String const* found = valueOf(type, key, load);
+    if (found != nullptr && value != nullptr) *value = toDouble(*found);
+    return found != nullptr;
+}
+
+double KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, KW_String const& key, bool load) {
+    return toDouble(KW_AddonSettings_Get(type, key, load));
+}
+
+bool KW_AddonSettings_Set(KW_AddonSettings_Type type, KW_String const& key, KW_String const& value,
+                          bool addIfMissing) {
+    KW_List<KW_Setting>& list = setOf(type).list;
+    const long index = indexOf(list, key);
+    if (index >= 0) {
+        list[index].value = value;
+    } else if (addIfMissing) {
+        list.AddData(KW_Setting(key, value), -1);
+    }
+    return true;
+}
+
+bool KW_AddonSettings_SetLong(KW_AddonSettings_Type type, KW_String const& key, long value,
+                              bool addIfMissing) {
+    return KW_AddonSettings_Set(type, key, KW_String::LongToString(value, 0), addIfMissing);
+}
+
+bool KW_AddonSettings_SetDouble(KW_AddonSettings_Type type, KW_String const& key, double value,
+                                bool addIfMissing) {
+    // The text of printf's %g, which itself would follow the process's locale.
+    std::array<char, 32> digits;
+    const auto written =
+        std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::general, 6);
+    const auto size = static_cast<unsigned int>(written.ptr - digits.data());
+    return KW_AddonSettings_Set(type, key, KW_String(digits.data(), size, kEncoding), addIfMissing);
+}
+
+void KW_AddonSettings_LoadSetSave(KW_AddonSettings_Type type, KW_String const& key, KW_String const& value,
+                                  bool addIfMissing) {
+    (void)KW_AddonSettings_Load(type, true);
+    (void)KW_AddonSettings_Set(type, key, value, addIfMissing);
+    (void)KW_AddonSettings_Save(type);
+}
+
+bool KW_AddonSettings_Remove(KW_AddonSettings_Type type, KW_String const& key) {
+    KW_List<KW_Setting>& list = setOf(type).list;
+    const long index = indexOf(list, key);
+    if (index >= 0) list.DeleteData(index);
+    return index >= 0;
+}
+
+void KW_AddonSettings_Clear(KW_AddonSettings_Type type) {
+    const SettingsSet set = setOf(type);
+    set.list.Reset();
+    if (set.file == FileState::Refused) set.file = FileState::Replaceable;
+}
+
+long KW_AddonSettings_GetCount(KW_AddonSettings_Type type) {
+    return setOf(type).list.count;
+}
+
+bool KW_AddonSettings_Get(KW_AddonSettings_Type type, long index, KW_String* key, KW_String* value) {
+    KW_List<KW_Setting> const& list = setOf(type).list;
+    if (index < 0 || index >= list.count) return false;
+    if (key != nullptr) *key = list[index].key;
+    if (value != nullptr) *value = list[index].value;
+    return true;
+}
