@@ -1,6 +1,7 @@
 // The program: its subcommands and their options.
 
 #include "host/console/Console.h"
+#include "tools/ServeCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -38,12 +39,29 @@ CLI::App* addRun(CLI::App& app, host::ConsoleOptions& options, std::string& open
     return run;
 }
 
+CLI::App* addServe(CLI::App& app, tools::ServeOptions& options) {
+    CLI::App* const serve = app.add_subcommand("serve", "Serve a folder as the update server does");
+    serve->add_option("folder", options.folder, "Folder that holds update_plugins/ and update/")
+        ->required()
+        ->type_name("DIR");
+    serve->add_option("--port", options.port, "Port to listen on; 0 for one that is free")
+        ->check(CLI::Range(0, 65535))
+        ->capture_default_str()
+        ->type_name("NUMBER");
+    serve->add_option("--address", options.address, "Address to listen on; 0.0.0.0 for every network")
+        ->capture_default_str()
+        ->type_name("ADDRESS");
+    return serve;
+}
+
 int runProgram(int argc, char** argv) {
     CLI::App app("Host and tools of the Tessaro suite", "tessaro");
     app.require_subcommand(1);
     host::ConsoleOptions options;
     std::string opener = "xdg-open";
     const CLI::App* const run = addRun(app, options, opener);
+    tools::ServeOptions serveOptions;
+    const CLI::App* const serve = addServe(app, serveOptions);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -54,6 +72,7 @@ int runProgram(int argc, char** argv) {
         if (options.bundles.empty()) options.bundles.push_back(defaultBundle());
         return host::runConsole(options);
     }
+    if (serve->parsed()) return tools::runServe(serveOptions);
     return host::kExitUsage;
 }
 
