@@ -1,6 +1,7 @@
-# tessaro_add_addon(NAME SOURCES ... RESOURCES FOLDER [EXPORTS MAPFILE]): builds the bundle NAME.bundle, a folder with the
-# shared object NAME.so and the resources. The sources define the entry points and the sett_ADDON_* constants; the
-# framework and the bridge into the host are linked in.
+# tessaro_add_addon(NAME SOURCES ... RESOURCES FOLDER): builds the bundle NAME.bundle, a folder with the shared object
+# NAME.so and the resources, in the folder "bundles" of the build. The sources define the entry points and the
+# sett_ADDON_* constants; the framework and the bridge into the host are linked in, and the framework's own resources
+# lie beside the add-on's.
 function(tessaro_add_addon name)
     cmake_parse_arguments(ARG "" "RESOURCES" "SOURCES" ${ARGN})
     if(NOT ARG_SOURCES OR NOT ARG_RESOURCES)
@@ -29,11 +30,12 @@ function(tessaro_add_addon name)
     target_link_options(${name} PRIVATE "LINKER:--version-script=${TESSARO_ADDON_EXPORTS}" LINKER:--no-undefined
                         LINKER:--as-needed)
 
-    file(GLOB_RECURSE files CONFIGURE_DEPENDS "${resources}/*")
+    file(GLOB_RECURSE files CONFIGURE_DEPENDS "${resources}/*" "${TESSARO_FRAMEWORK_RESOURCES}/*")
     set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${name}.resources")
     add_custom_command(OUTPUT "${stamp}"
         COMMAND ${CMAKE_COMMAND} -E rm -rf "${bundle}/Resources"
         COMMAND ${CMAKE_COMMAND} -E copy_directory "${resources}" "${bundle}/Resources"
+        COMMAND ${CMAKE_COMMAND} -E copy_directory "${TESSARO_FRAMEWORK_RESOURCES}" "${bundle}/Resources/framework"
         COMMAND ${CMAKE_COMMAND} -E touch "${stamp}"
         DEPENDS ${files}
         COMMENT "Resources of ${name}.bundle")

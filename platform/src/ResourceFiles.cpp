@@ -262,7 +262,27 @@ void readDialog(File& file, int resID, const toml::table& table, ResourceLayouts
     layouts.emplace(resID, std::move(dialog));
 }
 
+/// Adds the texts that `own` lacks, number by number.
+void completeTexts(std::map<int, NumberedTexts>& own, std::map<int, NumberedTexts>& other) {
+    for (auto& [number, texts] : other)
+        own[number].merge(texts);
+}
+
 }  // namespace
+
+void complete(ResourceIndex& own, ResourceIndex other) {
+    if (own.languages.empty()) own.languages = other.languages;
+    if (own.fallback < 0 && own.languages.count(other.fallback) != 0) own.fallback = other.fallback;
+    own.stringBases.insert(own.stringBases.end(), other.stringBases.begin(), other.stringBases.end());
+    own.menus.merge(other.menus);
+    own.iconLabels.merge(other.iconLabels);
+}
+
+void complete(ResourceTexts& own, ResourceTexts other) {
+    completeTexts(own.strings, other.strings);
+    own.menuTitles.merge(other.menuTitles);
+    completeTexts(own.dialogs, other.dialogs);
+}
 
 bool readWholeFile(const std::string& path, std::string& content) {
     std::error_code error;

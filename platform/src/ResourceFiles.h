@@ -42,6 +42,10 @@ ResourceIndex readResourceIndex(const std::string& path, ResourceProblems& probl
 ResourceTexts readResourceTexts(const std::string& path, ResourceProblems& problems);
 ResourceLayouts readResourceLayouts(const std::string& path, ResourceProblems& problems);
 
+/// Adds what `own` lacks and `other` has. Languages are taken over all together or not at all.
+void complete(ResourceIndex& own, ResourceIndex other);
+void complete(ResourceTexts& own, ResourceTexts other);
+
 /// The whole content of a regular file; false when it cannot be read.
 bool readWholeFile(const std::string& path, std::string& content);
 

@@ -43,7 +43,10 @@ struct LocalisedId {
 /// The resources of one bundle. Each file is read when something in it is first asked for.
 class Module {
 public:
-    explicit Module(std::string folder) : folder_(std::move(folder)) {}
+    explicit Module(std::string folder) : folder_(std::move(folder)) {
+        std::error_code error;
+        if (std::filesystem::is_directory(folder_ + kFramework, error)) framework_ = folder_ + kFramework;
+    }
 
     const std::string* string(short resID, short number) {
         const auto id = split(resID, index().stringBases, [](int base) { return base; });
@@ -70,7 +73,10 @@ public:
     }
 
     const DialogResource* dialog(short resID) {
-        if (!layouts_) layouts_ = read(readResourceLayouts, "layouts.toml");
+        if (!layouts_) {
+            layouts_ = read(readResourceLayouts, folder_, "layouts.toml");
+            if (!framework_.empty()) layouts_->merge(read(readResourceLayouts, framework_, "layouts.toml"));
+        }
         return find(*layouts_, resID);
     }
 
@@ -87,11 +93,11 @@ public:
         if (const IconResource* known = find(icons_, resID)) return known;
         IconResource icon;
         icon.label = iconLabel(resID);
-        for (const char* extension : {".svg", ".png"}) {
-            const std::string path = folder_ + "/icons/" + std::to_string(resID) + extension;
-            if (!readWholeFile(path, icon.image)) continue;
-            icon.path = path;
-            break;
+        for (const std::string& folder : {folder_, framework_}) {
+            for (const char* extension : {".svg", ".png"}) {
+                const std::string path = folder + "/icons/" + std::to_string(resID) + extension;
+                if (icon.path.empty() && readWholeFile(path, icon.image)) icon.path = path;
+            }
         }
         if (icon.path.empty()) {
             if (icon.label.empty()) return nullptr;
@@ -120,15 +126,23 @@ private:
     }
 
     template <typename T>
-    T read(T (*reader)(const std::string&, ResourceProblems&), const std::string& name) {
+    T read(T (*reader)(const std::string&, ResourceProblems&), const std::string& folder,
+           const std::string& name) {
         ResourceProblems problems;
-        T content = reader(folder_ + "/" + name, problems);
+        T content = reader(folder + "/" + name, problems);
         tell(problems);
         return content;
     }
 
     const ResourceIndex& index() {
-        if (!index_) index_ = read(readResourceIndex, "resources.toml");
+        if (!index_) {
+            index_ = read(readResourceIndex, folder_, "resources.toml");
+            if (!framework_.empty()) {
+                ResourceIndex framework = read(readResourceIndex, framework_, "resources.toml");
+                frameworkLanguages_ = framework.languages;
+                complete(*index_, std::move(framework));
+            }
+        }
         return *index_;
     }
 
@@ -138,7 +152,11 @@ private:
         if (known != texts_.end()) return known->second;
         const std::string* name = find(index().languages, language);
         if (name == nullptr) return kNone;
-        return texts_.emplace(language, read(readResourceTexts, "texts." + *name + ".toml")).first->second;
+        ResourceTexts texts = read(readResourceTexts, folder_, "texts." + *name + ".toml");
+        if (const std::string* frameworkName = find(frameworkLanguages_, language)) {
+            complete(texts, read(readResourceTexts, framework_, "texts." + *frameworkName + ".toml"));
+        }
+        return texts_.emplace(language, std::move(texts)).first->second;
     }
 
     /// Which of `bases` has a copy `resID`: the nearest one at or below it whose languages reach so far.
@@ -165,8 +183,12 @@ private:
         return text == nullptr && fallback != language ? lookup(fallback) : text;
     }
 
+    static constexpr const char* kFramework = "/framework";
+
     std::string folder_;
+    std::string framework_;  // resources that stand in where the add-on's own lack them; empty for none
     std::optional<ResourceIndex> index_;
+    NumberedTexts frameworkLanguages_;
     std::map<int, ResourceTexts> texts_;
     std::optional<ResourceLayouts> layouts_;
     std::map<int, IconResource> icons_;

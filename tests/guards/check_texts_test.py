@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""check-texts passes the add-on's texts and finds each kind of planted fault."""
+"""check-texts passes the texts of the tree and finds each kind of planted fault."""
 import pathlib
 import re
 import shutil
@@ -14,10 +14,15 @@ class CheckTextsTest(unittest.TestCase):
     def setUp(self):
         temporary = tempfile.TemporaryDirectory()
         self.addCleanup(temporary.cleanup)
-        self.folder = pathlib.Path(temporary.name) / "TessaroLibrary"
-        shutil.copytree(ROOT / "resources/TessaroLibrary", self.folder)
-        self.used = self.folder.with_name("TessaroLibrary.used.toml")
-        shutil.copy(ROOT / "resources/TessaroLibrary.used.toml", self.used)
+        self.copies = pathlib.Path(temporary.name)
+        for name in "framework", "TessaroLibrary":
+            shutil.copytree(ROOT / "resources" / name, self.copies / name)
+            shutil.copy(ROOT / f"resources/{name}.used.toml", self.copies)
+        self.take("framework")
+
+    def take(self, name):
+        self.folder = self.copies / name
+        self.used = self.copies / f"{name}.used.toml"
 
     def check(self, code, *says):
         result = subprocess.run([ROOT / "scripts/check-texts", self.folder], capture_output=True, text=True)
@@ -33,13 +38,15 @@ class CheckTextsTest(unittest.TestCase):
 
     def test_the_texts_as_they_are_have_no_fault(self):
         self.check(0)
+        self.take("TessaroLibrary")
+        self.check(0)
 
     def test_each_fault_is_found(self):
         emoji = "\N{SLIGHTLY SMILING FACE}"
         for name, pattern, replacement, says in [
             ("texts.rus.toml", "^64 = .*$", "", "strings.32710.64: missing"),
             ("texts.int.toml", "^64 = .*$", "", "strings.32710.64: missing"),
-            ("texts.jap.toml", "^title = .*$", "", "menu.32500.title: missing"),
+            ("texts.jap.toml", "^3 = .*$", "", "dialog.32755.3: missing"),
             ("texts.ger.toml", "^64 = .*$", '64 = ""', "strings.32710.64: empty"),
             ("texts.ger.toml", "^64 = .*$", '64 = " "', "strings.32710.64: empty"),
             ("texts.ger.toml", "^64 = .*$", "64 = 7", "strings.32710.64: not a text in quotes"),
@@ -50,9 +57,12 @@ class CheckTextsTest(unittest.TestCase):
             ("texts.int.toml", "^82 = .*$", '82 = "None"', "strings.32710.82: lost the placeholder ADDONLIBNAME"),
             ("texts.ita.toml", "^64 = .*$", '64 = "ADDONNAME"',
              "strings.32710.64: has the placeholder ADDONNAME, which nothing replaces there"),
-            ("texts.ita.toml", "^(9 = .*).n\"$", r'\1"',
+            ("TessaroLibrary/texts.jap.toml", "^title = .*$", "", "menu.32500.title: missing"),
+            ("TessaroLibrary/texts.ita.toml", "^(9 = .*).n\"$", r'\1"',
              "strings.32530.9: does not end as the fallback language does (line break)"),
         ]:
+            folder, name = ("framework/" + name).split("/")[-2:]
+            self.take(folder)
             with self.subTest(says, file=name):
                 sound = (self.folder / name).read_text(encoding="utf-8")
                 self.edit(name, pattern, replacement)
@@ -64,9 +74,9 @@ class CheckTextsTest(unittest.TestCase):
         self.check(0)
 
     def test_a_text_that_the_code_asks_for_newly_is_missing_everywhere(self):
-        self.used.write_text(self.used.read_text(encoding="utf-8").replace('"15"', '"15, 16"'), encoding="utf-8")
+        self.used.write_text(self.used.read_text(encoding="utf-8").replace('"3"', '"3, 4"'), encoding="utf-8")
         languages = "ita int fra ger spa jap rus".split()
-        self.check(1, *(f"texts.{language}.toml: dialog.32501.16: missing" for language in languages))
+        self.check(1, *(f"texts.{language}.toml: dialog.32755.4: missing" for language in languages))
 
     def test_without_a_list_the_fallback_language_is_the_measure(self):
         self.used.unlink()

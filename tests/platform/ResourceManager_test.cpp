@@ -327,6 +327,39 @@ TEST_F(ResourceManager, PicturesAreKeptUntilTheCacheIsDropped) {
     EXPECT_THAT(problems_, ElementsAre("icons/51.svg: the file cannot be read"));
 }
 
+TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
+    write("resources.toml", "strings = [1000]\n[menus]\n2000 = { items = 1, strings = 1000 }\n");
+    write("texts.ita.toml",
+          "[strings.1010]\n2 = 'own'\n[menu.2000]\ntitle = 'Menu'\n[strings.1000]\n1 = 'Voce'");
+    write("layouts.toml", "[dialog.7]\nsize = [10, 10]\nitems = []\n");
+    write("icons/50.png", "own");
+    write("framework/resources.toml",
+          "fallback = 'int'\nstrings = [1010]\n[languages]\nita = 0\nint = 1\n"
+          "[icons]\n50 = 'fifty'\n51 = 'fifty-one'\n");
+    write("framework/texts.ita.toml", "[strings.1010]\n1 = 'uno'\n2 = 'due'\n[dialog.8]\n1 = 'otto'\n");
+    write("framework/texts.int.toml", "[strings.1010]\n1 = 'one'\n");
+    write("framework/layouts.toml",
+          "[dialog.7]\nsize = [20, 20]\nitems = []\n"
+          "[dialog.8]\nsize = [30, 30]\nitems = []\n");
+    write("framework/icons/50.svg", "framework");
+    write("framework/icons/51.svg", "framework");
+    open();
+    EXPECT_EQ(string(1010, 1), "uno");
+    EXPECT_EQ(string(1010, 2), "own");
+    EXPECT_EQ(platform::dialogItemText(module_, 8, 1), "otto");
+    platform::MenuResource menu;
+    ASSERT_TRUE(platform::getMenuResource(module_, 2000, menu));
+    EXPECT_THAT(menu.items, ElementsAre("Voce"));
+    EXPECT_EQ(platform::findDialogResource(module_, 7)->width, 10);
+    EXPECT_EQ(platform::findDialogResource(module_, 8)->width, 30);
+    EXPECT_EQ(platform::findIcon(module_, 50)->image, "own");
+    EXPECT_EQ(platform::findIcon(module_, 51)->image, "framework");
+    EXPECT_EQ(platform::iconLabel(module_, 50), "fifty");
+    EXPECT_THAT(problems_, IsEmpty());
+    EXPECT_EQ(string(1011, 1), "one");
+    EXPECT_THAT(problems_, ElementsAre("texts.int.toml: the file cannot be read"));
+}
+
 TEST_F(ResourceManager, TheAddOnsOwnResourcesAreWhole) {
     std::filesystem::create_directory_symlink(TESSARO_LIBRARY_RESOURCES, bundle_ + "/Resources");
     open();
