@@ -25,11 +25,15 @@ enum API_LibTypeID : std::int32_t {
 
 constexpr std::size_t kAPIPartNameUnits = 256;  ///< with the terminator
 
-/// One library part. A search reads the type and the name, a get reads the index; both fill all fields.
+/// No library part of the name and type, or of the index.
+constexpr GSErrCode kAPIErrNoSuchPart = hostError(0x81060201);
+
+/// One library part. A search reads the type and the name, a get reads the index; both fill all fields. After
+/// an error the record is as it was.
 struct API_LibPart {
     API_LibTypeID typeID;
     std::int32_t index;  ///< from 1; the host's number of the part, stable while its library is loaded
-    bool missingDef;     ///< the part is known, its definition is missing
+    bool missingDef;     ///< the part is known, its definition is missing; found when there is no better one
     unsigned short name[kAPIPartNameUnits];  ///< UTF-16 without extension, zero-terminated
     IO::Location* location;  ///< allocated by the host, released by the caller; null when none
 };
@@ -39,5 +43,11 @@ struct API_LibraryInfo {
     IO::Location location;
 };
 
+/// The loaded libraries in the order in which they were loaded (APIEnv_GetLibrariesID).
+using API_LibraryList = std::vector<API_LibraryInfo>;
+
+/// Searches the loaded libraries. Letter case does not count in names. The two flags are false in this suite:
+/// no placeholder is made for a part that is missing, and parts of every kind are found.
 GSErrCode ACAPI_LibPart_Search(API_LibPart* part, bool createIfMissing, bool onlyPlaceable);
+/// The part of the index.
 GSErrCode ACAPI_LibPart_Get(API_LibPart* part);
