@@ -4,6 +4,7 @@
 #include "host/console/Session.h"
 #include "host/console/TextPrinter.h"
 #include "host/console/Texts.h"
+#include "platform/FileSystem.h"
 #include "platform/HttpOptions.h"
 
 #include <unistd.h>
@@ -49,6 +50,9 @@ int runConsole(const ConsoleOptions& options) {
     if (!options.dataDir.empty()) {
         const std::string absolute = std::filesystem::absolute(options.dataDir).string();
         setenv("TESSARO_DATA_DIR", absolute.c_str(), 1);
+    }
+    if (IO::FileSystem::CreateSpecialLocation(IO::FileSystem::SuiteSettingsFolder) != kNoError) {
+        return fail(kExitUnreadable, "the folder of settings and marker files cannot be created");
     }
 
     std::unique_ptr<EventPrinter> printer;

@@ -1,0 +1,114 @@
+// The add-on TessaroLibrary: who it is, its entry points, its menu commands.
+
+#include "addon/TessaroLibrary.h"
+
+#include "addon/EntryPoints.h"
+#include "foundation/KW_String.h"
+#include "language/KW_Dlg_Language.h"
+#include "language/KW_Language.h"
+#include "language/KW_Resource.h"
+#include "settings/AddonIdentity.h"
+
+char sett_ADDON_NAME[] = "TessaroLibrary";
+char sett_ADDON_SETTINGS_FILE_NAME[] = "TessaroLibrary_220";
+bool sett_ADDON_HAS_OWN_LANGUAGE = true;
+char sett_ADDON_SHOWED_LANGUAGES[] = "ita int";
+char sett_ADDON_SUPP_EXTRA_LANGUAGES[] = "";
+bool sett_ADDON_ONLY_PLUS_VERSION = false;
+
+namespace {
+
+constexpr short kMenuResID = 32500;  // of the first language; one menu a language
+constexpr int kMenuPositionCode = 13;
+
+enum MenuItem : short {
+    kItemAbout = 1,
+    kItemLanguage = 2,
+    kItemCheckForUpdates = 3,
+    kItemAutoUpdate = 4,
+    kItemInfo = 5,
+};
+
+void MenuCommandHandler(API_MenuParams const* params, short const& menuResID) {
+    static bool firstTime = false;  // whether a command has been handled since the module was loaded
+    if (params->menuItemRef.menuResID != menuResID) return;
+    ACAPI_KeepInMemory(true);
+    if (!firstTime) KW_Language_Read(true);
+
+    switch (params->menuItemRef.itemIndex) {
+        case kItemLanguage:
+            if (KW_Dlg_Language()) {
+                KW_Language_Read(true);
+                MenuUpdate();
+            }
+            break;
+        default:
+            break;
+    }
+
+    firstTime = true;
+}
+
+template <short languageIndex>
+GSErrCode menuHandler(API_MenuParams const* params) {
+    short const menuResID = kMenuResID + languageIndex;
+    MenuCommandHandler(params, menuResID);
+    return kNoError;
+}
+
+}  // namespace
+
+extern "C" {
+
+GSErrCode MenuCommandHandler_ITA(API_MenuParams const* params) {
+    return menuHandler<0>(params);
+}
+GSErrCode MenuCommandHandler_INT(API_MenuParams const* params) {
+    return menuHandler<1>(params);
+}
+GSErrCode MenuCommandHandler_FRA(API_MenuParams const* params) {
+    return menuHandler<2>(params);
+}
+GSErrCode MenuCommandHandler_GER(API_MenuParams const* params) {
+    return menuHandler<3>(params);
+}
+GSErrCode MenuCommandHandler_ESP(API_MenuParams const* params) {
+    return menuHandler<4>(params);
+}
+GSErrCode MenuCommandHandler_JAP(API_MenuParams const* params) {
+    return menuHandler<5>(params);
+}
+
+int CheckEnvironment(API_EnvirParams* params) {
+    if (params->serverInfo.serverApplication != 1) return kAPIAddonDontRegister;
+    params->addOnInfo.name = GS::UniStringFromUtf8("TessaroLibrary 22.0 (AC220)");
+    params->addOnInfo.description = GS::UniStringFromUtf8("TessaroLibrary");
+    return kAPIAddonNormal;
+}
+
+GSErrCode RegisterInterface() {
+    KW_Language_Read(true);
+    GSErrCode const error =
+        ACAPI_Register_Menu(static_cast<short>(kMenuResID + gKW_Language), 0, kMenuPositionCode, 0);
+    return error != kNoError ? error : ACAPI_Register_BuiltInLibrary();
+}
+
+GSErrCode Initialize() {
+    KW_Language_Read(true);
+    APIMenuCommandProc const handlers[] = {MenuCommandHandler_ITA, MenuCommandHandler_INT,
+                                           MenuCommandHandler_FRA, MenuCommandHandler_GER,
+                                           MenuCommandHandler_ESP, MenuCommandHandler_JAP};
+    GSErrCode combined = kNoError;
+    short menuResID = kMenuResID;
+    for (APIMenuCommandProc const handler : handlers)
+        combined |= ACAPI_Install_MenuHandler(menuResID++, handler);
+    if (combined != kNoError) return combined;
+    MenuUpdate();
+    return kNoError;
+}
+
+GSErrCode FreeData() {
+    return kNoError;
+}
+
+}  // extern "C"

@@ -1,0 +1,111 @@
+#include "language/KW_Dlg_Language.h"
+
+#include "foundation/KW_List.h"
+#include "foundation/KW_String.h"
+#include "language/KW_Language.h"
+#include "language/KW_Resource.h"
+#include "platform/DialogManager.h"
+#include "platform/HostInterface.h"
+#include "settings/AddonIdentity.h"
+
+namespace {
+
+constexpr short kDialog = 32734;
+constexpr short kFirstIcon = 32758;  // of language 0
+
+enum Item : short { kItemOK = 1, kItemCancel = 2, kItemList = 3, kItemPrompt = 6 };
+enum Text : short { kTextCancel = 5, kTextOK = 64, kTextPrompt = 65 };
+
+void setText(short dialogID, short item, short textIndex) {
+    KW_String const text =
+        KW_Resource_GetString(static_cast<short>(KW_Resource_Framework + gKW_Language), textIndex);
+    DGSetItemText(dialogID, item, GS::UniString(text.data, text.length));
+}
+
+bool isOffered(short language) {
+    KW_String const offered(sett_ADDON_SHOWED_LANGUAGES, KW_String::Encoding_System);
+    return offered.length == 0 || offered.IndexOfIgnoreCase(gKW_Languages_Suffixes[language], 0) >= 0;
+}
+
+void initialise(short dialogID, KW_List<short>& langIndexes) {
+    DGSetDialogClientSize(dialogID, 483, 282, 0, true);
+    KW_String const title(sett_ADDON_NAME, KW_String::Encoding_System);
+    DGSetDialogTitle(dialogID, GS::UniString(title.data, title.length));
+    setText(dialogID, kItemOK, kTextOK);
+    setText(dialogID, kItemCancel, kTextCancel);
+    setText(dialogID, kItemPrompt, kTextPrompt);
+
+    DGListSetTabFieldCount(dialogID, kItemList, 1);
+    DGListSetItemHeight(dialogID, kItemList, 30);
+    DGListSetTabFieldData(dialogID, kItemList, 1, 5, 285, 0, 0x1000, false, true);
+    DGListDisableDraw(dialogID, kItemList);
+    DGListDeselectItem(dialogID, kItemList, DG_ALL_ITEMS);
+    DGListDeleteItem(dialogID, kItemList, DG_ALL_ITEMS);
+
+    langIndexes.Reset();
+    short selectedRow = 1;
+    for (short language = 0; language < KW_Language_Count; ++language) {
+        if (!isOffered(language)) continue;
+        langIndexes.AddData(language, -1);
+        short const row = DGListInsertItem(dialogID, kItemList, DG_LIST_BOTTOM);
+        DGListSetTabItemText(dialogID, kItemList, row, 1, GS::UniString());
+        DGListSetTabItemIcon(dialogID, kItemList, row, 1,
+                             DG::Icon(ACAPI_GetOwnResModule(), static_cast<short>(kFirstIcon + language)));
+        if (language == gKW_Language) selectedRow = row;
+    }
+
+    DGListEnableDraw(dialogID, kItemList);
+    DGRedrawItem(dialogID, kItemList);
+    DGListSelectItem(dialogID, kItemList, selectedRow);
+    DGSetFocus(dialogID, DG_NO_ITEM);
+}
+
+// The language of the selected row; `otherwise` when no row is selected.
+short selectedLanguage(short dialogID, KW_List<short> const& langIndexes, short otherwise) {
+    short const row = DGListGetSelected(dialogID, kItemList, 1);
+    return row >= 1 && row <= langIndexes.count ? langIndexes[row - 1] : otherwise;
+}
+
+short KW_Dlg_Language_CallBack(short message, short dialogID, short item, DGUserData userData,
+                               DGMessageData) {
+    static KW_List<short> langIndexes;  // the language of each row
+    if (dialogID != kDialog) return 0;
+    short const languageAtOpening = static_cast<short>(userData);
+
+    switch (message) {
+        case DG_MSG_INIT:
+            initialise(dialogID, langIndexes);
+            return 0;
+        case DG_MSG_CLICK:
+            if (item == kItemCancel) {
+                gKW_Language = languageAtOpening;
+                return kItemCancel;
+            }
+            if (item == kItemOK) {
+                short const chosen = selectedLanguage(dialogID, langIndexes, languageAtOpening);
+                gKW_Language = chosen;
+                if (chosen != languageAtOpening) KW_Language_Write();
+                return kItemOK;
+            }
+            return 0;
+        case DG_MSG_CLOSE:
+            return item;
+        case DG_MSG_CHANGE:
+            if (item == kItemList) {
+                gKW_Language = selectedLanguage(dialogID, langIndexes, gKW_Language);
+                setText(dialogID, kItemCancel, kTextCancel);
+                setText(dialogID, kItemPrompt, kTextPrompt);
+            }
+            return 0;
+        default:
+            return 0;
+    }
+}
+
+}  // namespace
+
+bool KW_Dlg_Language() {
+    RSResModule const module = ACAPI_GetOwnResModule();
+    short const closedBy = DGModalDialog(module, kDialog, module, KW_Dlg_Language_CallBack, gKW_Language);
+    return closedBy == kItemOK;
+}

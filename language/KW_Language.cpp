@@ -1,0 +1,85 @@
+#include "language/KW_Language.h"
+
+#include "settings/AddonIdentity.h"
+#include "settings/KW_AddonSettings.h"
+
+short gKW_Language = KW_Language_International;
+
+KW_String gKW_Languages_Suffixes[KW_Language_Count] = {
+    KW_String("ita", KW_String::Encoding_System), KW_String("int", KW_String::Encoding_System),
+    KW_String("fra", KW_String::Encoding_System), KW_String("ger", KW_String::Encoding_System),
+    KW_String("spa", KW_String::Encoding_System), KW_String("jap", KW_String::Encoding_System),
+    KW_String("rus", KW_String::Encoding_System),
+};
+
+namespace {
+
+constexpr short kFirstExtraLanguage = 5;
+
+KW_String currentKey() {
+    return KW_String("Language_str", KW_String::Encoding_System);
+}
+
+// The form of earlier versions: the index as a number. It is read and never written.
+KW_String olderKey() {
+    return KW_String("Language", KW_String::Encoding_System);
+}
+
+KW_AddonSettings_Type languageSettings() {
+    return sett_ADDON_HAS_OWN_LANGUAGE ? KW_AddonSettings_ThisAddon : KW_AddonSettings_AllAddons;
+}
+
+short languageOfSuffix(KW_String const& suffix) {
+    for (short index = 0; index < KW_Language_Count; ++index) {
+        if (KW_String::CompareIgnoreCase(suffix, 0, gKW_Languages_Suffixes[index], 0, 0) == 0) return index;
+    }
+    return KW_Language_International;
+}
+
+// Russian has no number in the older form.
+short languageOfNumber(KW_String const& text) {
+    if (KW_String::IsNumber(text) == 0) return KW_Language_International;
+    long const number = KW_String::ToLong(text.ToCStr(KW_String::Encoding_System).data);
+    if (number < 0) return KW_Language_International;
+    long const index = number & 0xFFFF;
+    return index <= 5 ? static_cast<short>(index) : KW_Language_International;
+}
+
+}  // namespace
+
+bool KW_Language_Read(bool reload) {
+    if (reload) KW_AddonSettings_Load(KW_AddonSettings_AllAddons, false);
+    gKW_Language = KW_Language_International;
+    KW_String value;
+    if (KW_AddonSettings_Get(languageSettings(), currentKey(), &value, true)) {
+        gKW_Language = languageOfSuffix(value);
+    } else if (KW_AddonSettings_Get(languageSettings(), olderKey(), &value, true)) {
+        gKW_Language = languageOfNumber(value);
+    } else {
+        return false;
+    }
+    KW_Language_CheckSupportedLanguage();
+    return true;
+}
+
+void KW_Language_Write() {
+    if (gKW_Language < 0 || gKW_Language >= KW_Language_Count) gKW_Language = KW_Language_International;
+    KW_AddonSettings_LoadSetSave(languageSettings(), currentKey(), gKW_Languages_Suffixes[gKW_Language],
+                                 true);
+    KW_Language_CheckSupportedLanguage();
+}
+
+void KW_Language_CheckSupportedLanguage() {
+    if (gKW_Language < kFirstExtraLanguage) return;
+    KW_String const supported(sett_ADDON_SUPP_EXTRA_LANGUAGES, KW_String::Encoding_System);
+    bool const known = gKW_Language < KW_Language_Count;
+    if (!known || supported.IndexOfIgnoreCase(gKW_Languages_Suffixes[gKW_Language], 0) < 0) {
+        gKW_Language = KW_Language_International;
+    }
+}
+
+bool KW_Language_Exists() {
+    KW_String* const anyValue = nullptr;
+    return KW_AddonSettings_Get(languageSettings(), currentKey(), anyValue, true) ||
+           KW_AddonSettings_Get(languageSettings(), olderKey(), anyValue, true);
+}
