@@ -48,6 +48,8 @@ RequestFamily* Host::Families::find(GSType code) const {
 Host::Host() {
     sCurrent = this;
     addEnvironmentRequests(std::make_unique<ApplicationRequests>());
+    addEnvironmentRequests(std::make_unique<ProjectRequests>(project_));
+    addEnvironmentRequests(std::make_unique<RenderingRequests>(renderingEngines_));
     addInterfaceRequests(std::make_unique<MenuRequests>());
 }
 

@@ -2,6 +2,8 @@
 
 #include "host/AddOn.h"
 #include "host/HostServices.h"
+#include "host/Project.h"
+#include "host/RenderingEngines.h"
 #include "host/RequestFamily.h"
 
 #include <functional>
@@ -66,13 +68,13 @@ public:
     void addEnvironmentRequests(std::unique_ptr<RequestFamily> family);
     void addInterfaceRequests(std::unique_ptr<RequestFamily> family);
     void setLibraryParts(std::unique_ptr<LibraryParts> parts) { libraryParts_ = std::move(parts); }
-    void setRenderingEngines(std::unique_ptr<RenderingEngines> engines) {
-        renderingEngines_ = std::move(engines);
-    }
     RequestFamily* environmentRequests(GSType code) const;
     RequestFamily* interfaceRequests(GSType code) const;
     LibraryParts* libraryParts() const { return libraryParts_.get(); }
-    RenderingEngines* renderingEngines() const { return renderingEngines_.get(); }
+
+    /// What this host is working on, and with.
+    Project& project() { return project_; }
+    RenderingEngines& renderingEngines() { return renderingEngines_; }
 
     /// The add-on that a call comes from: `client`, or for the null client of a call before the
     /// initialisation the one that is being called. Null when it is neither.
@@ -97,10 +99,11 @@ private:
     std::vector<std::unique_ptr<AddOn>> addOns_;
     std::vector<AddOn*> running_;
     std::function<void()> menuListener_;
+    Project project_;
+    RenderingEngines renderingEngines_;
     Families environment_;
     Families interface_;
     std::unique_ptr<LibraryParts> libraryParts_;
-    std::unique_ptr<RenderingEngines> renderingEngines_;
 };
 
 }  // namespace host

@@ -189,7 +189,7 @@ GSErrCode publishCommand(APIClient client, const API_ModulID* self, GSType comma
 std::int32_t renderingEngineCount(APIClient client) {
     std::int32_t count = 0;
     serve("RenderingEngineCount", client, none, [&](Host& host, AddOn&, CallTrace& trace) {
-        if (host.renderingEngines() != nullptr) count = host.renderingEngines()->count();
+        count = host.renderingEngines().count();
         trace.result("count", count);
         return kNoError;
     });
@@ -200,8 +200,7 @@ GSErrCode renderingEngineID(APIClient client, std::int32_t index, API_ModulID* o
     const auto arguments = [&] { return TraceArguments{{"index", index}}; };
     return serve("RenderingEngineID", client, arguments, [&](Host& host, AddOn&, CallTrace&) {
         if (out == nullptr) return kErrBadParameter;
-        return host.renderingEngines() != nullptr ? host.renderingEngines()->identifier(index, out)
-                                                  : kErrNotSupported;
+        return host.renderingEngines().identifier(index, out);
     });
 }
 
@@ -213,8 +212,7 @@ GSErrCode renderingEngineMenuName(APIClient client, const API_ModulID* engine, G
     };
     return serve("RenderingEngineMenuName", client, arguments, [&](Host& host, AddOn&, CallTrace&) {
         if (engine == nullptr || out == nullptr) return kErrBadParameter;
-        return host.renderingEngines() != nullptr ? host.renderingEngines()->menuName(*engine, out)
-                                                  : kErrNotSupported;
+        return host.renderingEngines().menuName(*engine, out);
     });
 }
 

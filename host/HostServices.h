@@ -12,13 +12,4 @@ public:
     virtual GSErrCode get(API_LibPart* part) = 0;
 };
 
-/// The host's rendering engines, numbered from 1.
-class RenderingEngines {
-public:
-    virtual ~RenderingEngines() = default;
-    virtual std::int32_t count() const = 0;
-    virtual GSErrCode identifier(std::int32_t index, API_ModulID* out) const = 0;
-    virtual GSErrCode menuName(const API_ModulID& engine, GS::UniString* out) const = 0;
-};
-
 }  // namespace host

@@ -49,5 +49,6 @@ void addGeneralCommands(CommandSet& commands);
 void addMenuCommands(CommandSet& commands);
 void addDialogCommands(CommandSet& commands);
 void addAddOnCommands(CommandSet& commands);
+void addProjectCommands(CommandSet& commands);
 
 }  // namespace host

@@ -75,6 +75,17 @@ struct Transfers {
     bool underWay;
 };
 
+struct ProjectShown {
+    bool untitled;
+    std::string path;  ///< of the project file; empty for an untitled project
+};
+
+struct EngineListed {
+    int number;
+    std::string menuName;
+    bool current;
+};
+
 /// What an entry point answered to a call for trial.
 struct EntryPointAnswered {
     std::string entryPoint;
@@ -118,11 +129,12 @@ struct Note {
 
 namespace host {
 
-using Event = std::variant<event::Command, event::Loaded, event::Unloaded, event::AddOnListed,
-                           event::MenuShown, event::DialogShown, event::DialogClosed, event::AlertShown,
-                           event::AlertAnswered, event::ChooserShown, event::ChooserClosed, event::Opened,
-                           event::Transfers, event::EntryPointAnswered, event::Call, event::Help,
-                           event::Refused, event::Problem, event::Diagnostic, event::Note>;
+using Event =
+    std::variant<event::Command, event::Loaded, event::Unloaded, event::AddOnListed, event::MenuShown,
+                 event::DialogShown, event::DialogClosed, event::AlertShown, event::AlertAnswered,
+                 event::ChooserShown, event::ChooserClosed, event::Opened, event::Transfers,
+                 event::ProjectShown, event::EngineListed, event::EntryPointAnswered, event::Call,
+                 event::Help, event::Refused, event::Problem, event::Diagnostic, event::Note>;
 
 class EventPrinter {
 public:

@@ -148,6 +148,12 @@ struct Writer {
     Json operator()(const event::Transfers& it) const {
         return {{"event", "transfer"}, {"underWay", it.underWay}};
     }
+    Json operator()(const event::ProjectShown& it) const {
+        return {{"event", "project"}, {"untitled", it.untitled}, {"file", it.path}};
+    }
+    Json operator()(const event::EngineListed& it) const {
+        return {{"event", "engine"}, {"number", it.number}, {"name", it.menuName}, {"current", it.current}};
+    }
     Json operator()(const event::EntryPointAnswered& it) const {
         return {{"event", "entryPoint"}, {"entryPoint", it.entryPoint}, {"result", it.result}};
     }

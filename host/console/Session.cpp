@@ -24,6 +24,7 @@ Session::Session(Host& host, LineSource& lines, EventPrinter& printer)
     addMenuCommands(commands_);
     addDialogCommands(commands_);
     addAddOnCommands(commands_);
+    addProjectCommands(commands_);
     host_.setMenuListener([this] { menusChanged_ = true; });
     platform::setDiagnosticPrinter([this](const std::string& text) { diagnose(text); });
     platform::setResourceProblemSink(

@@ -147,6 +147,14 @@ public:
         out_ << (it.underWay ? "a transfer is under way\n" : "the transfer has ended\n");
     }
 
+    void operator()(const event::ProjectShown& it) {
+        out_ << "project " << (it.untitled ? "untitled" : inQuotes(it.path)) << '\n';
+    }
+
+    void operator()(const event::EngineListed& it) {
+        out_ << "engine " << it.number << ' ' << inQuotes(it.menuName) << (it.current ? ", current\n" : "\n");
+    }
+
     void operator()(const event::EntryPointAnswered& it) {
         out_ << "  " << it.entryPoint << " answered " << errorText(it.result) << '\n';
     }

@@ -137,7 +137,6 @@ TEST_F(HostFunctionsTest, EverySlotOfTheSuiteIsFilledAndNoOther) {
     EXPECT_EQ(filled, 15U);
     EXPECT_NE(slot<HostFunction::LibPartGet>(HostSlot::LibPartGet), nullptr);
     EXPECT_EQ(slot<HostFunction::LibPartGet>(HostSlot::LibPartGet)(client_, nullptr), host::kErrBadParameter);
-    EXPECT_EQ(slot<HostFunction::RenderingEngineCount>(HostSlot::RenderingEngineCount)(client_), 0);
 }
 
 }  // namespace

@@ -1,0 +1,77 @@
+#include "host/RenderingEngines.h"
+
+#include "host/ErrorCodes.h"
+
+namespace host {
+
+namespace {
+
+constexpr std::uint32_t kHostDeveloper = 0x48535431;
+
+platform::TraceArguments traced(const API_ModulID& engine) {
+    return {{"developer", std::int64_t{engine.developerID}}, {"module", std::int64_t{engine.localID}}};
+}
+
+}  // namespace
+
+RenderingEngines::RenderingEngines() {
+    replace({"Sketch Engine", "Photo Engine", "White Model"});
+}
+
+void RenderingEngines::replace(const std::vector<std::string>& menuNames) {
+    engines_.clear();
+    current_.reset();
+    for (const std::string& name : menuNames)
+        engines_.push_back({{kHostDeveloper, ++lastIdentifier_}, name});
+    setCurrent(1);
+}
+
+bool RenderingEngines::setCurrent(std::int32_t number) {
+    if (number < 1 || number > count()) return false;
+    current_ = number;
+    return true;
+}
+
+std::optional<std::int32_t> RenderingEngines::find(const API_ModulID& identifier) const {
+    for (std::int32_t number = 1; number <= count(); ++number) {
+        if (engine(number).identifier == identifier) return number;
+    }
+    return std::nullopt;
+}
+
+GSErrCode RenderingEngines::identifier(std::int32_t number, API_ModulID* out) const {
+    if (number < 1 || number > count()) return kErrNotFound;
+    *out = engine(number).identifier;
+    return kNoError;
+}
+
+GSErrCode RenderingEngines::menuName(const API_ModulID& wanted, GS::UniString* out) const {
+    const auto number = find(wanted);
+    if (!number) return kErrNotFound;
+    *out = GS::UniStringFromUtf8(engine(*number).menuName);
+    return kNoError;
+}
+
+GSErrCode RenderingRequests::answer(AddOn&, GSType code, void* par1, void*, void*) {
+    if (par1 == nullptr) return kErrBadParameter;
+    if (code == APIEnv_GetRenderingEngineID) {
+        const auto current = engines_.current();
+        return current ? engines_.identifier(*current, static_cast<API_ModulID*>(par1)) : kErrNotFound;
+    }
+    const auto number = engines_.find(*static_cast<const API_ModulID*>(par1));
+    return number && engines_.setCurrent(*number) ? kNoError : kErrNotFound;
+}
+
+platform::TraceArguments RenderingRequests::arguments(GSType code, const void* par1, const void*,
+                                                      const void*) const {
+    if (code != APIEnv_SetRenderingEngineID || par1 == nullptr) return {};
+    return traced(*static_cast<const API_ModulID*>(par1));
+}
+
+platform::TraceArguments RenderingRequests::outputs(GSType code, const void* par1, const void*,
+                                                    const void*) const {
+    if (code != APIEnv_GetRenderingEngineID) return {};
+    return traced(*static_cast<const API_ModulID*>(par1));
+}
+
+}  // namespace host
