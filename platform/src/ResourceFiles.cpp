@@ -1,8 +1,9 @@
 #include "platform/src/ResourceFiles.h"
 
+#include "platform/src/Toml.h"
+#include "platform/src/TomlCheck.h"
 #include "platform/UniString.h"
 
-#include <toml++/toml.h>
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
@@ -29,12 +30,7 @@ public:
             problems_.push_back({path_, 0, "the file cannot be read"});
             return;
         }
-        try {
-            table_ = toml::parse(content, path);
-        } catch (const toml::parse_error& error) {
-            problems_.push_back(
-                {path_, static_cast<int>(error.source().begin.line), std::string(error.description())});
-        }
+        parse(content);
     }
 
     const toml::table& table() const { return table_; }
@@ -102,6 +98,39 @@ public:
     }
 
 private:
+    void parse(const std::string& content) {
+        // The parser itself must not meet such a character.
+        if (const int line = lineOfStrayCharacter(content)) {
+            problems_.push_back({path_, line, "a text stands outside of quotes here"});
+            return;
+        }
+        try {
+            table_ = toml::parse(content, path_);
+        } catch (const toml::parse_error& error) {
+            problem(error.source(), std::string(error.description()));
+        } catch (const ParserFailure&) {
+            problems_.push_back({path_, lineOfFailure(content), "the file is malformed here"});
+        }
+    }
+
+    /// The line up to which the text must go for the parser to fail.
+    static int lineOfFailure(std::string_view content) {
+        std::vector<std::size_t> ends;
+        for (std::size_t i = 0; i < content.size(); ++i) {
+            if (content[i] == '\n') ends.push_back(i + 1);
+        }
+        const auto line = std::partition_point(ends.begin(), ends.end(), [content](std::size_t end) {
+            try {
+                static_cast<void>(toml::parse(content.substr(0, end)));
+            } catch (const toml::parse_error&) {
+            } catch (const ParserFailure&) {
+                return false;
+            }
+            return true;
+        });
+        return static_cast<int>(line - ends.begin()) + 1;
+    }
+
     const std::string& path_;
     ResourceProblems& problems_;
     toml::table table_;
