@@ -99,9 +99,9 @@ public:
 
 private:
     void parse(const std::string& content) {
-        // The parser itself must not meet such a character.
-        if (const int line = lineOfStrayCharacter(content)) {
-            problems_.push_back({path_, line, "a text stands outside of quotes here"});
+        // The parser itself must not meet such a place.
+        if (const int line = lineOfStrayText(content)) {
+            problems_.push_back({path_, line, "text and quotation marks do not match here"});
             return;
         }
         try {

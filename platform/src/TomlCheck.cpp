@@ -10,6 +10,16 @@ namespace {
 
 constexpr std::size_t kEnd = std::string_view::npos;
 
+bool isAscii(char c) {
+    return static_cast<unsigned char>(c) < 0x80;
+}
+
+/// Of a key without quotes, a number, a date or a truth value.
+bool isBareCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+           c == '-' || c == '+';
+}
+
 /// Where the string that begins at `start` with `quote` ends: behind its closing quotes; kEnd when it has
 /// none.
 std::size_t endOfString(std::string_view toml, std::size_t start) {
@@ -37,20 +47,23 @@ std::size_t endOfString(std::string_view toml, std::size_t start) {
 
 }  // namespace
 
-int lineOfStrayCharacter(std::string_view toml) {
+int lineOfStrayText(std::string_view toml) {
+    const auto lineAt = [toml](std::size_t at) {
+        return static_cast<int>(std::count(toml.begin(), toml.begin() + static_cast<long>(at), '\n')) + 1;
+    };
     std::size_t at = toml.substr(0, 3) == "\xEF\xBB\xBF" ? 3 : 0;
+    char before = '\n';
     while (at < toml.size()) {
-        if (static_cast<unsigned char>(toml[at]) >= 0x80) {
-            const auto before = toml.substr(0, at);
-            return static_cast<int>(std::count(before.begin(), before.end(), '\n')) + 1;
-        }
-        if (toml[at] == '#') {
-            at = toml.find('\n', at);
-        } else if (toml[at] == '"' || toml[at] == '\'') {
-            at = endOfString(toml, at);
-        } else {
-            ++at;
-        }
+        const char here = toml[at];
+        const bool isQuote = here == '"' || here == '\'';
+        if (!isAscii(here) || (isQuote && isBareCharacter(before))) return lineAt(at);
+        std::size_t next = at + 1;
+        if (here == '#') next = std::min(toml.find('\n', at), toml.size());
+        if (isQuote) next = endOfString(toml, at);
+        const std::string_view passed = toml.substr(at, next - at);
+        if (before == '.' && !std::all_of(passed.begin(), passed.end(), isAscii)) return lineAt(at);
+        before = here;
+        at = next;
     }
     return 0;
 }
