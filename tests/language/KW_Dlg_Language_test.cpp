@@ -1,0 +1,160 @@
+#include "language/KW_Dlg_Language.h"
+
+#include "language/KW_Language.h"
+#include "platform/DialogManager.h"
+#include "platform/UniString.h"
+#include "tests/language/LanguageFixture.h"
+#include "tests/support/RecordingHost.h"
+#include "tests/support/ScriptedPresenter.h"
+
+#include <gmock/gmock.h>
+#include <vector>
+
+namespace {
+
+using platform::DialogControl;
+using platform::DialogState;
+using platform::UserAction;
+using testing::ElementsAre;
+
+constexpr short kDialog = 32734;
+
+class KW_Dlg_Language_Test : public LanguageFixture {
+protected:
+    static const DialogState& dialog() { return *DialogControl::instance().find(kDialog); }
+    static std::string text(short item) { return GS::UniStringToUtf8(dialog().find(item)->text); }
+    static const platform::ListState& list() { return dialog().find(3)->list; }
+    static short selectedRow() { return DGListGetSelected(kDialog, 3, 1); }
+    static std::vector<short> icons() {
+        std::vector<short> icons;
+        for (const platform::ListRow& row : list().rows)
+            icons.push_back(row.cells.at(0).icon.resID());
+        return icons;
+    }
+    static UserAction ok() { return UserAction::click(kDialog, 1); }
+    static UserAction cancel() { return UserAction::click(kDialog, 2); }
+    static UserAction row(short number) { return UserAction::selectRow(kDialog, 3, number); }
+    /// The row of international.
+    static constexpr short kSecondRow = 2;
+
+    support::RecordingHost host_;
+    ScriptedPresenter user_;
+};
+
+TEST_F(KW_Dlg_Language_Test, TheDialogOpensFilled) {
+    user_
+        .thenLook([] {
+            EXPECT_EQ(dialog().width, 483);
+            EXPECT_EQ(dialog().height, 282);
+            EXPECT_EQ(dialog().title, GS::UniStringFromUtf8("TestAddon"));
+            EXPECT_EQ(dialog().focus, DG_NO_ITEM);
+            EXPECT_EQ(text(1), "OK");
+            EXPECT_EQ(text(2), "Cancel");
+            EXPECT_EQ(text(6), "Choose");
+            EXPECT_EQ(list().rowHeight, 30);
+            ASSERT_EQ(list().fields.size(), 1u);
+            const platform::ListField& field = list().fields[0];
+            EXPECT_EQ(field.begin, 5);
+            EXPECT_EQ(field.end, 285);
+            EXPECT_EQ(field.justification, 0);
+            EXPECT_EQ(field.truncationFlags, 0x1000);
+            EXPECT_FALSE(field.separator);
+            EXPECT_TRUE(field.last);
+            EXPECT_TRUE(list().drawing);
+            if (kSharesLanguage) {
+                EXPECT_THAT(icons(), ElementsAre(32758, 32759, 32760, 32761, 32762, 32763, 32764));
+            } else {
+                EXPECT_THAT(icons(), ElementsAre(32758, 32759));
+            }
+            for (const platform::ListRow& row : list().rows)
+                EXPECT_TRUE(row.cells.at(0).text.IsEmpty());
+            EXPECT_EQ(selectedRow(), kSecondRow);
+        })
+        .then(cancel());
+    EXPECT_FALSE(KW_Dlg_Language());
+}
+
+TEST_F(KW_Dlg_Language_Test, ASelectedRowShowsItsLanguageAtOnceAndCancelTakesItBack) {
+    user_.then(row(1))
+        .thenLook([] {
+            EXPECT_EQ(gKW_Language, 0);
+            EXPECT_EQ(text(1), "OK");
+            EXPECT_EQ(text(2), "Annulla");
+            EXPECT_EQ(text(6), "Scegliere");
+        })
+        .then(cancel());
+    EXPECT_FALSE(KW_Dlg_Language());
+    EXPECT_EQ(gKW_Language, 1);
+    EXPECT_EQ(folder_.count(), 0);
+}
+
+TEST_F(KW_Dlg_Language_Test, TheCloseBoxCancels) {
+    user_.then(row(1)).then(UserAction::close(kDialog));
+    EXPECT_FALSE(KW_Dlg_Language());
+    EXPECT_EQ(gKW_Language, 1);
+    EXPECT_EQ(folder_.count(), 0);
+}
+
+TEST_F(KW_Dlg_Language_Test, OkStoresAnotherLanguage) {
+    user_.then(row(1)).then(ok());
+    EXPECT_TRUE(KW_Dlg_Language());
+    EXPECT_EQ(gKW_Language, 0);
+    EXPECT_EQ(settings(languageFile()), "$Language_str: ita\n");
+}
+
+TEST_F(KW_Dlg_Language_Test, OkWithTheLanguageThatWasCurrentWritesNothing) {
+    user_.then(ok());
+    EXPECT_TRUE(KW_Dlg_Language());
+    user_.then(row(1)).then(row(2)).then(ok());
+    EXPECT_TRUE(KW_Dlg_Language());
+    EXPECT_EQ(gKW_Language, 1);
+    EXPECT_EQ(folder_.count(), 0);
+}
+
+TEST_F(KW_Dlg_Language_Test, TheRowsAreRightAtEachOpening) {
+    user_.then(row(1)).then(ok());
+    EXPECT_TRUE(KW_Dlg_Language());
+    user_.thenLook([] { EXPECT_EQ(selectedRow(), 1); }).then(row(2)).then(ok());
+    EXPECT_TRUE(KW_Dlg_Language());
+    EXPECT_EQ(settings(languageFile()), "$Language_str: int\n");
+}
+
+#ifdef TEST_ADDON_SHARES_LANGUAGE
+
+TEST_F(KW_Dlg_Language_Test, AnExtraLanguageCanBeChosenWhereItIsSupported) {
+    user_.then(row(7)).then(ok());
+    EXPECT_TRUE(KW_Dlg_Language());
+    EXPECT_EQ(gKW_Language, 6);
+    EXPECT_EQ(settings(languageFile()), "$Language_str: rus\n");
+}
+
+#else
+
+TEST_F(KW_Dlg_Language_Test, ALanguageThatIsNotOfferedSelectsTheFirstRow) {
+    gKW_Language = 2;
+    user_.thenLook([] { EXPECT_EQ(selectedRow(), 1); }).then(cancel());
+    EXPECT_FALSE(KW_Dlg_Language());
+    EXPECT_EQ(gKW_Language, 2);
+    user_.then(ok());
+    EXPECT_TRUE(KW_Dlg_Language());
+    EXPECT_EQ(gKW_Language, 0);
+    EXPECT_EQ(settings(languageFile()), "$Language_str: ita\n");
+}
+
+#endif
+
+TEST_F(KW_Dlg_Language_Test, WithoutASelectedRowNothingChanges) {
+    user_.then(row(1)).thenLook([] { DGListDeselectItem(kDialog, 3, DG_ALL_ITEMS); }).then(ok());
+    EXPECT_TRUE(KW_Dlg_Language());
+    EXPECT_EQ(gKW_Language, 1);
+    EXPECT_EQ(folder_.count(), 0);
+}
+
+TEST_F(KW_Dlg_Language_Test, ADoubleClickOnARowOnlySelectsIt) {
+    user_.then(UserAction::doubleClick(kDialog, 3, 1))
+        .thenLook([] { EXPECT_EQ(gKW_Language, 0); })
+        .then(cancel());
+    EXPECT_FALSE(KW_Dlg_Language());
+}
+
+}  // namespace

@@ -1,0 +1,128 @@
+#include "language/KW_Language.h"
+
+#include "tests/language/LanguageFixture.h"
+
+#include <vector>
+
+namespace {
+
+class KW_Language_Test : public LanguageFixture {};
+
+TEST_F(KW_Language_Test, TheStoredLanguageBecomesCurrent) {
+    struct Case {
+        const char* entries;
+        bool found;
+        short own;     // index in the add-on without extra languages
+        short shared;  // index in the one that supports Japanese and Russian
+    };
+    for (const Case& each : std::vector<Case>{
+             {"", false, 1, 1},
+             {"$language_str: fra\n", false, 1, 1},
+             {"$Language_str: ita\n", true, 0, 0},
+             {"$Language_str: int\n", true, 1, 1},
+             {"$Language_str: FRA\n", true, 2, 2},
+             {"$Language_str: ger\n", true, 3, 3},
+             {"$Language_str: Spa\n", true, 4, 4},
+             {"$Language_str: jap\n", true, 1, 5},
+             {"$Language_str: rus\n", true, 1, 6},
+             {"$Language_str: xyz\n", true, 1, 1},
+             {"$Language_str: fr\n", true, 1, 1},
+             {"$Language_str: fra \n", true, 1, 1},
+             {"$Language_str: \n", true, 1, 1},
+             // The older form.
+             {"$Language: 0\n", true, 0, 0},
+             {"$Language: 3\n", true, 3, 3},
+             {"$Language: 5\n", true, 1, 5},
+             {"$Language: 6\n", true, 1, 1},
+             {"$Language: 7\n", true, 1, 1},
+             {"$Language: abc\n", true, 1, 1},
+             {"$Language: 3x\n", true, 1, 1},
+             {"$Language: \n", true, 1, 1},
+             {"$Language:  + 2\n", true, 2, 2},
+             {"$Language: 3.9\n", true, 3, 3},
+             {"$Language: 65536\n", true, 0, 0},  // the low 16 bits count
+             {"$Language: 65539\n", true, 3, 3},
+             {"$Language: 65535\n", true, 1, 1},
+             {"$Language: 4294967300\n", true, 4, 4},
+             {"$Language: 32768\n", true, 1, 1},
+             {"$Language: -1\n", true, 1, 1},
+             {"$Language: -65534\n", true, 1, 1},
+             // The present form decides, also when it says nothing known.
+             {"$Language: 3\n$Language_str: fra\n", true, 2, 2},
+             {"$Language: 3\n$Language_str: xyz\n", true, 1, 1},
+         }) {
+        writeSettings(languageFile(), each.entries);
+        reloadSettings();
+        gKW_Language = 4;
+        EXPECT_EQ(KW_Language_Read(true), each.found) << each.entries;
+        EXPECT_EQ(gKW_Language, kSharesLanguage ? each.shared : each.own) << each.entries;
+        EXPECT_EQ(KW_Language_Exists(), each.found) << each.entries;
+    }
+}
+
+TEST_F(KW_Language_Test, AskingWhetherALanguageIsStoredChangesNothing) {
+    writeSettings(languageFile(), "$Language_str: fra\n");
+    reloadSettings();
+    gKW_Language = 3;
+    EXPECT_TRUE(KW_Language_Exists());
+    EXPECT_EQ(gKW_Language, 3);
+}
+
+TEST_F(KW_Language_Test, OnlyTheAddOnsChoiceOfSettingsCounts) {
+    const char* const other = kSharesLanguage ? "TestAddon_220.cfg" : "TessaroPlugins.cfg";
+    writeSettings(other, "$Language_str: fra\n$Language: 3\n");
+    reloadSettings();
+    EXPECT_FALSE(KW_Language_Read(true));
+    EXPECT_FALSE(KW_Language_Exists());
+    EXPECT_EQ(gKW_Language, 1);
+    gKW_Language = 4;
+    KW_Language_Write();
+    EXPECT_EQ(settings(other), "$Language_str: fra\n$Language: 3\n");
+    EXPECT_EQ(settings(languageFile()), "$Language_str: spa\n");
+}
+
+TEST_F(KW_Language_Test, ReloadingReadsTheSharedSettingsAnewAndOnlyThose) {
+    writeSettings(languageFile(), "$Language_str: fra\n");
+    EXPECT_FALSE(KW_Language_Read(false));
+    EXPECT_EQ(KW_Language_Read(true), kSharesLanguage);
+    EXPECT_EQ(gKW_Language, kSharesLanguage ? 2 : 1);
+}
+
+TEST_F(KW_Language_Test, ADamagedSettingsFileCountsAsNoLanguage) {
+    writeSettings(languageFile(), "#Language_str: fra\n");
+    reloadSettings();
+    EXPECT_FALSE(KW_Language_Read(true));
+    EXPECT_EQ(gKW_Language, 1);
+}
+
+TEST_F(KW_Language_Test, WritingStoresTheSuffixAndKeepsWhatElseIsThere) {
+    writeSettings(languageFile(), "$Language: 2\n$Language_str: ita\n$Other: x\n");
+    reloadSettings();
+    gKW_Language = 3;
+    KW_Language_Write();
+    EXPECT_EQ(settings(languageFile()), "$Language: 2\n$Language_str: ger\n$Other: x\n");
+    EXPECT_EQ(gKW_Language, 3);
+}
+
+TEST_F(KW_Language_Test, WritingAnIndexOutsideTheTableOrNotSupported) {
+    struct Case {
+        short index;
+        const char* stored;
+        short own;
+        short shared;
+    };
+    for (const Case& each : std::vector<Case>{
+             {5, "$Language_str: jap\n", 1, 5},
+             {6, "$Language_str: rus\n", 1, 6},
+             {7, "$Language_str: int\n", 1, 1},
+             {-1, "$Language_str: int\n", 1, 1},
+             {-32768, "$Language_str: int\n", 1, 1},
+         }) {
+        gKW_Language = each.index;
+        KW_Language_Write();
+        EXPECT_EQ(settings(languageFile()), each.stored) << each.index;
+        EXPECT_EQ(gKW_Language, kSharesLanguage ? each.shared : each.own) << each.index;
+    }
+}
+
+}  // namespace
