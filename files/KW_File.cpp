@@ -143,7 +143,7 @@ int KW_File::ReadBinBounded(KW_Location const& location, char* buffer, unsigned 
     *size = 0;
     IO::File source(location, IO::File::Fail);
     if (exists != nullptr) *exists = source.GetStatus() == kNoError;
-    if (source.GetStatus() != kNoError) return kSuccess;
+    if (source.GetStatus() == IO::kErrNotFound) return kSuccess;
     const GSErrCode error = source.Open(IO::File::ReadMode, IO::ReportAccessDenied);
     if (error != kNoError) return codeOf(error);
     std::uint64_t length = 0;

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -261,11 +262,11 @@ TEST_F(SavesByOthers, AKillAtAnyMomentLeavesTheOldFileOrTheNewOne) {
     std::mt19937 random(500);
     const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     int kills = 0;
-    while ((saves() < 500 || kills < 50) && std::chrono::steady_clock::now() < giveUp) {
+    while ((saves() < 500 || kills < 20) && std::chrono::steady_clock::now() < giveUp) {
         const pid_t child = startSaving({&large_, &small_});
         for (const int before = saves(); saves() == before && std::chrono::steady_clock::now() < giveUp;)
             usleep(50);
-        usleep(static_cast<useconds_t>(random() % 10000));
+        usleep(static_cast<useconds_t>(random() % 60000));
         ASSERT_EQ(kill(child, SIGKILL), 0);
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
@@ -276,6 +277,37 @@ TEST_F(SavesByOthers, AKillAtAnyMomentLeavesTheOldFileOrTheNewOne) {
     EXPECT_GE(saves(), 500);
     EXPECT_TRUE(KW_SettingsFile_Write(location(), small_));
     EXPECT_EQ(temp_.count(), 1) << "a killed save left something behind";
+}
+
+/// Saves once, stopping at every system call; the parent lets it make `stops` of them and kills it. False
+/// when the save was over before.
+bool saveUntilStop(const KW_Location& location, const KW_List<KW_Setting>& list, int stops) {
+    const pid_t child = fork();
+    if (child == 0) {
+        ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
+        raise(SIGSTOP);
+        _exit(KW_SettingsFile_Write(location, list) ? 0 : 1);
+    }
+    int status = 0;
+    for (int stop = 0; waitpid(child, &status, 0) == child && WIFSTOPPED(status); ++stop) {
+        if (stop == stops) kill(child, SIGKILL);
+        ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+    }
+    EXPECT_TRUE(WIFSIGNALED(status) || WEXITSTATUS(status) == 0) << "a save failed";
+    return WIFSIGNALED(status);
+}
+
+TEST_F(SavesByOthers, AKillBeforeOrAfterEachSystemCallLeavesTheOldFileOrTheNewOne) {
+    int stops = 1;
+    bool newFile = false;
+    for (; saveUntilStop(location(), large_, stops); ++stops) {
+        ASSERT_NO_FATAL_FAILURE(expectWhole());
+        if (temp_.read("f.cfg").size() > 1000) newFile = true;
+        ASSERT_TRUE(KW_SettingsFile_Write(location(), small_));
+        ASSERT_EQ(temp_.count(), 1) << "a killed save left something behind";
+    }
+    EXPECT_GT(stops, 10);
+    EXPECT_TRUE(newFile);
 }
 
 TEST_F(SavesByOthers, TwoHostsThatSaveAtTheSameTimeKeepTheFileWhole) {
