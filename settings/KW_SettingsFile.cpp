@@ -1,22 +1,21 @@
 #include "settings/KW_SettingsFile.h"
 
 #include "files/KW_File.h"
+#include "platform/StringServices.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
 constexpr auto kEncoding = KW_String::Encoding_System;
 
-// Everything is done with before the next call: one buffer serves all.
+// Everything is done with before the next call: one buffer of each kind serves all.
 char sWorkBuffer[kKW_SettingsFile_MaxImageSize];
-
-void setText(KW_String& text, std::string_view bytes) {
-    // A count of 0 would mean "up to the terminator".
-    text.Set(bytes.empty() ? "" : bytes.data(), static_cast<unsigned int>(bytes.size()), kEncoding);
-}
+unsigned short sUnits[kKW_SettingsFile_MaxImageSize];
 
 /// Finds bytes from ever later starts; looks at each byte once.
 class ForwardFinder {
@@ -39,36 +38,43 @@ private:
     std::size_t found_ = 0;
 };
 
+/// Takes the entries one by one. The structure is read from the bytes, where finding is fast, the texts come
+/// from the decoded whole: in an 8-bit encoding unit i is byte i.
 class Parser {
 public:
-    explicit Parser(std::string_view text) : text_(text), lineFeeds_(text, '\n'), returns_(text, '\r') {}
+    Parser(std::string_view bytes, unsigned short const* units)
+        : bytes_(bytes), units_(units), lineFeeds_(bytes, '\n'), returns_(bytes, '\r') {}
 
-    bool atEnd() const { return position_ >= text_.size(); }
+    bool atEnd() const { return position_ >= bytes_.size(); }
 
     enum class Entry { Complete, CutShort, Fault };
 
     /// The next entry; with CutShort there is no other. `entry` is written only for a complete one.
     Entry next(KW_Setting& entry) {
-        if (text_[position_] != '$') return Entry::Fault;
+        if (bytes_[position_] != '$') return Entry::Fault;
         const std::size_t keyStart = position_ + 1;
-        const std::size_t colon = text_.find(':', keyStart);
+        const std::size_t colon = bytes_.find(':', keyStart);
         if (colon == std::string_view::npos || colon == keyStart) return Entry::Fault;
 
         continued_.clear();
         std::size_t pieceStart = colon + 2;  // whatever stands behind the ":", it is a blank
         for (;;) {
             const std::size_t lineBreak = std::min(lineFeeds_.next(pieceStart), returns_.next(pieceStart));
-            if (lineBreak >= text_.size()) return Entry::CutShort;
-            const bool both = text_[lineBreak] == '\r' && text_.substr(lineBreak + 1).starts_with('\n');
+            if (lineBreak >= bytes_.size()) return Entry::CutShort;
+            const bool both = bytes_[lineBreak] == '\r' && bytes_.substr(lineBreak + 1).starts_with('\n');
             const std::size_t next = lineBreak + (both ? 2 : 1);
 
-            if (next < text_.size() && text_[next] == '#') {
-                continued_.append(text_, pieceStart, next - pieceStart);
+            if (next < bytes_.size() && bytes_[next] == '#') {
+                appendPiece(pieceStart, next);
                 pieceStart = next + 1;
-            } else if (next >= text_.size() || text_[next] == '$') {
-                setText(entry.key, text_.substr(keyStart, colon - keyStart));
-                const std::string_view lastPiece = text_.substr(pieceStart, lineBreak - pieceStart);
-                setText(entry.value, continued_.empty() ? lastPiece : continued_.append(lastPiece));
+            } else if (next >= bytes_.size() || bytes_[next] == '$') {
+                take(entry.key, keyStart, colon);
+                if (continued_.empty()) {
+                    take(entry.value, pieceStart, lineBreak);
+                } else {
+                    appendPiece(pieceStart, lineBreak);
+                    entry.value.THIS_Append(continued_.data(), static_cast<unsigned int>(continued_.size()));
+                }
                 position_ = next;
                 return Entry::Complete;
             } else {
@@ -78,46 +84,72 @@ public:
     }
 
 private:
-    std::string_view text_;
+    void take(KW_String& target, std::size_t from, std::size_t to) const {
+        const auto count = static_cast<unsigned int>(to - from);
+        target.THIS_Alloc(count + 1, false);
+        target.THIS_Append(units_ + from, count);
+        target.data[count] = 0;
+    }
+
+    void appendPiece(std::size_t from, std::size_t to) {
+        continued_.insert(continued_.end(), units_ + from, units_ + to);
+    }
+
+    std::string_view bytes_;
+    unsigned short const* units_;
     ForwardFinder lineFeeds_;
     ForwardFinder returns_;
     std::size_t position_ = 0;
-    std::string continued_;  // pieces of the value so far
+    std::vector<unsigned short> continued_;  // pieces of the value so far
 };
 
-/// Encoded text up to the terminator.
-std::string_view encoded(KW_String const& text, KW_CString& storage) {
-    text.ToCStr(storage, kEncoding);
-    return storage.data != nullptr ? std::string_view(storage.data, storage.size - 1) : std::string_view();
-}
+/// Builds a file image in the work buffer. The operations answer false when it would become too large.
+class Image {
+public:
+    unsigned long size() const { return size_; }
 
-void appendValue(std::string& image, std::string_view value) {
-    while (!value.empty()) {
-        std::size_t end = value.find_first_of("\r\n");
-        if (end == std::string_view::npos) {
-            image += value;
-            return;
+    bool putByte(char byte) {
+        if (size_ == kKW_SettingsFile_MaxImageSize) return false;
+        sWorkBuffer[size_++] = byte;
+        return true;
+    }
+
+    bool putText(KW_String const& text) {
+        const StringServices::Encoded encoded = StringServices::encode(
+            GetApplicationTextEncoding(), reinterpret_cast<char const*>(text.data), text.length, '?',
+            sWorkBuffer + size_, static_cast<long>(kKW_SettingsFile_MaxImageSize - size_));
+        size_ += static_cast<unsigned long>(encoded.bytes);
+        return encoded.units == static_cast<long>(text.length);
+    }
+
+    bool putValue(KW_String const& value) {
+        const unsigned long start = size_;
+        if (!putText(value)) return false;
+        const std::string_view plain(sWorkBuffer + start, size_ - start);
+        const bool oneLine =
+            plain.find('\n') == std::string_view::npos && plain.find('\r') == std::string_view::npos;
+        return oneLine || putLines(std::string(plain), start);
+    }
+
+    bool putEntry(KW_Setting const& entry) {
+        return putByte('$') && putText(entry.key) && putByte(':') && putByte(' ') && putValue(entry.value) &&
+               putByte('\n');
+    }
+
+private:
+    /// Puts the value at `start` with "#" behind each line break.
+    bool putLines(std::string const& value, unsigned long start) {
+        size_ = start;
+        for (std::size_t i = 0; i < value.size(); ++i) {
+            const bool firstOfTwo = value[i] == '\r' && i + 1 < value.size() && value[i + 1] == '\n';
+            const bool endsLine = value[i] == '\n' || (value[i] == '\r' && !firstOfTwo);
+            if (!putByte(value[i]) || (endsLine && !putByte('#'))) return false;
         }
-        end += value.substr(end).starts_with("\r\n") ? 2 : 1;
-        image += value.substr(0, end);
-        image += '#';
-        value.remove_prefix(end);
+        return true;
     }
-}
 
-/// False when the image would be too large.
-bool buildImage(KW_List<KW_Setting> const& list, std::string& image) {
-    KW_CString bytes;
-    for (long i = 0; i < list.count; ++i) {
-        image += '$';
-        image += encoded(list[i].key, bytes);
-        image += ": ";
-        appendValue(image, encoded(list[i].value, bytes));
-        image += '\n';
-        if (image.size() > kKW_SettingsFile_MaxImageSize) return false;
-    }
-    return true;
-}
+    unsigned long size_ = 0;
+};
 
 /// The file's bytes with their halves in order, in the work buffer. False when it is too large or cannot be
 /// read.
@@ -141,20 +173,22 @@ void KW_SettingsFile_ExchangeHalves(char* bytes, unsigned long size) {
 }
 
 bool KW_SettingsFile_Parse(char const* bytes, unsigned long size, KW_List<KW_Setting>& list) {
-    const std::string_view text(bytes, size);
-    // Room for all entries at once; every one has its "$".
-    const long before = list.count;
-    const long most = before + std::count(text.begin(), text.end(), '$');
-    list.SetSize(most, true);
-    if (list.count != most) return false;
+    if (size == 0) return true;
+    if (size > kKW_SettingsFile_MaxImageSize) return false;
+    const long decoded = KW_String::ConvertChangeEncoding(
+        kEncoding, bytes, static_cast<long>(size), KW_String::Encoding_UTF16LE,
+        reinterpret_cast<char*>(sUnits), sizeof sUnits, false, true);
+    if (decoded != static_cast<long>(size * sizeof(sUnits[0]))) return false;
 
-    Parser parser(text);
-    long count = before;
+    Parser parser(std::string_view(bytes, size), sUnits);
+    long count = list.count;
     auto found = Parser::Entry::Complete;
     while (found == Parser::Entry::Complete && !parser.atEnd()) {
-        if (count == most) {  // no "$" is left
-            found = Parser::Entry::Fault;
-            break;
+        if (count == list.count) {
+            constexpr long kFirstRoom = 64;
+            const long room = std::max(kFirstRoom, count * 2);
+            list.SetSize(room, true);
+            if (list.count != room) return false;
         }
         found = parser.next(list[count]);
         if (found == Parser::Entry::Complete) ++count;
@@ -172,10 +206,12 @@ KW_SettingsFile_Result KW_SettingsFile_Read(KW_Location const& location, KW_List
 }
 
 bool KW_SettingsFile_Write(KW_Location const& location, KW_List<KW_Setting> const& list) {
-    std::string image;
-    if (!buildImage(list, image)) return false;
-    KW_SettingsFile_ExchangeHalves(image.data(), image.size());
-    return KW_File::WriteBin(location, image.data(), static_cast<long>(image.size()), false, true) == 0;
+    Image image;
+    for (long i = 0; i < list.count; ++i) {
+        if (!image.putEntry(list[i])) return false;
+    }
+    KW_SettingsFile_ExchangeHalves(sWorkBuffer, image.size());
+    return KW_File::WriteBin(location, sWorkBuffer, static_cast<long>(image.size()), false, true) == 0;
 }
 
 bool KW_SettingsFile_KeepDamaged(KW_Location const& location) {

@@ -179,6 +179,7 @@ TEST_F(SettingsFile, WhatIsWrittenIsReadBack) {
         {{{"k", "x\n\ny"}}, "$k: x\n#\n#y\n"},
         {{{"A", "1"}, {"A", "2"}, {"a", ""}}, "$A: 1\n$A: 2\n$a: \n"},
         {{{"k", "a\r\nb\r\rc\n\r"}}, "$k: a\r\n#b\r#\r#c\n#\r#\n"},
+        {{{"k", "z\0ro"s}}, "$k: z\0ro\n"s},
         {{{"k\x8E", "\xA5\xFF#$:"}}, "$k\x8E: \xA5\xFF#$:\n"},
     };
     for (const auto& [pairs, bytes] : cases) {
@@ -204,6 +205,9 @@ TEST_F(SettingsFile, SizesUpToTheLimitsAreReadAndWrittenAndNoByteMore) {
         EXPECT_EQ(KW_SettingsFile_Write(location(), listOf({{"k", std::string(size - around, 'v')}})), fits);
         EXPECT_EQ(temp_.read("f.cfg").size(), fits ? size : 3u);
     }
+    EXPECT_TRUE(KW_SettingsFile_Write(location(), listOf({{"k", std::string(49997, '\n')}})));
+    EXPECT_EQ(temp_.read("f.cfg").size(), 99999u);
+    EXPECT_FALSE(KW_SettingsFile_Write(location(), listOf({{"k", std::string(49998, '\n')}})));
 }
 
 /// Saves `lists` in turn until it is killed, counting in `saves`.
