@@ -2,6 +2,7 @@
 
 #include "addon/TessaroLibrary.h"
 
+#include "addon/CDlgAbout.h"
 #include "addon/EntryPoints.h"
 #include "foundation/KW_String.h"
 #include "language/KW_Dlg_Language.h"
@@ -36,6 +37,11 @@ void MenuCommandHandler(API_MenuParams const* params, short const& menuResID) {
     if (!firstTime) KW_Language_Read(true);
 
     switch (params->menuItemRef.itemIndex) {
+        case kItemAbout: {
+            CDlgAbout about;
+            about.ShowDialog();
+            break;
+        }
         case kItemLanguage:
             if (KW_Dlg_Language()) {
                 KW_Language_Read(true);

@@ -1,0 +1,39 @@
+#include "addon/DialogTexts.h"
+
+#include "language/KW_Language.h"
+#include "language/KW_Resource.h"
+#include "platform/DialogManager.h"
+
+namespace {
+
+constexpr short kAddonStrings = 32530;
+
+KW_String localisedText(short base, long index) {
+    return KW_Resource_GetString(static_cast<short>(base + gKW_Language), index);
+}
+
+GS::UniString hostText(KW_String const& text) {
+    return GS::UniString(text.data, text.length);
+}
+
+}  // namespace
+
+KW_String AddonText(long index) {
+    return localisedText(kAddonStrings, index);
+}
+
+KW_String FrameworkText(long index) {
+    return localisedText(KW_Resource_Framework, index);
+}
+
+KW_String SystemText(char const* text) {
+    return KW_String(text, KW_String::Encoding_System);
+}
+
+void SetDialogTitle(short dialogID, KW_String const& title) {
+    DGSetDialogTitle(dialogID, hostText(title));
+}
+
+void SetDialogItemText(short dialogID, short item, KW_String const& text) {
+    DGSetItemText(dialogID, item, hostText(text));
+}

@@ -1,0 +1,125 @@
+#include "addon/CDlgAbout.h"
+
+#include "files/KW_Location.h"
+#include "language/KW_Language.h"
+#include "platform/Launching.h"
+#include "tests/support/ScriptedPresenter.h"
+
+#include <gmock/gmock.h>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using platform::DialogControl;
+using platform::UserAction;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr short kDialog = 32500;
+
+/// The folder in which the module of this program lies, with documents of the test's own. Documents that are
+/// opened are noted instead.
+class CDlgAboutTest : public testing::Test {
+protected:
+    CDlgAboutTest() {
+        const KW_Location folder = KW_Location::AddOnLocation(true);
+        folder_ = folder.ToCStr(KW_String::Encoding_UTF8).data;
+        std::filesystem::remove(document(1));
+        std::filesystem::remove(document(2));
+        platform::setLaunchHandler([this](const platform::LaunchRequest& request) {
+            opened_.push_back(request.target);
+            return 0;
+        });
+    }
+    ~CDlgAboutTest() override {
+        platform::setLaunchHandler({});
+        gKW_Language = KW_Language_International;
+        std::filesystem::remove(document(1));
+        std::filesystem::remove(document(2));
+    }
+
+    std::string document(int part) const {
+        return folder_ + "/0" + std::to_string(part) + " - Libreria Tessaro.pdf";
+    }
+    void create(int part) const { std::ofstream(document(part)) << "%PDF"; }
+    static std::string itemText(short item) {
+        return GS::UniStringToUtf8(DialogControl::instance().find(kDialog)->find(item)->text);
+    }
+
+    std::string folder_;
+    std::vector<std::string> opened_;
+    ScriptedPresenter user_;
+};
+
+TEST_F(CDlgAboutTest, OKEndsTheDialogWithTrueAndTheCloseBoxWithFalse) {
+    CDlgAbout dialog;
+    user_.thenLook([&] { EXPECT_EQ(dialog.dialogID, kDialog); }).then(UserAction::click(kDialog, 1));
+    EXPECT_TRUE(dialog.ShowDialog());
+    EXPECT_EQ(dialog.dialogID, 0);
+    user_.then(UserAction::close());
+    EXPECT_FALSE(dialog.ShowDialog());
+    EXPECT_EQ(dialog.dialogID, 0);
+}
+
+TEST_F(CDlgAboutTest, ShowsTheDescriptionInTheCurrentLanguageWithoutCancel) {
+    gKW_Language = 0;
+    user_
+        .thenLook([] {
+            const platform::DialogState& state = *DialogControl::instance().find(kDialog);
+            EXPECT_EQ(GS::UniStringToUtf8(state.title), "Informazioni su Libreria Tessaro");
+            EXPECT_EQ(state.width, 960);
+            EXPECT_EQ(state.height, 510);
+            EXPECT_EQ(state.focus, DG_NO_ITEM);
+            EXPECT_FALSE(state.find(2)->visible);
+            EXPECT_EQ(itemText(1), "OK");
+            EXPECT_EQ(itemText(2), "Annulla");
+            EXPECT_EQ(itemText(6), "Documentazione, parte 1");
+            EXPECT_EQ(itemText(7), "Documentazione, parte 2");
+            const std::string description = itemText(4);
+            EXPECT_EQ(description.find("Libreria Tessaro per ArchiCAD 22\n\nLibreria Tessaro \xC3\xA8 "), 0U);
+            EXPECT_NE(description.find("Kestrin"), std::string::npos) << "the last piece";
+            EXPECT_EQ(description.find("_ERR_NO_"), std::string::npos);
+        })
+        .then(UserAction::click(kDialog, 1));
+    CDlgAbout().ShowDialog();
+}
+
+TEST_F(CDlgAboutTest, TheButtonsOpenTheDocumentsBesideTheAddOnAndTheDialogStays) {
+    create(1);
+    create(2);
+    user_.then(UserAction::click(kDialog, 6))
+        .then(UserAction::click(kDialog, 7))
+        .then(UserAction::click(kDialog, 1));
+    EXPECT_TRUE(CDlgAbout().ShowDialog());
+    EXPECT_THAT(opened_, ElementsAre(document(1), document(2)));
+    EXPECT_THAT(user_.alerts, IsEmpty());
+}
+
+TEST_F(CDlgAboutTest, AMissingDocumentIsToldAndTheDialogStays) {
+    create(1);
+    gKW_Language = 0;
+    user_.then(UserAction::click(kDialog, 7))
+        .then(UserAction::answer(1))
+        .then(UserAction::click(kDialog, 6))
+        .then(UserAction::click(kDialog, 1));
+    EXPECT_TRUE(CDlgAbout().ShowDialog());
+    EXPECT_THAT(opened_, ElementsAre(document(1)));
+    ASSERT_EQ(user_.alerts.size(), 1U);
+    const platform::AlertState& alert = user_.alerts.front();
+    EXPECT_EQ(alert.type, -1);
+    EXPECT_TRUE(alert.texts[0].IsEmpty());
+    EXPECT_TRUE(alert.texts[2].IsEmpty());
+    EXPECT_EQ(GS::UniStringToUtf8(alert.texts[1]).find("Errore: impossibile aprire il documento."), 0U);
+}
+
+TEST_F(CDlgAboutTest, OtherItemsDoNothing) {
+    CDlgAbout dialog;
+    for (const short item : {-1, 0, 3, 4, 5, 8})
+        EXPECT_EQ(dialog.MsgClick(item), 0);
+    EXPECT_EQ(dialog.MsgClick(1), 1);
+    EXPECT_EQ(dialog.MsgClick(2), 2);
+    EXPECT_THAT(opened_, IsEmpty());
+}
+
+}  // namespace
