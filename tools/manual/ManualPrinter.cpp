@@ -1,6 +1,7 @@
 #include "tools/manual/ManualPrinter.h"
 
 #include "tools/manual/PageBreaks.h"
+#include "tools/manual/PictureObject.h"
 #include "tools/manual/Style.h"
 
 #include <cmath>
@@ -8,7 +9,6 @@
 #include <QPainter>
 #include <QPdfWriter>
 #include <QTextBlock>
-#include <QTextObjectInterface>
 #include <QTextTable>
 
 namespace manual {
@@ -18,38 +18,6 @@ namespace {
 constexpr int kResolution = 720;
 constexpr double kUnit = kResolution / 72.0;  // device units in a point
 constexpr double kCoverHeight = 250;          // points above the table of contents
-
-/// Lets the text hold pictures that are drawn, not copied pixel by pixel.
-class PictureObject : public QObject, public QTextObjectInterface {
-    Q_OBJECT
-    Q_INTERFACES(QTextObjectInterface)
-
-public:
-    explicit PictureObject(const PictureSource& pictures) : pictures_(pictures) {}
-
-    /// Names of pictures that do not exist.
-    QStringList missing;
-
-    QSizeF intrinsicSize(QTextDocument*, int, const QTextFormat& format) override {
-        const QString name = format.toImageFormat().name();
-        const QSizeF size = pictures_(name).size;
-        if (size.isEmpty() && !missing.contains(name)) missing.append(name);
-        return size * kUnit;
-    }
-    void drawObject(QPainter* painter, const QRectF& rect, QTextDocument*, int,
-                    const QTextFormat& format) override {
-        const Picture picture = pictures_(format.toImageFormat().name());
-        if (picture.size.isEmpty()) return;
-        painter->save();
-        painter->translate(rect.topLeft());
-        painter->scale(kUnit, kUnit);
-        picture.paint(*painter);
-        painter->restore();
-    }
-
-private:
-    const PictureSource& pictures_;
-};
 
 struct Heading {
     QString text;
@@ -169,7 +137,7 @@ QString printManual(QString markdown, const PictureSource& pictures, const QStri
     writer.setPageSize(QPageSize(QPageSize::A4));
     writer.setPageMargins(QMarginsF());
 
-    PictureObject pictureObject(pictures);
+    PictureObject pictureObject(pictures, kUnit);
     QList<int> breaks;
     std::unique_ptr<QTextDocument> document;
     std::optional<int> nextBreak;
@@ -198,5 +166,3 @@ QString printManual(QString markdown, const PictureSource& pictures, const QStri
 }
 
 }  // namespace manual
-
-#include "ManualPrinter.moc"
