@@ -35,9 +35,16 @@ std::string stagedName(std::string_view target, int slot) {
     return std::string(kPrefix) + middle.data() + std::string(kSuffix);
 }
 
-/// Takes the lock of a file that stands under `name`; false when another holds it or the name has moved on.
-bool lockUnderName(int file, int folder, const std::string& name) {
-    if (flock(file, LOCK_EX | LOCK_NB) != 0) return false;
+enum class Lock { Taken, HeldByAnother, Unknown };
+
+/// Unknown on file systems without locks.
+Lock takeLock(int file) {
+    if (flock(file, LOCK_EX | LOCK_NB) == 0) return Lock::Taken;
+    return errno == EWOULDBLOCK ? Lock::HeldByAnother : Lock::Unknown;
+}
+
+/// Whether `name` still stands for this file: between opening and locking it may have moved on.
+bool standsUnder(int file, int folder, const std::string& name) {
     struct stat opened {};
     struct stat named {};
     return fstat(file, &opened) == 0 && fstatat(folder, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
@@ -83,7 +90,7 @@ int StagedFile::openSlot(int slot) {
         file_ =
             openat(folder_, stagedName_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
         if (file_ >= 0) {
-            if (lockUnderName(file_, folder_, stagedName_)) return 0;
+            if (takeLock(file_) != Lock::HeldByAnother && standsUnder(file_, folder_, stagedName_)) return 0;
             ::close(file_);
             file_ = -1;
         } else if (errno == EEXIST) {
@@ -100,7 +107,7 @@ void StagedFile::removeLeftOver(int slot) const {
     const std::string name = stagedName(targetName_, slot);
     const int file = openat(folder_, name.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (file < 0) return;
-    if (lockUnderName(file, folder_, name)) unlinkat(folder_, name.c_str(), 0);
+    if (takeLock(file) == Lock::Taken && standsUnder(file, folder_, name)) unlinkat(folder_, name.c_str(), 0);
     ::close(file);
 }
 
