@@ -48,6 +48,8 @@ public:
         if (std::filesystem::is_directory(folder_ + kFramework, error)) framework_ = folder_ + kFramework;
     }
 
+    const std::string& folder() const { return folder_; }
+
     const std::string* string(short resID, short number) {
         const auto id = split(resID, index().stringBases, [](int base) { return base; });
         if (!id) return nullptr;
@@ -195,8 +197,9 @@ private:
     std::optional<int> language_;  // of the string that was last looked up
 };
 
+/// Handles of one folder share what was read of it: an add-on and its host open the same bundle.
 struct Modules {
-    std::map<RSResModule, std::unique_ptr<Module>> open;
+    std::map<RSResModule, std::shared_ptr<Module>> open;
     RSResModule last = 0;
 };
 
@@ -209,6 +212,13 @@ Modules& modules() {
 Module* findModule(RSResModule handle) {
     const auto found = modules().open.find(handle);
     return found == modules().open.end() ? nullptr : found->second.get();
+}
+
+std::shared_ptr<Module> moduleOf(const std::string& folder) {
+    for (const auto& [handle, module] : modules().open) {
+        if (module->folder() == folder) return module;
+    }
+    return std::make_shared<Module>(folder);
 }
 
 bool copyUnits(const std::string& text, void* buffer) {
@@ -275,12 +285,12 @@ std::string iconLabel(RSResModule module, short resID) {
 
 RSResModule RSOpenResourceFile(const char* bundlePath) {
     if (bundlePath == nullptr || *bundlePath == '\0') return kNoResModule;
-    std::string folder = std::string(bundlePath) + "/Resources";
+    const std::string folder = std::string(bundlePath) + "/Resources";
     std::error_code error;
     if (!std::filesystem::is_directory(folder, error)) return kNoResModule;
     platform::Modules& all = platform::modules();
     const RSResModule handle = ++all.last;
-    all.open.emplace(handle, std::make_unique<platform::Module>(std::move(folder)));
+    all.open.emplace(handle, platform::moduleOf(folder));
     return handle;
 }
 

@@ -173,6 +173,25 @@ TEST_F(ResourceManager, AClosedModuleFindsNothing) {
     EXPECT_NE(module_, closed);
 }
 
+TEST_F(ResourceManager, HandlesOfOneBundleShareWhatWasRead) {
+    write("resources.toml", kIndex);
+    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = 2\n");
+    const RSResModule hosts = RSOpenResourceFile(bundle_.c_str());
+    unsigned short buffer[kRSStringBufferUnits];
+    EXPECT_TRUE(RSGetIndString_ParamAdapter(RSStringLocalised, buffer, 1000, 1, hosts));
+    open();
+    EXPECT_NE(module_, hosts);
+    EXPECT_EQ(string(1000, 1), "uno");
+    EXPECT_EQ(problems_.size(), 1u);
+    EXPECT_EQ(RSCloseResourceFile(hosts), 0);
+    EXPECT_FALSE(RSGetIndString_ParamAdapter(RSStringLocalised, buffer, 1000, 1, hosts));
+    EXPECT_EQ(string(1000, 1), "uno");
+    EXPECT_EQ(RSCloseResourceFile(module_), 0);
+    write("texts.ita.toml", "[strings.1000]\n1 = 'ein anderer'\n");
+    open();
+    EXPECT_EQ(string(1000, 1), "ein anderer");
+}
+
 TEST_F(ResourceManager, ABrokenOrMissingFileFailsItsLookupsAndIsToldOnce) {
     write("resources.toml", kIndex);
     write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = unquoted\n");
