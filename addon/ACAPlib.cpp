@@ -192,6 +192,10 @@ GSErrCode EXPGetRendMenuStr(const MDID* engine, GS::UniString* name) {
     return callHost<HostFunction::RenderingEngineMenuName>(HostSlot::RenderingEngineMenuName, engine, name);
 }
 
+GSErrCode ACAPI_Command_Publish(const API_ModulID* self, GSType command, std::int32_t version) {
+    return callHost<HostFunction::CommandPublish>(HostSlot::CommandPublish, self, command, version);
+}
+
 void ACAPI_GetReleaseNumber(API_ServerApplicationInfo* info) {
     if (info != nullptr) ACAPI_Environment(APIEnv_ApplicationID, info, nullptr, nullptr);
 }

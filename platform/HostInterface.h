@@ -112,6 +112,8 @@ struct API_ModulID {
 
 /// Whether the module answers the command; 0 when it does.
 GSErrCode ACAPI_Command_Test(const API_ModulID* module, GSType command, std::int32_t version);
+/// Lets this add-on, as module `self`, answer the command as long as it is loaded. In RegisterInterface.
+GSErrCode ACAPI_Command_Publish(const API_ModulID* self, GSType command, std::int32_t version);
 
 // ---- Interface --------------------------------------------------------------------------------------------
 

@@ -101,6 +101,11 @@ GSErrCode onCommandTest(APIClient, const API_ModulID* module, GSType command, st
     return sHost->commandTest ? sHost->commandTest(*module, command, version) : -1;
 }
 
+GSErrCode onCommandPublish(APIClient, const API_ModulID*, GSType, std::int32_t) {
+    record("Command_Publish");
+    return kNoError;
+}
+
 std::int32_t onRenderingEngineCount(APIClient) {
     return static_cast<std::int32_t>(sHost->renderingEngines.size());
 }
@@ -146,6 +151,7 @@ APIImportedFunctions RecordingHost::table(const std::set<HostSlot>& emptySlots) 
     fill<HostFunction::LibPartSearch>(result, emptySlots, HostSlot::LibPartSearch, onLibPartSearch);
     fill<HostFunction::LibPartGet>(result, emptySlots, HostSlot::LibPartGet, onLibPartGet);
     fill<HostFunction::CommandTest>(result, emptySlots, HostSlot::CommandTest, onCommandTest);
+    fill<HostFunction::CommandPublish>(result, emptySlots, HostSlot::CommandPublish, onCommandPublish);
     fill<HostFunction::RenderingEngineCount>(result, emptySlots, HostSlot::RenderingEngineCount,
                                              onRenderingEngineCount);
     fill<HostFunction::RenderingEngineID>(result, emptySlots, HostSlot::RenderingEngineID,
