@@ -13,4 +13,13 @@ std::string errorText(GSErrCode code) {
     return text.data();
 }
 
+std::string fourCharacters(GSType code) {
+    std::string text;
+    for (const int shift : {24, 16, 8, 0}) {
+        const auto character = static_cast<char>(code >> shift & 0xFF);
+        text += character >= ' ' && character <= '~' ? character : '?';
+    }
+    return text;
+}
+
 }  // namespace host

@@ -18,5 +18,7 @@ constexpr GSErrCode kErrInternal = hostError(0x81060108);      ///< the host its
 
 /// "0x81060101" for a host error, decimal digits for a small number.
 std::string errorText(GSErrCode code);
+/// A code of four characters as text; "?" for one that cannot be printed.
+std::string fourCharacters(GSType code);
 
 }  // namespace host

@@ -4,6 +4,7 @@
 #include "host/EntryPoints.h"
 #include "host/ErrorCodes.h"
 #include "host/HostFunctions.h"
+#include "host/LibraryRequests.h"
 #include "host/MenuRequests.h"
 #include "platform/DialogControl.h"
 #include "platform/ImageCleanup.h"
@@ -50,6 +51,7 @@ Host::Host() {
     addEnvironmentRequests(std::make_unique<ApplicationRequests>());
     addEnvironmentRequests(std::make_unique<ProjectRequests>(project_));
     addEnvironmentRequests(std::make_unique<RenderingRequests>(renderingEngines_));
+    addEnvironmentRequests(std::make_unique<LibraryRequests>(libraries_));
     addInterfaceRequests(std::make_unique<MenuRequests>());
 }
 

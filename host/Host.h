@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/AddOn.h"
-#include "host/HostServices.h"
+#include "host/Libraries.h"
 #include "host/Project.h"
 #include "host/RenderingEngines.h"
 #include "host/RequestFamily.h"
@@ -67,10 +67,9 @@ public:
     /// The services that the host's functions reach; a family's codes replace those of an earlier one.
     void addEnvironmentRequests(std::unique_ptr<RequestFamily> family);
     void addInterfaceRequests(std::unique_ptr<RequestFamily> family);
-    void setLibraryParts(std::unique_ptr<LibraryParts> parts) { libraryParts_ = std::move(parts); }
     RequestFamily* environmentRequests(GSType code) const;
     RequestFamily* interfaceRequests(GSType code) const;
-    LibraryParts* libraryParts() const { return libraryParts_.get(); }
+    Libraries& libraries() { return libraries_; }
 
     /// What this host is working on, and with.
     Project& project() { return project_; }
@@ -101,9 +100,9 @@ private:
     std::function<void()> menuListener_;
     Project project_;
     RenderingEngines renderingEngines_;
+    Libraries libraries_;
     Families environment_;
     Families interface_;
-    std::unique_ptr<LibraryParts> libraryParts_;
 };
 
 }  // namespace host

@@ -4,6 +4,9 @@
 #include "host/Host.h"
 #include "platform/CallTrace.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace host {
 
 namespace {
@@ -32,15 +35,6 @@ GSErrCode serve(const char* function, APIClient client, const MakeArguments& arg
 
 TraceArguments none() {
     return {};
-}
-
-std::string fourCharacters(GSType code) {
-    std::string text;
-    for (const int shift : {24, 16, 8, 0}) {
-        const auto character = static_cast<char>(code >> shift & 0xFF);
-        text += character >= ' ' && character <= '~' ? character : '?';
-    }
-    return text;
 }
 
 GSErrCode registerMenu(APIClient client, const APIMenuRegistration* menu) {
@@ -139,19 +133,38 @@ GSErrCode unregisterModelessWindow(APIClient client, std::int32_t referenceID) {
     });
 }
 
+std::string partName(const API_LibPart& part) {
+    const auto end = std::find(std::begin(part.name), std::end(part.name), 0);
+    return GS::UniStringToUtf8(
+        GS::UniString(part.name, static_cast<unsigned int>(end - std::begin(part.name))));
+}
+
+void tracePart(CallTrace& trace, const API_LibPart& part) {
+    trace.result("index", part.index);
+    trace.result("name", partName(part));
+    trace.result("missingDefinition", part.missingDef);
+}
+
 GSErrCode libPartSearch(APIClient client, API_LibPart* part, bool createIfMissing, bool onlyPlaceable) {
-    return serve("LibPart_Search", client, none, [&](Host& host, AddOn&, CallTrace&) {
-        if (part == nullptr) return kErrBadParameter;
-        LibraryParts* const parts = host.libraryParts();
-        return parts != nullptr ? parts->search(part, createIfMissing, onlyPlaceable) : kErrNotSupported;
+    const auto arguments = [&] {
+        if (part == nullptr) return TraceArguments{};
+        return TraceArguments{{"name", partName(*part)}, {"type", partTypeName(part->typeID)}};
+    };
+    return serve("LibPart_Search", client, arguments, [&](Host& host, AddOn&, CallTrace& trace) {
+        const GSErrCode result = host.libraries().search(part, createIfMissing, onlyPlaceable);
+        if (result == kNoError) tracePart(trace, *part);
+        return result;
     });
 }
 
 GSErrCode libPartGet(APIClient client, API_LibPart* part) {
-    return serve("LibPart_Get", client, none, [&](Host& host, AddOn&, CallTrace&) {
-        if (part == nullptr) return kErrBadParameter;
-        LibraryParts* const parts = host.libraryParts();
-        return parts != nullptr ? parts->get(part) : kErrNotSupported;
+    const auto arguments = [&] {
+        return part != nullptr ? TraceArguments{{"index", part->index}} : TraceArguments{};
+    };
+    return serve("LibPart_Get", client, arguments, [&](Host& host, AddOn&, CallTrace& trace) {
+        const GSErrCode result = host.libraries().get(part);
+        if (result == kNoError) tracePart(trace, *part);
+        return result;
     });
 }
 

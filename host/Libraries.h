@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/HostServices.h"
 #include "host/LibraryFolder.h"
 
 #include <cstdint>
@@ -27,7 +26,7 @@ struct LoadedLibrary {
 
 /// The libraries that the host has loaded, in the order of loading; one of them may be the open project's
 /// embedded library. The functions answer an error code, 0 for success.
-class Libraries : public LibraryParts {
+class Libraries {
 public:
     /// Loads the parts of a folder. A library that is loaded already is read again: its parts keep their
     /// numbers.
@@ -46,8 +45,9 @@ public:
     /// not count from A to Z.
     const LoadedPart* find(std::string_view name, API_LibTypeID type) const;
 
-    GSErrCode search(API_LibPart* part, bool createIfMissing, bool onlyPlaceable) override;
-    GSErrCode get(API_LibPart* part) override;
+    /// What the functions of the same names in platform/LibraryPart.h answer.
+    GSErrCode search(API_LibPart* part, bool createIfMissing, bool onlyPlaceable);
+    GSErrCode get(API_LibPart* part);
 
 private:
     GSErrCode load(const IO::Location& folder, std::size_t& position);

@@ -50,5 +50,6 @@ void addMenuCommands(CommandSet& commands);
 void addDialogCommands(CommandSet& commands);
 void addAddOnCommands(CommandSet& commands);
 void addProjectCommands(CommandSet& commands);
+void addLibraryCommands(CommandSet& commands);
 
 }  // namespace host

@@ -86,6 +86,27 @@ struct EngineListed {
     bool current;
 };
 
+struct LibraryListed {
+    std::string path;
+    int parts;
+    bool embedded;
+    std::vector<LibraryProblem> problems;
+};
+
+struct PartListed {
+    int index;
+    std::string name;
+    std::string type;
+    std::string path;
+    bool missing;  ///< its definition
+};
+
+/// A command by which other add-ons may call one.
+struct CommandListed {
+    std::string addOn;
+    PublishedCommand command;
+};
+
 /// What an entry point answered to a call for trial.
 struct EntryPointAnswered {
     std::string entryPoint;
@@ -129,12 +150,12 @@ struct Note {
 
 namespace host {
 
-using Event =
-    std::variant<event::Command, event::Loaded, event::Unloaded, event::AddOnListed, event::MenuShown,
-                 event::DialogShown, event::DialogClosed, event::AlertShown, event::AlertAnswered,
-                 event::ChooserShown, event::ChooserClosed, event::Opened, event::Transfers,
-                 event::ProjectShown, event::EngineListed, event::EntryPointAnswered, event::Call,
-                 event::Help, event::Refused, event::Problem, event::Diagnostic, event::Note>;
+using Event = std::variant<event::Command, event::Loaded, event::Unloaded, event::AddOnListed,
+                           event::MenuShown, event::DialogShown, event::DialogClosed, event::AlertShown,
+                           event::AlertAnswered, event::ChooserShown, event::ChooserClosed, event::Opened,
+                           event::Transfers, event::ProjectShown, event::EngineListed, event::LibraryListed,
+                           event::PartListed, event::CommandListed, event::EntryPointAnswered, event::Call,
+                           event::Help, event::Refused, event::Problem, event::Diagnostic, event::Note>;
 
 class EventPrinter {
 public:

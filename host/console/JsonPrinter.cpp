@@ -1,6 +1,7 @@
 #include "host/console/JsonPrinter.h"
 
 #include "host/console/Texts.h"
+#include "host/ErrorCodes.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
@@ -153,6 +154,28 @@ struct Writer {
     }
     Json operator()(const event::EngineListed& it) const {
         return {{"event", "engine"}, {"number", it.number}, {"name", it.menuName}, {"current", it.current}};
+    }
+    Json operator()(const event::LibraryListed& it) const {
+        Json problems = Json::array();
+        for (const LibraryProblem& problem : it.problems)
+            problems.push_back({{"path", problem.path}, {"reason", problem.reason}});
+        return {{"event", "library"},
+                {"path", it.path},
+                {"parts", it.parts},
+                {"embedded", it.embedded},
+                {"problems", std::move(problems)}};
+    }
+    Json operator()(const event::PartListed& it) const {
+        return {{"event", "part"}, {"index", it.index}, {"name", it.name},
+                {"type", it.type}, {"path", it.path},   {"missing", it.missing}};
+    }
+    Json operator()(const event::CommandListed& it) const {
+        return {{"event", "moduleCommand"},
+                {"addOn", it.addOn},
+                {"developer", it.command.module.developerID},
+                {"module", it.command.module.localID},
+                {"command", fourCharacters(it.command.command)},
+                {"version", it.command.version}};
     }
     Json operator()(const event::EntryPointAnswered& it) const {
         return {{"event", "entryPoint"}, {"entryPoint", it.entryPoint}, {"result", it.result}};

@@ -25,6 +25,7 @@ Session::Session(Host& host, LineSource& lines, EventPrinter& printer)
     addDialogCommands(commands_);
     addAddOnCommands(commands_);
     addProjectCommands(commands_);
+    addLibraryCommands(commands_);
     host_.setMenuListener([this] { menusChanged_ = true; });
     platform::setDiagnosticPrinter([this](const std::string& text) { diagnose(text); });
     platform::setResourceProblemSink(

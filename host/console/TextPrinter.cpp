@@ -155,6 +155,26 @@ public:
         out_ << "engine " << it.number << ' ' << inQuotes(it.menuName) << (it.current ? ", current\n" : "\n");
     }
 
+    void operator()(const event::LibraryListed& it) {
+        out_ << "library " << inQuotes(it.path) << ", " << it.parts << (it.parts == 1 ? " part" : " parts")
+             << (it.embedded ? ", embedded\n" : "\n");
+        for (const LibraryProblem& problem : it.problems)
+            out_ << "  left out " << inQuotes(problem.path) << ": " << problem.reason << '\n';
+    }
+
+    void operator()(const event::PartListed& it) {
+        out_ << "part " << it.index << ' ' << inQuotes(it.name) << ", " << it.type << ", "
+             << inQuotes(it.path) << (it.missing ? ", without definition\n" : "\n");
+    }
+
+    void operator()(const event::CommandListed& it) {
+        out_ << "command " << inQuotes(fourCharacters(it.command.command)) << ", version "
+             << it.command.version << ", module 0x" << std::hex << std::uppercase << std::setfill('0')
+             << std::setw(8) << it.command.module.developerID << " 0x" << std::setw(8)
+             << it.command.module.localID << std::dec << std::setfill(' ') << " (" << printable(it.addOn)
+             << ")\n";
+    }
+
     void operator()(const event::EntryPointAnswered& it) {
         out_ << "  " << it.entryPoint << " answered " << errorText(it.result) << '\n';
     }
