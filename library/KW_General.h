@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/LibraryPart.h"
+
 class KW_Location;
 class KW_String;
 
@@ -40,6 +42,16 @@ public:
     /// Opens the web address, http or https and at most 255 bytes in Encoding_System. Whether the system
     /// accepted it.
     static bool LaunchURLByPath(const KW_String& address);
+
+    /// Index of a library part by its name, with or without extension; -1 when it stays missing although the
+    /// suite's library was loaded (unless one of its name is loaded already) and the user was asked for a
+    /// folder. With `showAlert` the user is then told: `message`, or the standard text when it is empty or
+    /// null. Whether the index is that of a part.
+    static bool GetLPIdxFullLib(const KW_String& name, long& index, bool showAlert, const KW_String& message,
+                                API_LibTypeID type);
+    /// The same, but loads the suite's library without looking at the loaded libraries first.
+    static bool GetLPIdxFullLibNoCheckLibs(const KW_String& name, long& index, bool showAlert,
+                                           const KW_String& message, API_LibTypeID type);
 
     /// Fetches `url` over HTTP into the file `destination`: created when missing, its content replaced.
     /// Returns at once; the transfer runs on the main run loop, for 60 seconds at most.

@@ -1,0 +1,39 @@
+// The two operations by which the suite's add-ons find a library part, whatever it takes.
+
+#include "dialogs/KW_Dialog.h"
+#include "foundation/KW_String.h"
+#include "language/KW_Language.h"
+#include "language/KW_Resource.h"
+#include "library/KW_General.h"
+#include "library/KW_LibPart.h"
+
+namespace {
+
+constexpr long kPartNotFoundText = 85;
+constexpr short kAlertType = -1;
+
+/// Whether the index is one of a part. When it is not, tells the user if that is wanted.
+bool foundOrAlert(long index, bool showAlert, const KW_String& message) {
+    if (index >= 0) return true;
+    if (!showAlert) return false;
+    const KW_String none("", KW_String::Encoding_System);
+    const short resID = static_cast<short>(KW_Resource_Framework + gKW_Language);
+    KW_Dialog::ShowAlert(kAlertType, none,
+                         message.length > 0 ? message : KW_Resource_GetString(resID, kPartNotFoundText),
+                         none);
+    return false;
+}
+
+}  // namespace
+
+bool KW_General::GetLPIdxFullLib(const KW_String& name, long& index, bool showAlert, const KW_String& message,
+                                 API_LibTypeID type) {
+    index = KW_LibPart::IndexFullLib(name, type);
+    return foundOrAlert(index, showAlert, message);
+}
+
+bool KW_General::GetLPIdxFullLibNoCheckLibs(const KW_String& name, long& index, bool showAlert,
+                                            const KW_String& message, API_LibTypeID type) {
+    index = KW_LibPart::IndexFullLibNoCheckLibs(name, type);
+    return foundOrAlert(index, showAlert, message);
+}

@@ -1,0 +1,128 @@
+#include "library/KW_LibPart.h"
+
+#include "tests/library/LibraryHost.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using support::LibraryHost;
+using support::text;
+using support::utf8;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class KWLibPart : public LibraryHost {
+protected:
+    KWLibPart() {
+        parts = {
+            {"Chair", {7, "/Lib/Chair.gsm"}}, {"Lost", {8, "/Lib/Lost.gsm", true}}, {"", {9, "/Lib/.gsm"}}};
+    }
+};
+
+TEST_F(KWLibPart, ASearchHandsOutTheLocationOfWhatItFinds) {
+    API_LibPart part;
+    ASSERT_EQ(KW_LibPart::Search(text("Chair"), APILib_Door, part), kNoError);
+    EXPECT_EQ(part.index, 7);
+    ASSERT_NE(part.location, nullptr);
+    EXPECT_EQ(utf8(KW_Location(*part.location)), "/Lib/Chair.gsm");
+    delete part.location;
+    EXPECT_THAT(host.calls, ElementsAre("LibPart_Search false false"));
+}
+
+TEST_F(KWLibPart, ASearchTellsWhatIsNotThereFromWhatHasNoDefinition) {
+    API_LibPart part;
+    EXPECT_EQ(KW_LibPart::Search(text("Lost"), APILib_Door, part), kAPIErrMissingDefinition);
+    EXPECT_EQ(part.location, nullptr);
+    EXPECT_EQ(KW_LibPart::Search(text("Chair.gsm"), APILib_Door, part), kAPIErrNoSuchPart);
+    searchAnswer = -123;
+    EXPECT_EQ(KW_LibPart::Search(text("Chair"), APILib_Door, part), -123);
+}
+
+TEST_F(KWLibPart, ANameThatNoPartCanHaveIsNotSearchedFor) {
+    const std::string longest(kAPIPartNameUnits - 1, 'x');
+    parts[longest] = {10, "/Lib/x.gsm"};
+    EXPECT_EQ(KW_LibPart::Index(text(longest), APILib_Door), 10);
+    EXPECT_THAT(searched, ElementsAre(longest));
+    for (const std::string& name : {longest + "x", std::string(1'000'000, 'x')})
+        EXPECT_EQ(KW_LibPart::Index(text(name), APILib_Door), -1);
+    EXPECT_EQ(searched.size(), 1u);
+}
+
+TEST_F(KWLibPart, ANameEndsBeforeItsLastDot) {
+    const std::pair<KW_String, std::string> cases[] = {
+        {text("Chair"), "Chair"},
+        {text("Chair.gsm"), "Chair"},
+        {text("Chair."), "Chair"},
+        {text("Chair.v2.gsm"), "Chair.v2"},
+        {text("a/b.gsm"), "a/b"},
+        {text(".gsm"), ""},
+        {text(""), ""},
+        {KW_String(), ""},
+        {text("Finestra à due ante 窓.gsm"), "Finestra à due ante 窓"},
+        {KW_String("Chair\0hidden", 12, KW_String::Encoding_System), "Chair"},
+    };
+    for (const auto& [name, expected] : cases) {
+        KW_LibPart::Index(name, APILib_Door);
+        EXPECT_EQ(searched.back(), expected) << utf8(name);
+    }
+}
+
+TEST_F(KWLibPart, AFileIsLookedUpByItsNameWithoutFolderAndExtension) {
+    const std::pair<const char*, std::string> cases[] = {
+        {"/Lib/Chair.gsm", "Chair"},
+        {"/Lib/Chair", "Chair"},
+        {"Chair.gsm", "Chair"},
+        {"Chair", "Chair"},
+        {"/a.b/Chair.v2.gsm", "Chair.v2"},
+        {"/a.b/Chair", ""},
+        {"/Lib/.gsm", ""},
+        {"", ""},
+    };
+    for (const auto& [path, expected] : cases) {
+        KW_Location found;
+        KW_LibPart::Location(KW_Location(text(path)), APILib_Door, found);
+        EXPECT_EQ(searched.back(), expected) << path;
+    }
+    KW_Location found;
+    EXPECT_TRUE(KW_LibPart::Location(KW_Location(), APILib_Door, found)) << "no location: the empty name";
+    EXPECT_EQ(searched.back(), "");
+}
+
+TEST_F(KWLibPart, AnIndexIsThatOfAPartWithADefinition) {
+    EXPECT_EQ(KW_LibPart::Index(text("Chair.gsm"), APILib_Door), 7);
+    EXPECT_EQ(KW_LibPart::Index(text("Lost"), APILib_Door), -1);
+    EXPECT_EQ(KW_LibPart::Index(text("Table"), APILib_Door), -1);
+}
+
+TEST_F(KWLibPart, ALocationIsTheOneThatTheHostHolds) {
+    KW_Location location(text("/before"));
+    EXPECT_TRUE(KW_LibPart::Location(KW_Location(text("/elsewhere/Chair.txt")), APILib_Door, location));
+    EXPECT_EQ(utf8(location), "/Lib/Chair.gsm");
+    EXPECT_TRUE(KW_LibPart::Location(9, location));
+    EXPECT_EQ(utf8(location), "/Lib/.gsm");
+    EXPECT_FALSE(KW_LibPart::Location(KW_Location(text("/Lib/Lost.gsm")), APILib_Door, location));
+    EXPECT_FALSE(KW_LibPart::Location(8, location));
+    EXPECT_FALSE(KW_LibPart::Location(99, location));
+    EXPECT_EQ(utf8(location), "/Lib/.gsm") << "unchanged";
+}
+
+TEST_F(KWLibPart, APartIsHadByItsIndex) {
+    API_LibPart part;
+    ASSERT_TRUE(KW_LibPart::LibPart(7L, part));
+    EXPECT_EQ(utf8(KW_Location(*part.location)), "/Lib/Chair.gsm");
+    delete part.location;
+    EXPECT_THAT(host.calls, ElementsAre("LibPart_Get"));
+    for (const long index : {8L, 0L, -1L, 99L}) {
+        EXPECT_FALSE(KW_LibPart::LibPart(index, part)) << index;
+        EXPECT_EQ(part.location, nullptr);
+    }
+    host.calls.clear();
+    for (const long index : {0x1'0000'0007L, -0x1'0000'0000L + 7})
+        EXPECT_FALSE(KW_LibPart::LibPart(index, part)) << index;
+    EXPECT_THAT(host.calls, IsEmpty()) << "the host's indices have 32 bits";
+}
+
+}  // namespace

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "files/KW_Location.h"
+#include "foundation/KW_String.h"
+#include "language/KW_Language.h"
+#include "platform/LibraryPart.h"
+#include "tests/support/RecordingHost.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace support {
+
+inline KW_String text(const std::string& utf8) {
+    return KW_String(utf8.c_str(), KW_String::Encoding_UTF8);
+}
+
+inline std::string utf8(const KW_String& string) {
+    return string.data == nullptr ? "null" : string.ToCStr(KW_String::Encoding_UTF8).data;
+}
+
+/// A host with libraries. Every location that it hands out is the caller's to release: the leak check at the
+/// end of the program counts.
+class LibraryHost : public testing::Test {
+protected:
+    struct Part {
+        std::int32_t index;
+        std::string path;
+        bool missing = false;
+    };
+
+    LibraryHost() {
+        gKW_Language = KW_Language_International;
+        host.libPartSearch = [this](API_LibPart* part) {
+            searched.push_back(GS::UniStringToUtf8(GS::UniString(part->name)));
+            EXPECT_EQ(part->index, 0);
+            EXPECT_FALSE(part->missingDef);
+            EXPECT_EQ(part->location, nullptr);
+            EXPECT_EQ(part->typeID, APILib_Door);
+            if (searchAnswer != kNoError) return searchAnswer;
+            const auto found = parts.find(searched.back());
+            if (found == parts.end()) return kAPIErrNoSuchPart;
+            fill(*part, found->second);
+            return kNoError;
+        };
+        host.libPartGet = [this](API_LibPart* part) {
+            EXPECT_EQ(part->location, nullptr);
+            EXPECT_EQ(part->name[0], 0);
+            const auto found = std::find_if(parts.begin(), parts.end(), [part](const auto& each) {
+                return each.second.index == part->index;
+            });
+            if (found == parts.end()) return kAPIErrNoSuchPart;
+            fill(*part, found->second);
+            return kNoError;
+        };
+        host.environment = [this](API_EnvironmentID request, void* par1, void* par2, void*) -> GSErrCode {
+            if (request == APIEnv_GetLibrariesID) {
+                EXPECT_EQ(*static_cast<std::int32_t*>(par2), -1) << "preset: no embedded library";
+                if (librariesAnswer != kNoError) return librariesAnswer;
+                for (const std::string& path : libraries)
+                    static_cast<API_LibraryList*>(par1)->push_back({IO::Location::FromPosixPath(path)});
+                *static_cast<std::int32_t*>(par2) = embedded;
+                return kNoError;
+            }
+            if (request != APIEnv_AddLibraryID) return kAPIErrNoHostFunction;
+            added.push_back(utf8(KW_Location(*static_cast<const IO::Location*>(par1))));
+            if (addAnswer == kNoError) parts.merge(partsOfFolder[added.back()]);
+            return addAnswer;
+        };
+    }
+
+    static void fill(API_LibPart& record, const Part& part) {
+        record.index = part.index;
+        record.missingDef = part.missing;
+        record.location = new IO::Location(IO::Location::FromPosixPath(part.path));
+    }
+
+    RecordingHost host;
+    std::map<std::string, Part> parts;                                 ///< by name, of the loaded libraries
+    std::map<std::string, std::map<std::string, Part>> partsOfFolder;  ///< what adding a folder brings
+    std::vector<std::string> libraries;
+    std::int32_t embedded = -1;
+    GSErrCode searchAnswer = kNoError;
+    GSErrCode librariesAnswer = kNoError;
+    GSErrCode addAnswer = kNoError;
+
+    std::vector<std::string> searched;
+    std::vector<std::string> added;
+};
+
+}  // namespace support
