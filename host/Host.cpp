@@ -77,7 +77,9 @@ std::variant<AddOn*, LoadError> Host::open(const std::string& path) {
     }
     auto opened = Bundle::open(path);
     if (auto* const problem = std::get_if<LoadError>(&opened)) return *problem;
-    addOns_.push_back(std::make_unique<AddOn>(std::move(std::get<std::unique_ptr<Bundle>>(opened))));
+    auto bundle = std::move(std::get<std::unique_ptr<Bundle>>(opened));
+    if (find(bundle->name()) != nullptr) return LoadError{"another add-on of this name is loaded"};
+    addOns_.push_back(std::make_unique<AddOn>(std::move(bundle)));
     AddOn& addOn = *addOns_.back();
     addOn.resources = RSOpenResourceFile(addOn.bundle->canonicalPath().c_str());
     return &addOn;
@@ -127,7 +129,7 @@ std::variant<std::vector<EntryPointAnswer>, LoadError> Host::probe(const std::st
         const CallScope scope(*this, addOn);
         const EntryPoints entryPoints(*addOn.bundle);
         const auto note = [&answers](const char* name, std::optional<GSErrCode> result) {
-            answers.push_back({name, result.value_or(kErrInternal)});
+            answers.push_back({name, result});
         };
         if (table == ProbeTable::Empty) note("SetImportedFuncAddrs", entryPoints.handOver(kEmptyTable));
         note("CheckEnvironment", entryPoints.checkEnvironment(applicationInfo(), addOn.info));

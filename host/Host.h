@@ -14,7 +14,7 @@ namespace host {
 /// What an entry point of a probed add-on answered.
 struct EntryPointAnswer {
     const char* entryPoint;
-    GSErrCode result;
+    std::optional<GSErrCode> result;  ///< nothing when it threw
 };
 
 /// Which function table a probed add-on gets.

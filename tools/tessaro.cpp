@@ -56,7 +56,10 @@ CLI::App* addServe(CLI::App& app, tools::ServeOptions& options) {
 
 int runProgram(int argc, char** argv) {
     CLI::App app("Host and tools of the Tessaro suite", "tessaro");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return std::string("tessaro: ") + error.what() + "; --help explains the options\n";
+    });
     host::ConsoleOptions options;
     std::string opener = "xdg-open";
     const CLI::App* const run = addRun(app, options, opener);
@@ -73,6 +76,7 @@ int runProgram(int argc, char** argv) {
         return host::runConsole(options);
     }
     if (serve->parsed()) return tools::runServe(serveOptions);
+    std::cerr << "tessaro: a subcommand is needed; --help lists them" << std::endl;
     return host::kExitUsage;
 }
 

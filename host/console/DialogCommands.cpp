@@ -1,5 +1,6 @@
 #include "host/console/CommandSet.h"
 #include "host/console/Session.h"
+#include "platform/DialogControl.h"
 
 namespace host {
 
@@ -26,13 +27,27 @@ Command numbersCommand(std::string word, std::string usage, std::string explanat
             minArguments,    maxArguments,     std::move(run)};
 }
 
+/// Whether the open chooser, if there is one, is for folders or for files as `forFolders` says.
+bool fits(Session& session, bool forFolders) {
+    using Kind = platform::FileChooserState::Kind;
+    const auto* const chooser = platform::DialogControl::instance().activeFileChooser();
+    if (chooser == nullptr || (chooser->kind == Kind::Folder) == forFolders) return true;
+    session.refuse(forFolders ? "a file is to be chosen, not a folder"
+                              : "a folder is to be chosen, not a file");
+    return false;
+}
+
 UserAction chooseFile(Session& session, const Arguments& arguments) {
     short filter = 1;
     if (arguments.size() > 1 && (!parseNumber(arguments[1], filter) || filter < 1)) {
         session.refuse("a filter is a number from 1");
         return {};
     }
-    return UserAction::chooseFile(arguments.front(), filter - 1);
+    return fits(session, false) ? UserAction::chooseFile(arguments.front(), filter - 1) : UserAction{};
+}
+
+UserAction chooseFolder(Session& session, const Arguments& arguments) {
+    return fits(session, true) ? UserAction::chooseFile(arguments.front()) : UserAction{};
 }
 
 }  // namespace
@@ -53,7 +68,7 @@ void addDialogCommands(CommandSet& commands) {
     commands.add(numbersCommand("answer", "answer BUTTON", "answers an alert", 1, 1,
                                 [](const Numbers& it) { return UserAction::answer(it[0]); }));
     commands.add({"file", "file PATH [FILTER]", "chooses a file in a chooser", 1, 2, chooseFile});
-    commands.add({"folder", "folder PATH", "chooses a folder in a chooser", 1, 1, chooseFile});
+    commands.add({"folder", "folder PATH", "chooses a folder in a chooser", 1, 1, chooseFolder});
     commands.add({"cancel", "cancel", "cancels a chooser, an alert or a dialog", 0, 0,
                   [](Session&, const Arguments&) { return UserAction::close(); }});
 }

@@ -110,7 +110,7 @@ struct CommandListed {
 /// What an entry point answered to a call for trial.
 struct EntryPointAnswered {
     std::string entryPoint;
-    GSErrCode result;
+    std::optional<GSErrCode> result;  ///< nothing when it threw an exception
 };
 
 struct Call {

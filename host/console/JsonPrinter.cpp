@@ -178,7 +178,9 @@ struct Writer {
                 {"version", it.command.version}};
     }
     Json operator()(const event::EntryPointAnswered& it) const {
-        return {{"event", "entryPoint"}, {"entryPoint", it.entryPoint}, {"result", it.result}};
+        return {{"event", "entryPoint"},
+                {"entryPoint", it.entryPoint},
+                {"result", it.result ? Json(*it.result) : Json(nullptr)}};
     }
     Json operator()(const event::Call& it) const {
         using Phase = event::Call::Phase;

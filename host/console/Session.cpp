@@ -58,13 +58,7 @@ void Session::run() {
     for (const short dialog : DialogControl::instance().openDialogs())
         DialogControl::instance().perform(UserAction::close(dialog));
     while (!host_.addOns().empty()) {
-        AddOn& last = *host_.addOns().back();
-        const std::string name = last.name();
-        if (const Host::Refusal refusal = host_.unload(last)) {
-            refuse(*refusal);
-            return;
-        }
-        print(event::Unloaded{name});
+        if (const Host::Refusal refusal = host_.unload(*host_.addOns().back())) return refuse(*refusal);
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <editline/readline.h>
 #include <unistd.h>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
@@ -14,21 +15,36 @@ namespace {
 /// The library calls back without context, and there is one terminal.
 class TerminalSource* sTerminal = nullptr;
 
+volatile std::sig_atomic_t sInterrupted = 0;
+
+void noteInterrupt(int) {
+    sInterrupted = 1;
+}
+
 class TerminalSource : public LineSource {
 public:
     explicit TerminalSource(std::string prompt) : prompt_(std::move(prompt)) {
         sTerminal = this;
         using_history();
+        struct sigaction action {};
+        action.sa_handler = noteInterrupt;  // without SA_RESTART: the wait for input returns
+        sigaction(SIGINT, &action, &previous_);
     }
     ~TerminalSource() override {
         release();
+        sigaction(SIGINT, &previous_, nullptr);
         sTerminal = nullptr;
     }
 
     Result next(std::string& line) override {
         while (lines_.empty() && !ended_) {
             showPrompt();
-            if (!waitForInput(STDIN_FILENO)) return Result::Dispatched;
+            const bool readable = waitForInput(STDIN_FILENO);
+            if (sInterrupted != 0) {
+                release();
+                return Result::End;
+            }
+            if (!readable) return Result::Dispatched;
             rl_callback_read_char();
         }
         if (lines_.empty()) return Result::End;
@@ -79,6 +95,7 @@ private:
         cleared_ = false;
     }
 
+    struct sigaction previous_ {};
     std::string prompt_;
     std::deque<std::string> lines_;
     bool editing_ = false;

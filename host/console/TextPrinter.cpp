@@ -176,7 +176,8 @@ public:
     }
 
     void operator()(const event::EntryPointAnswered& it) {
-        out_ << "  " << it.entryPoint << " answered " << errorText(it.result) << '\n';
+        out_ << "  " << it.entryPoint
+             << (it.result ? " answered " + errorText(*it.result) : " threw an exception") << '\n';
     }
 
     void operator()(const event::Call& it) {

@@ -17,6 +17,10 @@ const DialogItem* closingItem(const OpenDialog& dialog) {
     return cancel != nullptr ? cancel : dialog.state.find(kOkItem);
 }
 
+bool hasFilter(const FileChooserState& chooser, int filter) {
+    return filter >= 0 && static_cast<std::size_t>(filter) < chooser.filters.size();
+}
+
 }  // namespace
 
 void DialogControl::State::refuse(const std::string& reason) {
@@ -70,6 +74,9 @@ void DialogControl::State::performOnChooser(ModalFrame& frame, const UserAction&
     switch (action.kind) {
         case UserAction::Kind::ChooseFile:
             if (action.path.empty()) return refuse("the path is empty");
+            if (action.filter != 0 && !hasFilter(*frame.chooser, action.filter)) {
+                return refuse("the chooser has no filter " + std::to_string(action.filter + 1));
+            }
             frame.chosen = ChosenFile{action.path, action.filter};
             break;
         case UserAction::Kind::Close:

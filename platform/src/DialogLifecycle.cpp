@@ -131,7 +131,9 @@ short DialogControl::State::send(const std::shared_ptr<OpenDialog>& dialog, shor
     const short id = dialog->state.id;
     CallTrace trace(
         CallDirection::ToAddOn, "DialogCallback",
-        [&] { return TraceArguments{{"message", messageName(message)}, {"dialog", id}, {"item", item}}; },
+        [&] {
+            return TraceArguments{{"message", messageName(message)}, {"dialog", id}, {"item", item}};
+        },
         reinterpret_cast<const void*>(dialog->callback));
     try {
         return trace.returning(dialog->callback(message, id, item, dialog->userData, 0));

@@ -1,6 +1,7 @@
 #include "platform/ResourceManager.h"
 
 #include "platform/Bundle.h"
+#include "platform/CallTrace.h"
 #include "platform/Resources.h"
 #include "platform/src/ResourceFiles.h"
 #include "platform/StringServices.h"
@@ -305,9 +306,12 @@ int RSRemoveModuleImageCache(RSResModule module) {
 
 bool RSGetIndString_ParamAdapter(RSStringType type, void* buffer, short resID, short index,
                                  RSResModule module) {
+    platform::CallTrace trace(platform::CallDirection::ToHost, "RSGetIndString", [&] {
+        return platform::TraceArguments{{"resource", resID}, {"index", index}};
+    });
     platform::Module* open = platform::findModule(module);
     const std::string* text = open == nullptr || buffer == nullptr ? nullptr : open->string(resID, index);
-    if (text == nullptr) return false;
-    return type == RSStringFixed ? platform::copySystemText(*text, buffer)
-                                 : platform::copyUnits(*text, buffer);
+    if (text == nullptr) return trace.returning(false);
+    return trace.returning(type == RSStringFixed ? platform::copySystemText(*text, buffer)
+                                                 : platform::copyUnits(*text, buffer));
 }

@@ -55,7 +55,7 @@ TEST_F(HostFunctionsTest, MenuItemsAreReachedByMenuAndNumberOthersAreErrors) {
     EXPECT_EQ(interfaceRequest(APIIo_SetMenuItemFlagsID, &item, &flags, nullptr), 0);
     EXPECT_TRUE(client_->menus.all()[0].items[1].checked());
 
-    for (API_MenuItemRef wrong : {API_MenuItemRef{1000, 1}, {1001, 0}, {1001, 7}, {1001, -1}}) {
+    for (API_MenuItemRef wrong : {API_MenuItemRef{1000, 1}, {1001, 0}, {1001, 9}, {1001, -1}}) {
         EXPECT_EQ(interfaceRequest(APIIo_SetMenuItemTextID, &wrong, nullptr, &text), host::kErrNoSuchMenu);
         EXPECT_EQ(interfaceRequest(APIIo_GetMenuItemFlagsID, &wrong, &flags, nullptr), host::kErrNoSuchMenu);
         EXPECT_EQ(interfaceRequest(APIIo_SetMenuItemFlagsID, &wrong, &flags, nullptr), host::kErrNoSuchMenu);

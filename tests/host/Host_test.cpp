@@ -2,6 +2,7 @@
 
 #include "host/ErrorCodes.h"
 #include "platform/DialogControl.h"
+#include "platform/HttpOptions.h"
 #include "platform/ImageCleanup.h"
 #include "tests/support/ScriptedPresenter.h"
 
@@ -123,7 +124,7 @@ TEST(Host, AChoiceThatCannotBeCarriedOutIsRefused) {
     ASSERT_NE(addOn, nullptr);
     EXPECT_EQ(host.choose(*addOn, 1000, 1), "there is no menu 1000");
     EXPECT_EQ(host.choose(*addOn, 1001, 0), "the menu has no item 0");
-    EXPECT_EQ(host.choose(*addOn, 1001, 7), "the menu has no item 7");
+    EXPECT_EQ(host.choose(*addOn, 1001, 9), "the menu has no item 9");
     EXPECT_EQ(host.choose(*addOn, 1001, 6), "the menu handler threw an exception");
     addOn->handlers.clear();
     EXPECT_EQ(host.choose(*addOn, 1001, 1), "Sample has installed no handler for menu 1001");
@@ -142,6 +143,18 @@ TEST(Host, UnloadingEndsModelessDialogsAndWaitsForModalOnes) {
     EXPECT_FALSE(host.unload(*addOn));
     EXPECT_THAT(DialogControl::instance().openDialogs(), testing::IsEmpty());
     EXPECT_FALSE(isInMemory("Sample"));
+}
+
+TEST(Host, UnloadingEndsATransferThatIsUnderWay) {
+    Host host;
+    AddOn* const addOn = loaded(host, "Sample");
+    ASSERT_NE(addOn, nullptr);
+    EXPECT_FALSE(host.choose(*addOn, 1001, 8));
+    EXPECT_EQ(platform::transfersUnderWay(), 1U);
+    EXPECT_FALSE(host.unload(*addOn));
+    EXPECT_EQ(platform::transfersUnderWay(), 0U);
+    EXPECT_FALSE(isInMemory("Sample"));
+    platform::RunLoop::main().dispatch(0);
 }
 
 TEST(Host, TheEndOfTheHostUnloadsEveryAddOn) {
@@ -164,7 +177,7 @@ TEST(Host, AProbeCallsEveryEntryPointWithoutTheHostsFunctions) {
         ASSERT_NE(answers, nullptr);
         std::vector<GSErrCode> codes;
         for (const host::EntryPointAnswer& each : *answers)
-            codes.push_back(each.result);
+            codes.push_back(each.result.value_or(-1));
         if (withTable) {
             EXPECT_THAT(codes, ElementsAre(0, 2, kAPIErrNoHostFunction, kAPIErrNoHostFunction, 0));
         } else {

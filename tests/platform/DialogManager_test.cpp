@@ -318,21 +318,23 @@ TEST_F(DialogManagerTest, AFileChooserHandsOverThePathOrNothing) {
     chooser.kind = platform::FileChooserState::Kind::SaveFile;
     chooser.title = "Save";
     chooser.name = "a.txt";
+    chooser.filters = {{"Text", "txt"}, {"All", ""}};
     EXPECT_FALSE(control().runFileChooser(chooser));
     ScriptedPresenter user;
     user.then(UserAction::click(0, 1))
         .then(UserAction::chooseFile(""))
         .then(UserAction::chooseFile("/tmp/a.txt", 2));
+    user.then(UserAction::chooseFile("/tmp/a.txt", 1));
     const auto chosen = control().runFileChooser(chooser);
     ASSERT_TRUE(chosen);
     EXPECT_EQ(chosen->path, "/tmp/a.txt");
-    EXPECT_EQ(chosen->filter, 2);
+    EXPECT_EQ(chosen->filter, 1);
     user.then(UserAction::close());
     EXPECT_FALSE(control().runFileChooser(chooser));
     EXPECT_THAT(user.log,
                 ElementsAre("chooser save [Save] [] [a.txt]", "refused: a file chooser waits for a choice",
-                            "refused: the path is empty", "chooser closed", "chooser save [Save] [] [a.txt]",
-                            "chooser closed"));
+                            "refused: the path is empty", "refused: the chooser has no filter 3",
+                            "chooser closed", "chooser save [Save] [] [a.txt]", "chooser closed"));
 }
 
 TEST_F(DialogManagerTest, TextsThatTheAddOnLeavesAloneComeFromItsResources) {

@@ -2,9 +2,11 @@
 // it breaks that contract in one place.
 
 #include "platform/Bundle.h"
+#include "platform/CFReadStream.h"
 #include "platform/DialogManager.h"
 #include "platform/FileDialog.h"
 #include "platform/HostTable.h"
+#include "platform/Launching.h"
 
 #include <stdexcept>
 
@@ -86,12 +88,39 @@ void rename(std::int32_t item, const char* newText) {
     interfaceRequest(APIIo_SetMenuItemTextID, &reference, nullptr, &copy);
 }
 
+void say(const char* message) {
+    DGAlert(DG_ALERT_PLAIN, text(message), GS::UniString(), GS::UniString(), text("OK"));
+}
+
 void save() {
     DG::FileDialog dialog(DG::FileDialog::Save);
     dialog.SetTitle(text("Save as"));
     dialog.SelectFile(IO::Location(text("report.txt")), true);
-    DGAlert(DG_ALERT_PLAIN, text(dialog.Invoke() ? "saved" : "not saved"), GS::UniString(), GS::UniString(),
-            text("OK"));
+    say(dialog.Invoke() ? "saved" : "not saved");
+}
+
+void streamEvent(CFReadStreamRef stream, CFStreamEventType event, void*) {
+    if (event != kCFStreamEventErrorOccurred) return;
+    CFRelease(stream);
+    say("The transfer has failed.");
+}
+
+/// A transfer that nobody ends but itself or the host.
+void fetch() {
+    const CFStringRef address =
+        CFStringCreateWithCString(nullptr, "http://sample.example/", CFStringGetSystemEncoding());
+    const CFStringRef get = CFStringCreateWithCString(nullptr, "GET", CFStringGetSystemEncoding());
+    const CFURLRef url = CFURLCreateWithString(nullptr, address, nullptr);
+    const CFHTTPMessageRef request = CFHTTPMessageCreateRequest(nullptr, get, url, kCFHTTPVersion1_1);
+    const CFReadStreamRef stream = CFReadStreamCreateForHTTPRequest(nullptr, request);
+    const CFStreamClientContext context{0, nullptr, nullptr, nullptr, nullptr};
+    CFReadStreamSetClient(stream, kCFStreamEventErrorOccurred, streamEvent, &context);
+    CFReadStreamScheduleWithRunLoop(stream, CFRunLoopGetMain(), kCFRunLoopCommonModes);
+    CFReadStreamOpen(stream);
+    CFRelease(request);
+    CFRelease(url);
+    CFRelease(get);
+    CFRelease(address);
 }
 
 GSErrCode handleMenu(const API_MenuParams* params) {
@@ -117,6 +146,12 @@ GSErrCode handleMenu(const API_MenuParams* params) {
             break;
         case 6:
             throw std::runtime_error("an add-on's own fault");
+        case 7:
+            OpenDocument("/documents/a \"b\".pdf");
+            break;
+        case 8:
+            fetch();
+            break;
         default:
             return 77;
     }
