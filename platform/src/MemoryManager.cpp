@@ -8,6 +8,9 @@ namespace {
 // No block of the suite comes near this; a size above it is a miscalculation.
 constexpr long kLargestBlock = 1L << 36;
 
+// A list that is emptied and filled again keeps this much without going back to the allocator.
+constexpr long kSpareKept = 128 * 1024;
+
 long successesLeft = -1;
 
 bool refused(long size) {
@@ -46,7 +49,7 @@ BMHandle BMReallocHandle(BMHandle handle, long newSize, unsigned int flags, int 
         return nullptr;
     }
     const bool tooSmall = newSize > handle->room;
-    const bool mostlySpare = newSize < handle->room / 4;
+    const bool mostlySpare = handle->room > kSpareKept && newSize < handle->room / 4;
     if (tooSmall || mostlySpare) {
         // Half as much again when growing step by step, so that n steps move O(n) bytes.
         const long room =
