@@ -48,7 +48,8 @@ std::string settingsFolderOfEnvironment() {
     const std::string own = environment("TESSARO_DATA_DIR");
     if (!own.empty()) {
         std::error_code error;
-        return std::filesystem::absolute(own, error).string();
+        const std::filesystem::path path = std::filesystem::absolute(own, error);
+        return error ? "" : path.string();
     }
     // A relative path in this variable is to be ignored, by the desktop's own rule.
     const std::string configuration = environment("XDG_CONFIG_HOME");
