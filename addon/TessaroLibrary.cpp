@@ -9,6 +9,7 @@
 #include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "settings/AddonIdentity.h"
+#include "update/KW_AddonUpdate.h"
 
 char sett_ADDON_NAME[] = "TessaroLibrary";
 char sett_ADDON_SETTINGS_FILE_NAME[] = "TessaroLibrary_220";
@@ -30,6 +31,14 @@ enum MenuItem : short {
     kItemInfo = 5,
 };
 
+KW_String ownVersion() {
+    return KW_String("TessaroLibrary 22.0.4.2200 (AC220) 03/08/2018", KW_String::Encoding_System);
+}
+
+KW_String libraryName() {
+    return KW_String("Tessaro", KW_String::Encoding_System);
+}
+
 void MenuCommandHandler(API_MenuParams const* params, short const& menuResID) {
     static bool firstTime = false;  // whether a command has been handled since the module was loaded
     if (params->menuItemRef.menuResID != menuResID) return;
@@ -48,10 +57,20 @@ void MenuCommandHandler(API_MenuParams const* params, short const& menuResID) {
                 MenuUpdate();
             }
             break;
+        case kItemCheckForUpdates:
+            KW_AddonUpdate_CheckForUpdate(true, ownVersion(), libraryName());
+            break;
+        case kItemAutoUpdate:
+            KW_AddonUpdate_SwitchAutoUpdateValue(kMenuResID, kItemAutoUpdate);
+            break;
         default:
             break;
     }
 
+    if (firstTime) return;
+    if (params->menuItemRef.itemIndex != kItemCheckForUpdates) {
+        KW_AddonUpdate_AutoUpdate(ownVersion(), libraryName());
+    }
     firstTime = true;
 }
 
@@ -109,6 +128,7 @@ GSErrCode Initialize() {
     for (APIMenuCommandProc const handler : handlers)
         combined |= ACAPI_Install_MenuHandler(menuResID++, handler);
     if (combined != kNoError) return combined;
+    KW_AddonUpdate_SetMenuUpdateCheck(kMenuResID, kItemAutoUpdate);
     MenuUpdate();
     return kNoError;
 }

@@ -5,7 +5,7 @@
 
 /// The maker's versions file and the check for updates. Main thread only.
 
-// ---- Records of the versions file -----------------------------------------------------------------------
+// ---- Records of the versions file
 
 /// What a line of the versions file is, by its tokens.
 enum KW_AddonUpdate_LineKind : int {
@@ -66,7 +66,7 @@ void KW_AddonUpdate_SplitAddonVersion(KW_String line, KW_AddonUpdate_Addon& addo
 /// Fills the record, except `text`, from a library line.
 void KW_AddonUpdate_SplitLibVersion(KW_String line, KW_AddonUpdate_Library& library);
 
-// ---- The check for updates ------------------------------------------------------------------------------
+// ---- The check for updates
 
 /// Starts a check: downloads the versions file and, when it has arrived, shows whether the maker has a newer
 /// build of the add-on than `ownVersion` (an add-on line) tells. `libraryName` names the add-on's object

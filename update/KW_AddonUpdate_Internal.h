@@ -9,7 +9,7 @@
 
 /// What the files of the update module share, and what its tests look at.
 
-// ---- Texts and numbers ------------------------------------------------------------------------------------
+// ---- Texts and numbers
 
 inline KW_String KW_AddonUpdate_SystemText(char const* text) {
     return KW_String(text, KW_String::Encoding_System);
@@ -20,7 +20,7 @@ inline long KW_AddonUpdate_ToLong(KW_String const& text) {
 /// A text of the suite in the current language.
 KW_String KW_AddonUpdate_GetText(short index);
 
-// ---- Versions file ----------------------------------------------------------------------------------------
+// ---- Versions file
 
 /// Where the downloaded versions file lies. False when the host has no folder for it.
 bool KW_AddonUpdate_GetFileLocation(KW_Location& location);
@@ -51,7 +51,7 @@ enum KW_AddonUpdate_Comparison : short {
 /// with a later date. Only the date decides.
 KW_AddonUpdate_Comparison KW_AddonUpdate_CompareVersions(KW_String const& ownLine, KW_String const& text);
 
-// ---- Check ------------------------------------------------------------------------------------------------
+// ---- Check
 
 /// Whether an automatic check is due when the last one was started at `lastCheck` (seconds since 1970; 0:
 /// never).
@@ -59,20 +59,20 @@ bool KW_AddonUpdate_IsCheckDue(std::time_t now, long lastCheck);
 
 int KW_AddonUpdate_UpdateCallBack(KW_URL_Message message, double value, void* userData);
 
-// ---- Setting of the automatic check -----------------------------------------------------------------------
+// ---- Setting of the automatic check
 
 /// Empty when it has never been switched on or off.
 KW_String KW_AddonUpdate_GetAutoUpdate();
 void KW_AddonUpdate_SetAutoUpdate(bool on);
 
-// ---- Result dialog ----------------------------------------------------------------------------------------
+// ---- Result dialog
 
 /// Fills the result dialog for the current sUpdateStatus.
 void KW_AddonUpdate_ResultUpdateInit(short dialogID);
 short KW_AddonUpdate_ResultUpdate_Handler(short message, short dialogID, short item, DGUserData userData,
                                           DGMessageData messageData);
 
-// ---- State of the check -----------------------------------------------------------------------------------
+// ---- State of the check
 
 constexpr short kUpdateStatus_None = 0;
 constexpr short kUpdateStatus_Running = 1;

@@ -71,6 +71,22 @@ TEST_F(TessaroLibraryTest, InitializeInstallsSixHandlersAndTextsTheRegisteredMen
     }
 }
 
+TEST_F(TessaroLibraryTest, InitializeMarksTheAutomaticCheckAsStoredBeforeItSetsTheTexts) {
+    const std::pair<char const*, std::uint32_t> cases[] = {{"", 2}, {"0", 0}, {"1", 2}};
+    for (const auto& [value, flags] : cases) {
+        KW_AddonSettings_LoadSetSave(KW_AddonSettings_ThisAddon,
+                                     KW_String("AutoUpdate", KW_String::Encoding_System),
+                                     KW_String(value, KW_String::Encoding_System), true);
+        ASSERT_EQ(0, RegisterInterface());
+        host.calls.clear();
+        ASSERT_EQ(0, Initialize());
+        EXPECT_EQ(flags, (host.itemFlags[{32501, 4}])) << value;
+        ASSERT_GT(host.calls.size(), 14u);
+        EXPECT_EQ("GMIF 32500 4", host.calls[6]) << "behind the six handlers";
+        EXPECT_EQ("SMIT 32500 1", host.calls[14].substr(0, 12)) << "behind the flags of seven menus";
+    }
+}
+
 TEST_F(TessaroLibraryTest, InitializeReturnsTheCombinedErrorsAndThenSetsNoTexts) {
     ASSERT_EQ(0, RegisterInterface());
     host.calls.clear();

@@ -1,0 +1,437 @@
+#include "tests/support/DataFolder.h"
+#include "tests/update/VersionText.h"
+#include "update/KW_AddonUpdate_Internal.h"
+#include "update/KW_VersionLine.h"
+
+#include <gmock/gmock.h>
+#include <random>
+
+namespace {
+
+// ---- Grammar
+
+struct GrammarCase {
+    const char* line;
+    int kind;
+};
+
+class VersionGrammar : public testing::TestWithParam<GrammarCase> {};
+
+TEST_P(VersionGrammar, GivesEachLineItsKind) {
+    KW_List<KW_String> tokens;
+    text(GetParam().line).SplitBySpaces(tokens);
+    EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), GetParam().kind) << GetParam().line;
+    EXPECT_EQ(KW_VersionLine(KW_UnitsOf(text(GetParam().line))).Kind(), GetParam().kind)
+        << "in place: " << GetParam().line;
+}
+
+const GrammarCase kGrammarCases[] = {
+    {"TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018 ita int", 1},
+    {"TessaroLibrary\t22.0.5.2210 \t (AC220) 15-10-2018", 1},
+    {"", 0},
+    {"Tessaro", 0},
+    // library: token 2 is a date of exactly ten characters
+    {"Tessaro 01/10/2018", 2},
+    {"Tessaro 01-10/2018 NoSuite", 2},
+    {"Tessaro 99/99/0000", 2},
+    {"Tessaro 1/10/2018", 0},
+    {"Tessaro 01/10/20189", 0},
+    {"Tessaro 01.10.2018", 0},
+    {"Tessaro 01/10.2018", 0},
+    {"Tessaro 0x/10/2018", 0},
+    {"Tessaro 01/1x/2018", 0},
+    {"Tessaro 01/10/201x", 0},
+    {"Tessaro 01/10/２018", 0},
+    {" 01/10/2018", 2},
+    {"a Tessaro 01/10/2018", 0},
+    // a library line is one before it is an add-on line
+    {"Tessaro 01/10/2018 (AC220) 15/10/2018", 2},
+    // four numbers or more, of which four are looked at; a number without digits is one
+    {"T 22.0.5 (AC220) 15/10/2018", 0},
+    {"T 22.0.5. (AC220) 15/10/2018", 1},
+    {"T ... (AC220) 15/10/2018", 1},
+    {"T .. (AC220) 15/10/2018", 0},
+    {"T 1.2.3.4.beta (AC220) 15/10/2018", 1},
+    {"T 1.2.3.4b (AC220) 15/10/2018", 0},
+    {"T a.2.3.4 (AC220) 15/10/2018", 0},
+    {"T 1.-2.3.4 (AC220) 15/10/2018", 0},
+    {"T 1.2.3\xC2\xB2.4 (AC220) 15/10/2018", 0},
+    {"T 99999999999999999999.0.0.0 (AC220) 15/10/2018", 1},
+    // host tag
+    {"T 1.2.3.4 (AC22) 15/10/2018", 1},
+    {"T 1.2.3.4 (AC) 15/10/2018", 1},
+    {"T 1.2.3.4 (AC 15/10/2018", 0},
+    {"T 1.2.3.4 AC220) 15/10/2018", 0},
+    {"T 1.2.3.4 (ac220) 15/10/2018", 0},
+    {"T 1.2.3.4 (AC22x) 15/10/2018", 0},
+    {"T 1.2.3.4 (AC2)2) 15/10/2018", 0},
+    {"T 1.2.3.4 (AC220 ) 15/10/2018", 0},
+    // date of an add-on: its length does not matter
+    {"T 1.2.3.4 (AC220)", 0},
+    {"T 1.2.3.4 (AC220) ", 0},
+    {"T 1.2.3.4 (AC220) 15/10/18", 1},
+    {"T 1.2.3.4 (AC220) 15/10/", 1},
+    {"T 1.2.3.4 (AC220) 15/10", 0},
+    {"T 1.2.3.4 (AC220) 15/10/2018beta", 1},
+    {"T 1.2.3.4 (AC220) 15/10/20b8", 0},
+    {"T 1.2.3.4 (AC220) 1x/10/2018", 0},
+    {"T 1.2.3.4 (AC220) 15/x0/2018", 0},
+    {"T 1.2.3.4 (AC220) 15:10/2018", 0},
+    {"T 1.2.3.4 (AC220) 15/10:2018", 0},
+    {"T 1.2.3.4 (AC220) 5/10/2018", 0},
+};
+
+INSTANTIATE_TEST_SUITE_P(Lines, VersionGrammar, testing::ValuesIn(kGrammarCases));
+
+TEST(VersionGrammar, HasNoVersionLineWithoutTokens) {
+    KW_List<KW_String> tokens;
+    EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), KW_AddonUpdate_NoVersionLine);
+    tokens.AddData(KW_String(), -1);
+    tokens.AddData(KW_String(), -1);
+    EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), KW_AddonUpdate_NoVersionLine);
+}
+
+TEST(VersionDate, IsRearrangedFromWhateverCharactersItHas) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"03/08/2018", "20180803"},
+        {"03-08-2018", "20180803"},
+        {"03/08/2018x", "20180803"},
+        {"03/08/18", "180803"},
+        {"5/10/2018", "0180/5/"},
+        {"15", "15"},
+        {"1", "1"},
+        {"", ""},
+        {"123456", "4512"},
+        {"abcdefghij", "ghijdeab"},
+    };
+    for (const auto& [date, expected] : cases) {
+        KW_String written = text(date);
+        EXPECT_EQ(utf8(KW_AddonUpdate_FormatDate(written)), expected) << date;
+    }
+}
+
+TEST(LinesInPlace, AreThoseOfSplitLines) {
+    for (const char* const all : {"a\nb\r\nc\rd", "\n\na\r\r\nb\n\r", "a", "a\r", "\r\n"}) {
+        KW_List<KW_String> lines;
+        text(all).SplitLines(lines, true, true);
+        const KW_String whole = text(all);
+        KW_Units rest = KW_UnitsOf(whole);
+        long count = 0;
+        for (; !rest.empty(); ++count) {
+            ASSERT_LT(count, lines.count) << all;
+            EXPECT_TRUE(KW_UnitsEqual(KW_TakeLine(rest), KW_UnitsOf(lines[count])))
+                << all << " line " << count;
+        }
+        // what follows the last line end counts as a line there also when there is nothing
+        EXPECT_EQ(lines.count, lines[lines.count - 1].length == 0 ? count + 1 : count) << all;
+    }
+}
+
+// ---- Records
+
+std::string languages(const KW_AddonUpdate_Addon& addon) {
+    std::string all;
+    for (long i = 0; i < addon.languages.count; ++i)
+        all += std::to_string(addon.languages[i]);
+    return all;
+}
+
+TEST(AddonRecord, TakesTheFieldsOfItsLine) {
+    KW_AddonUpdate_Addon addon;
+    addon.text = text("kept");
+    KW_AddonUpdate_SplitAddonVersion(text("TessaroLibrary 22.0.4.2200 (AC220) 03/08/2018"), addon);
+    EXPECT_EQ(utf8(addon.name), "TessaroLibrary");
+    EXPECT_EQ(utf8(addon.versionText), "22.0.4.2200");
+    EXPECT_THAT(addon.versionNumbers, testing::ElementsAre(22, 0, 4, 2200));
+    EXPECT_EQ(addon.hostVersion, 22);
+    EXPECT_EQ(utf8(addon.date), "20180803");
+    EXPECT_EQ(utf8(addon.dateText), "03/08/2018");
+    EXPECT_EQ(addon.languages.count, 0);
+    EXPECT_TRUE(addon.inSE);
+    EXPECT_TRUE(addon.inSuite);
+    EXPECT_EQ(utf8(addon.text), "kept");
+}
+
+TEST(AddonRecord, NotesMarkersFromTheFifthTokenOn) {
+    const struct {
+        const char* markers;
+        const char* languages;
+        bool inSE;
+        bool inSuite;
+    } cases[] = {
+        {"", "", true, true},
+        {"ita int fra ger spa jap rus", "0123456", true, true},
+        {"RUS Ita ita", "600", true, true},
+        {"NoSE", "", false, true},
+        {"NoSuite", "", true, false},
+        {"int NoSE xyz NoSuite ger", "13", false, false},
+        {"nose NOSUITE itax it", "", true, true},
+    };
+    KW_AddonUpdate_Addon addon;
+    for (const auto& each : cases) {
+        const std::string line = std::string("T 1.2.3.4 (AC220) 03/08/2018 ") + each.markers;
+        KW_AddonUpdate_SplitAddonVersion(text(line), addon);
+        EXPECT_EQ(languages(addon), each.languages) << line;
+        EXPECT_EQ(addon.inSE, each.inSE) << line;
+        EXPECT_EQ(addon.inSuite, each.inSuite) << line;
+    }
+}
+
+TEST(AddonRecord, KeepsSixteenBitsOfItsNumbers) {
+    const struct {
+        const char* version;
+        const char* host;
+        std::vector<short> numbers;
+        short hostVersion;
+    } cases[] = {
+        {"1.2.3.4.5", "(AC22)", {1, 2, 3, 4}, 2},
+        {"...", "(AC)", {0, 0, 0, 0}, 0},
+        {"32767.32768.65535.65537", "(AC2)", {32767, -32768, -1, 1}, 0},
+        {"007.0.0.18446744073709551617", "(AC2310)", {7, 0, 0, 1}, 231},
+    };
+    for (const auto& each : cases) {
+        KW_AddonUpdate_Addon addon;
+        KW_AddonUpdate_SplitAddonVersion(
+            text(std::string("T ") + each.version + " " + each.host + " 03/08/2018"), addon);
+        EXPECT_THAT(addon.versionNumbers, testing::ElementsAreArray(each.numbers)) << each.version;
+        EXPECT_EQ(addon.hostVersion, each.hostVersion) << each.host;
+    }
+}
+
+TEST(AddonRecord, IsEmptiedByTheEmptyLine) {
+    for (const KW_String& empty : {KW_String(), text("")}) {
+        KW_AddonUpdate_Addon addon;
+        KW_AddonUpdate_SplitAddonVersion(text("T 1.2.3.4 (AC220) 03/08/2018 ita NoSuite"), addon);
+        KW_AddonUpdate_SplitAddonVersion(empty, addon);
+        EXPECT_EQ(addon.name, text(""));
+        EXPECT_EQ(addon.versionText, text(""));
+        EXPECT_THAT(addon.versionNumbers, testing::Each(0));
+        EXPECT_EQ(addon.hostVersion, 0);
+        EXPECT_EQ(addon.date, text(""));
+        EXPECT_EQ(addon.dateText, text(""));
+        EXPECT_EQ(addon.languages.count, 0);
+        EXPECT_FALSE(addon.inSE);
+        EXPECT_TRUE(addon.inSuite);
+    }
+}
+
+TEST(AddonRecord, IsFilledSafelyFromLinesThatAreNone) {
+    for (const char* const line : {"x", "x 1", "x 1.2 (A", "x 1.2 (AC 1/", " ", "x y z 5"}) {
+        KW_AddonUpdate_Addon addon;
+        KW_AddonUpdate_SplitAddonVersion(text(line), addon);
+        EXPECT_EQ(addon.languages.count, 0) << line;
+        KW_AddonUpdate_Library library;
+        KW_AddonUpdate_SplitLibVersion(text(line), library);
+        EXPECT_TRUE(library.inSuite) << line;
+    }
+}
+
+TEST(AddonRecord, IsCopiedWithEverythingInIt) {
+    KW_AddonUpdate_Addon original;
+    KW_AddonUpdate_SplitAddonVersion(text("T 1.2.3.4 (AC220) 03/08/2018 ita rus NoSE"), original);
+    KW_AddonUpdate_Addon copy(original);
+    KW_AddonUpdate_Addon assigned;
+    assigned.languages.AddData(5, -1);
+    assigned = original;
+    original.name += "changed";
+    original.languages.Reset();
+    for (const KW_AddonUpdate_Addon* const each : {&copy, &assigned}) {
+        EXPECT_EQ(utf8(each->name), "T");
+        EXPECT_EQ(languages(*each), "06");
+        EXPECT_THAT(each->versionNumbers, testing::ElementsAre(1, 2, 3, 4));
+        EXPECT_FALSE(each->inSE);
+    }
+}
+
+TEST(LibraryRecord, TakesTheFieldsOfItsLine) {
+    KW_AddonUpdate_Library library;
+    KW_AddonUpdate_SplitLibVersion(text("Tessaro 01-10-2018 x NoSuite y"), library);
+    EXPECT_EQ(utf8(library.name), "Tessaro");
+    EXPECT_EQ(utf8(library.date), "20181001");
+    EXPECT_EQ(utf8(library.dateText), "01-10-2018");
+    EXPECT_FALSE(library.inSuite);
+    KW_AddonUpdate_SplitLibVersion(text("Tessaro 01/10/2018 nosuite"), library);
+    EXPECT_TRUE(library.inSuite);
+}
+
+TEST(TextLines, AreJoinedAndLeaveTheIndexOnTheLastOne) {
+    const struct {
+        const char* lines;
+        const char* joined;
+        long index;
+    } cases[] = {
+        {"T\n# one\n# two\nnext", "one\ntwo", 2},
+        {"T\nnext", "", 0},
+        {"T\n#\n# \n# one\n#\n# two\nnext", "one\n\ntwo", 5},
+        {"T\n#one\n#  two\nnext", "ne\n two", 2},
+        {"T\n# one", "one", 2},
+        {"T", "", 1},
+    };
+    for (const auto& each : cases) {
+        KW_List<KW_String> lines;
+        text(each.lines).SplitLines(lines, true, true);
+        long index = 0;
+        const KW_String joined = KW_AddonUpdate_ReadText(index, lines);
+        EXPECT_EQ(joined, text(each.joined)) << each.lines;
+        EXPECT_EQ(index, each.index) << each.lines;
+    }
+}
+
+// ---- Whole files
+
+class VersionsFile : public testing::Test {
+protected:
+    bool read(const std::string& bytes) {
+        folder.write("__updcf__.tmp", bytes);
+        return KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries);
+    }
+    /// One line for each record.
+    std::string entries() const {
+        std::string all;
+        for (long i = 0; i < messages.count; ++i) {
+            all += "message " + utf8(messages[i].firstDate) + "-" + utf8(messages[i].secondDate) + " [" +
+                   utf8(messages[i].text) + "] [" + utf8(messages[i].url) + "]\n";
+        }
+        for (long i = 0; i < addons.count; ++i) {
+            all += "addon " + utf8(addons[i].name) + " " + utf8(addons[i].date) + " " + languages(addons[i]) +
+                   " [" + utf8(addons[i].text) + "]\n";
+        }
+        for (long i = 0; i < libraries.count; ++i) {
+            all += "library " + utf8(libraries[i].name) + " " + utf8(libraries[i].date) + " [" +
+                   utf8(libraries[i].text) + "]\n";
+        }
+        return all;
+    }
+
+    DataFolder folder;
+    KW_List<KW_AddonUpdate_Message> messages;
+    KW_List<KW_AddonUpdate_Addon> addons;
+    KW_List<KW_AddonUpdate_Library> libraries;
+};
+
+const std::string kSample =
+    "* list of versions\n"
+    "# stray text\n"
+    "MESSAGE 01/09/2018 31/12/2018\n"
+    "# New versions are available.\n"
+    "# See http://www.tessaro.example/news\n"
+    "# and http://elsewhere.example\n"
+    "\n"
+    "TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018 ita int\n"
+    "# Faster.\n"
+    "#\n"
+    "# Smaller.\n"
+    "TessaroLibrary 22.0.4.2200 (AC220) 03/08/2018\n"
+    "TessaroLibrary 22.0.5 (AC220) 15/10/2018\n"
+    "# belongs to nothing\n"
+    "Tessaro 01/10/2018 NoSuite\n"
+    "# New objects.\n";
+const std::string kSampleEntries =
+    "message 20180901-20181231 [New versions are available.\nSee ] "
+    "[http://www.tessaro.example/news\nand http://elsewhere.example]\n"
+    "addon TessaroLibrary 20181015 01 [Faster.\n\nSmaller.]\n"
+    "addon TessaroLibrary 20180803  []\n"
+    "library Tessaro 20181001 [New objects.]\n";
+
+std::string withLineEnds(std::string text, const std::string& end) {
+    for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += end.size())
+        text.replace(at, 1, end);
+    return text;
+}
+
+TEST_F(VersionsFile, IsReadIntoRecordsWhateverItsLineEnds) {
+    for (const char* const end : {"\n", "\r\n", "\r"}) {
+        messages.Reset();
+        addons.Reset();
+        libraries.Reset();
+        ASSERT_TRUE(read(withLineEnds(kSample, end)));
+        EXPECT_EQ(entries(), kSampleEntries);
+    }
+    EXPECT_TRUE(folder.has("__updcf__.tmp"));
+}
+
+TEST_F(VersionsFile, AppendsToTheLists) {
+    ASSERT_TRUE(read("A 01/01/2018\n"));
+    ASSERT_TRUE(read("B 01/01/2018"));
+    EXPECT_EQ(entries(), "library A 20180101 []\nlibrary B 20180101 []\n");
+}
+
+TEST_F(VersionsFile, IsUtf8UnlessAByteOrderMarkSaysOtherwise) {
+    ASSERT_TRUE(read("Caffè 01/01/2018"));
+    ASSERT_TRUE(
+        read("\xEF\xBB\xBF"
+             "Tè 01/01/2018"));
+    ASSERT_TRUE(
+        read(std::string("\xFF\xFE"
+                         "P\0\xF2\0 \0"
+                         "0\0"
+                         "1\0/\0"
+                         "0\0"
+                         "1\0/\0"
+                         "2\0"
+                         "0\0"
+                         "1\0"
+                         "8\0",
+                         28)));
+    EXPECT_EQ(entries(), "library Caffè 20180101 []\nlibrary Tè 20180101 []\nlibrary Pò 20180101 []\n");
+}
+
+TEST_F(VersionsFile, TakesNoticesByTheirFirstToken) {
+    ASSERT_TRUE(
+        read("MESSAGE\n# text\n"
+             "xMESSAGEy 1/2\n# http://only\n"
+             "MESSAGE 01/01/2018 02/01/2018 03/01/2018\n"
+             "message 01/01/2018\n"
+             "x MESSAGE\n"
+             "*MESSAGE\n"
+             "#MESSAGE\n"));
+    EXPECT_EQ(entries(),
+              "message - [text] []\n"
+              "message 1/- [] [http://only]\n"
+              "message 20180101-20180102 [] []\n"
+              "library message 20180101 []\n");
+}
+
+TEST_F(VersionsFile, StartsNoEntryAtATextLine) {
+    ASSERT_TRUE(read("# 01/01/2018\n#T 1.2.3.4 (AC220) 01/01/2018\n"));
+    EXPECT_EQ(entries(), "");
+}
+
+TEST_F(VersionsFile, HoldsNothingWhenEmptyOrUndecodable) {
+    EXPECT_TRUE(read(""));
+    EXPECT_TRUE(read("\xC3\x28 01/01/2018"));
+    EXPECT_EQ(entries(), "");
+}
+
+TEST_F(VersionsFile, CannotBeReadWhereThereIsNone) {
+    EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
+    folder.makeFolder("__updcf__.tmp");
+    EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
+    IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
+                                       IO::Location::FromPosixPath(folder.path("missing")));
+    EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
+}
+
+TEST_F(VersionsFile, GivesAnAnswerToAnyBytes) {
+    std::mt19937 random(22);
+    const std::string pieces[] = {"MESSAGE ", "Tessaro ", "1.2.3.4",  " (AC220) ",    "03/08/2018",
+                                  "#",        "\n",       "\r",       "\t",           " ",
+                                  "*",        "http://",  "\xFF\xFE", "\xEF\xBB\xBF", std::string(1, '\0'),
+                                  "\xC3",     "(AC)",     "....",     "//",           "NoSE"};
+    for (int round = 0; round < 2000; ++round) {
+        std::string bytes;
+        while (random() % 24 != 0) {
+            bytes += random() % 5 == 0 ? std::string(1, static_cast<char>(random()))
+                                       : pieces[random() % std::size(pieces)];
+        }
+        ASSERT_TRUE(read(bytes));
+        KW_String whole;
+        KW_String::TextToString(whole, bytes.data(), static_cast<unsigned int>(bytes.size()), true,
+                                KW_String::Encoding_System);
+        EXPECT_NE(KW_AddonUpdate_CompareVersions(text("T 1.2.3.4 (AC220) 03/08/2018"), whole),
+                  KW_AddonUpdate_OwnLineInvalid);
+    }
+    EXPECT_GT(messages.count + addons.count + libraries.count, 0);
+}
+
+}  // namespace

@@ -1,0 +1,41 @@
+#include "tests/update/UpdateFixture.h"
+
+#include "language/KW_Language.h"
+#include "platform/Launching.h"
+#include "settings/KW_AddonSettings.h"
+
+UpdateFixture::UpdateFixture() {
+    KW_AddonSettings_Load(KW_AddonSettings_ThisAddon, false);
+    KW_AddonUpdate_ResetState();
+    gKW_Language = KW_Language_International;
+    platform::setLaunchHandler([this](const platform::LaunchRequest& request) {
+        EXPECT_EQ(request.kind, platform::LaunchRequest::Kind::WebAddress);
+        launched_.push_back(request.target);
+        return 0;
+    });
+}
+
+UpdateFixture::~UpdateFixture() {
+    for (const short id : platform::DialogControl::instance().openDialogs())
+        DGModelessClose(id);
+    platform::setLaunchHandler(nullptr);
+    gKW_Language = KW_Language_International;
+}
+
+std::string UpdateFixture::stored(const std::string& key) {
+    KW_AddonSettings_Load(KW_AddonSettings_ThisAddon, false);
+    return utf8(KW_AddonSettings_Get(KW_AddonSettings_ThisAddon, text(key), false));
+}
+
+void UpdateFixture::store(const std::string& key, const std::string& value) {
+    KW_AddonSettings_LoadSetSave(KW_AddonSettings_ThisAddon, text(key), text(value), true);
+}
+
+std::string UpdateFixture::alertText() const {
+    if (presenter_.alerts.size() != 1) return std::to_string(presenter_.alerts.size()) + " alerts";
+    const platform::AlertState& alert = presenter_.alerts.front();
+    EXPECT_EQ(alert.type, -1);
+    EXPECT_TRUE(alert.texts[0].IsEmpty());
+    EXPECT_TRUE(alert.texts[2].IsEmpty());
+    return GS::UniStringToUtf8(alert.texts[1]);
+}
