@@ -30,10 +30,16 @@ struct File::State {
     bool toBeRecovered = false;
     off_t positionBefore = 0;
     off_t lengthBefore = 0;
+    // Of the staged file, which nobody else changes: kept here so that a write asks the system for nothing.
+    off_t stagedPosition = 0;
+    off_t stagedLength = 0;
+    off_t flushBegun = 0;  // the disk has been told of so much of it
 
     void create();
     void removeCreated() const;
     int openDirectly();
+    GSErrCode noteBefore();
+    void noteAfter(std::uint64_t written);
     GSErrCode recover();
     GSErrCode finish();
 };
@@ -82,12 +88,41 @@ int File::State::openDirectly() {
     return 0;
 }
 
+/// Notes where a write begins, for recovery.
+GSErrCode File::State::noteBefore() {
+    if (staged.isOpen()) {
+        positionBefore = stagedPosition;
+        lengthBefore = stagedLength;
+        return kNoError;
+    }
+    struct stat information {};
+    const off_t position = lseek(descriptor, 0, SEEK_CUR);
+    if (position < 0 || fstat(descriptor, &information) != 0) return errorOfErrno(errno);
+    positionBefore = position;
+    lengthBefore = information.st_size;
+    return kNoError;
+}
+
+void File::State::noteAfter(std::uint64_t written) {
+    stagedPosition += static_cast<off_t>(written);
+    stagedLength = std::max(stagedLength, stagedPosition);
+    // The disk begins early, so that closing has little left to wait for.
+    constexpr off_t kFlushStep = 1 << 20;
+    if (staged.isOpen() && stagedLength - flushBegun >= kFlushStep) {
+        sync_file_range(descriptor, flushBegun, stagedLength - flushBegun, SYNC_FILE_RANGE_WRITE);
+        flushBegun = stagedLength;
+    }
+}
+
 GSErrCode File::State::recover() {
     if (!toBeRecovered) return kNoError;
     toBeRecovered = false;
     if (!regular) return kNoError;
     const bool cut = ftruncate(descriptor, lengthBefore) == 0;
     const bool moved = lseek(descriptor, positionBefore, SEEK_SET) >= 0;
+    if (cut) stagedLength = lengthBefore;
+    flushBegun = std::min(flushBegun, stagedLength);
+    if (moved) stagedPosition = positionBefore;
     return cut && moved ? kNoError : errorOfErrno(errno);
 }
 
@@ -145,6 +180,7 @@ GSErrCode File::Open(OpenMode mode, AccessDeniedTreatment) {
     state_->mode = mode;
     state_->regular = S_ISREG(information.st_mode);
     state_->someWriteSucceeded = state_->someWriteFailed = state_->toBeRecovered = false;
+    state_->stagedPosition = state_->stagedLength = state_->flushBegun = 0;
     if (mode != WriteEmptyMode || !state_->regular) return errorOfErrno(state_->openDirectly());
     if (faccessat(AT_FDCWD, state_->path.ToCStr(), W_OK, AT_EACCESS) != 0) return errorOfErrno(errno);
     const int error = state_->staged.open(state_->path.ToCStr());
@@ -182,7 +218,9 @@ GSErrCode File::SetPosition(std::uint64_t position) {
     if (!IsOpen()) return kErrNotOpen;
     if (position > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) return kErrEndOfFile;
     const off_t wanted = static_cast<off_t>(position);
-    return lseek(state_->descriptor, wanted, SEEK_SET) >= 0 ? kNoError : errorOfErrno(errno);
+    if (lseek(state_->descriptor, wanted, SEEK_SET) < 0) return errorOfErrno(errno);
+    state_->stagedPosition = wanted;
+    return kNoError;
 }
 
 GSErrCode File::Read(char* buffer, std::uint32_t count, std::uint32_t* bytesRead) {
@@ -204,14 +242,12 @@ GSErrCode File::Write(const char* bytes, std::uint64_t count, std::uint64_t* byt
     if (bytesWritten != nullptr) *bytesWritten = 0;
     if (!IsOpen() || state_->mode == ReadMode) return kErrNotOpen;
     if (state_->regular && !state_->toBeRecovered) {
-        struct stat information {};
-        const off_t position = lseek(state_->descriptor, 0, SEEK_CUR);
-        if (position < 0 || fstat(state_->descriptor, &information) != 0) return errorOfErrno(errno);
-        state_->positionBefore = position;
-        state_->lengthBefore = information.st_size;
+        const GSErrCode failed = state_->noteBefore();
+        if (failed != kNoError) return failed;
     }
     std::uint64_t done = 0;
-    const int error = platform::writeQuietly(state_->descriptor, bytes, count, done);
+    const int error = platform::writeQuietly(state_->descriptor, state_->regular, bytes, count, done);
+    state_->noteAfter(done);
     if (bytesWritten != nullptr) *bytesWritten = done;
     if (error == 0) {
         state_->someWriteSucceeded = true;

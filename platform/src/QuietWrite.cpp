@@ -1,10 +1,12 @@
 #include "platform/src/QuietWrite.h"
 
+#include <sys/resource.h>
 #include <unistd.h>
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <ctime>
+#include <optional>
 
 namespace platform {
 
@@ -43,18 +45,24 @@ private:
     bool cameUp_ = false;
 };
 
+bool fileSizeIsLimited() {
+    rlimit limit{};
+    return getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur != RLIM_INFINITY;
+}
+
 }  // namespace
 
-int writeQuietly(int descriptor, const char* bytes, std::uint64_t count, std::uint64_t& done) {
+int writeQuietly(int descriptor, bool regular, const char* bytes, std::uint64_t count, std::uint64_t& done) {
     constexpr std::uint64_t kStep = std::uint64_t{1} << 30;  // the system writes less than 2 GiB at a time
-    SignalsHeldBack signals;
+    std::optional<SignalsHeldBack> signals;
+    if (!regular || fileSizeIsLimited()) signals.emplace();  // nothing else sends a signal
     done = 0;
     while (done < count) {
         const ssize_t step = ::write(descriptor, bytes + done, std::min(count - done, kStep));
         if (step < 0 && errno == EINTR) continue;
         if (step < 0) {
             const int error = errno;
-            signals.noteError(error);
+            if (signals) signals->noteError(error);
             return error;
         }
         if (step == 0) return EIO;

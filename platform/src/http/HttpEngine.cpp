@@ -4,14 +4,17 @@
 #include "platform/src/http/HttpResponse.h"
 
 #include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 namespace platform::http {
 
 HttpEngine* HttpEngine::get() {
     static HttpEngine* const engine =
-        create();  // never destroyed: streams may end after the statics of this library
+        create();  // never destroyed: streams may outlive this library's statics
     return engine;
 }
 
@@ -20,20 +23,24 @@ HttpEngine* HttpEngine::create() {
     if (curl == nullptr) return nullptr;
     CURLM* const multi = curl->multiInit();
     const int timerDescriptor = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
-    if (multi == nullptr || timerDescriptor < 0) return nullptr;
-    return new HttpEngine(*curl, multi, timerDescriptor);
+    const int wakeDescriptor = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+    if (multi == nullptr || timerDescriptor < 0 || wakeDescriptor < 0) return nullptr;
+    return new HttpEngine(*curl, multi, timerDescriptor, wakeDescriptor);
 }
 
-HttpEngine::HttpEngine(const CurlLibrary& curl, CURLM* multi, int timerDescriptor)
-    : curl_(curl), multi_(multi), timerDescriptor_(timerDescriptor) {
+HttpEngine::HttpEngine(const CurlLibrary& curl, CURLM* multi, int timerDescriptor, int wakeDescriptor)
+    : curl_(curl), multi_(multi), timerDescriptor_(timerDescriptor), wakeDescriptor_(wakeDescriptor) {
     curl_.multiSetopt(multi_, CURLMOPT_SOCKETFUNCTION, &HttpEngine::socketChanged);
     curl_.multiSetopt(multi_, CURLMOPT_SOCKETDATA, this);
     curl_.multiSetopt(multi_, CURLMOPT_TIMERFUNCTION, &HttpEngine::timeoutChanged);
     curl_.multiSetopt(multi_, CURLMOPT_TIMERDATA, this);
     RunLoop::main().watch(timerDescriptor_, EPOLLIN, [this](std::uint32_t) { onTimer(); });
+    RunLoop::main().watch(wakeDescriptor_, EPOLLIN, [this](std::uint32_t) { onWake(); });
 }
 
 bool HttpEngine::add(CURL* easy) {
+    curl_.easySetopt(easy, CURLOPT_CLOSESOCKETFUNCTION, &HttpEngine::closeSocket);
+    curl_.easySetopt(easy, CURLOPT_CLOSESOCKETDATA, this);
     return curl_.multiAddHandle(multi_, easy) == CURLM_OK;
 }
 
@@ -47,41 +54,90 @@ void HttpEngine::noteChange(const std::shared_ptr<HttpResponse>& response) {
 
 int HttpEngine::socketChanged(CURL*, curl_socket_t socket, int what, void* engine, void*) {
     auto* const self = static_cast<HttpEngine*>(engine);
-    if (what == CURL_POLL_REMOVE) {
+    Socket& state = self->sockets_[socket];
+    state.wanted = 0;
+    if (what == CURL_POLL_IN || what == CURL_POLL_INOUT) state.wanted |= EPOLLIN;
+    if (what == CURL_POLL_OUT || what == CURL_POLL_INOUT) state.wanted |= EPOLLOUT;
+    if ((state.wanted & ~state.watched) != 0) self->watch(socket, state);
+    return 0;
+}
+
+void HttpEngine::watch(curl_socket_t socket, Socket& state) {
+    if (state.watched == state.wanted) return;
+    state.watched = state.wanted;
+    if (state.wanted == 0) {
         RunLoop::main().unwatch(socket);
-        return 0;
+    } else {
+        RunLoop::main().watch(socket, state.wanted,
+                              [this, socket](std::uint32_t happened) { onSocket(socket, happened); });
     }
-    const std::uint32_t events =
-        ((what & CURL_POLL_IN) != 0 ? EPOLLIN : 0U) | ((what & CURL_POLL_OUT) != 0 ? EPOLLOUT : 0U);
-    RunLoop::main().watch(socket, events,
-                          [self, socket](std::uint32_t happened) { self->onSocket(socket, happened); });
-    return 0;
 }
 
-int HttpEngine::timeoutChanged(CURLM*, long timeoutMs, void* engine) {
-    itimerspec spec{};  // stays zero, which disarms, for "no timeout"
-    if (timeoutMs == 0) spec.it_value.tv_nsec = 1;
-    if (timeoutMs > 0) {
-        spec.it_value.tv_sec = timeoutMs / 1000;
-        spec.it_value.tv_nsec = timeoutMs % 1000 * 1'000'000;
+int HttpEngine::closeSocket(void* engine, curl_socket_t socket) {
+    auto* const self = static_cast<HttpEngine*>(engine);
+    const auto known = self->sockets_.find(socket);
+    if (known != self->sockets_.end()) {
+        known->second.wanted = 0;
+        self->watch(socket, known->second);
+        self->sockets_.erase(known);
     }
-    timerfd_settime(static_cast<HttpEngine*>(engine)->timerDescriptor_, 0, &spec, nullptr);
-    return 0;
-}
-
-void HttpEngine::onTimer() {
-    std::uint64_t expirations = 0;
-    if (read(timerDescriptor_, &expirations, sizeof expirations) < 0)
-        return;  // moved on by a nested run of the loop
-    act(CURL_SOCKET_TIMEOUT, 0);
+    return close(socket);
 }
 
 void HttpEngine::onSocket(curl_socket_t socket, std::uint32_t events) {
+    Socket& state = sockets_[socket];
+    if (state.wanted == 0 || (events & (state.wanted | EPOLLERR | EPOLLHUP)) == 0) {
+        watch(socket, state);
+        return;
+    }
     int what = 0;
     if ((events & (EPOLLIN | EPOLLHUP)) != 0) what |= CURL_CSELECT_IN;
     if ((events & EPOLLOUT) != 0) what |= CURL_CSELECT_OUT;
     if ((events & EPOLLERR) != 0) what |= CURL_CSELECT_ERR;
     act(socket, what);
+}
+
+int HttpEngine::timeoutChanged(CURLM*, long timeoutMs, void* engine) {
+    auto* const self = static_cast<HttpEngine*>(engine);
+    self->deadline_.reset();
+    if (timeoutMs == 0 && !self->woken_) {
+        const std::uint64_t one = 1;
+        self->woken_ = write(self->wakeDescriptor_, &one, sizeof one) == sizeof one;
+    } else if (timeoutMs > 0) {
+        self->deadline_ = Clock::now() + std::chrono::milliseconds(timeoutMs);
+        if (!self->armedFor_ || *self->deadline_ < *self->armedFor_) self->arm(*self->deadline_);
+    }
+    return 0;
+}
+
+void HttpEngine::arm(Clock::time_point deadline) {
+    armedFor_ = deadline;
+    const auto left = std::max<Clock::duration>(deadline - Clock::now(), std::chrono::nanoseconds(1));
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(left);
+    itimerspec spec{};
+    spec.it_value.tv_sec = seconds.count();
+    spec.it_value.tv_nsec = std::chrono::nanoseconds(left - seconds).count();
+    timerfd_settime(timerDescriptor_, 0, &spec, nullptr);
+}
+
+void HttpEngine::onTimer() {
+    std::uint64_t expirations = 0;
+    if (read(timerDescriptor_, &expirations, sizeof expirations) < 0) return;
+    armedFor_.reset();
+    if (!deadline_) return;
+    if (Clock::now() < *deadline_) {
+        arm(*deadline_);
+        return;
+    }
+    deadline_.reset();
+    act(CURL_SOCKET_TIMEOUT, 0);
+}
+
+void HttpEngine::onWake() {
+    std::uint64_t wakes = 0;
+    if (read(wakeDescriptor_, &wakes, sizeof wakes) < 0) return;
+    woken_ = false;
+    act(CURL_SOCKET_TIMEOUT, 0);
 }
 
 void HttpEngine::act(curl_socket_t socket, int what) {

@@ -2,10 +2,12 @@
 
 #include "platform/src/http/CurlLibrary.h"
 
-#include <cstddef>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
+#include <unordered_map>
 
 namespace platform::http {
 
@@ -15,6 +17,10 @@ class HttpResponse;
 /// waiting. (Names that are no addresses are resolved by a thread that libcurl keeps for itself.) Nothing is
 /// told to a response's owner while libcurl is on the stack, so the owner may do what it likes, also run the
 /// loop.
+///
+/// libcurl changes its mind about sockets and timeouts many times while data streams in. What costs a system
+/// call is therefore done only when it matters: a wish for more events at once, a wish for fewer when an
+/// unwanted one arrives; an earlier timeout at once, a later one when the earlier has passed.
 class HttpEngine {
 public:
     /// Null when there is no HTTP library.
@@ -31,19 +37,36 @@ public:
     void noteChange(const std::shared_ptr<HttpResponse>& response);
 
 private:
-    HttpEngine(const CurlLibrary& curl, CURLM* multi, int timerDescriptor);
+    using Clock = std::chrono::steady_clock;
+    using Deadline = std::optional<Clock::time_point>;
+
+    struct Socket {
+        std::uint32_t wanted = 0;
+        std::uint32_t watched = 0;
+    };
+
+    HttpEngine(const CurlLibrary& curl, CURLM* multi, int timerDescriptor, int wakeDescriptor);
     static HttpEngine* create();
 
     static int socketChanged(CURL* easy, curl_socket_t socket, int what, void* engine, void* unused);
     static int timeoutChanged(CURLM* multi, long timeoutMs, void* engine);
+    static int closeSocket(void* engine, curl_socket_t socket);
 
-    void act(curl_socket_t socket, int what);
+    void watch(curl_socket_t socket, Socket& state);
+    void arm(Clock::time_point deadline);
     void onSocket(curl_socket_t socket, std::uint32_t events);
     void onTimer();
+    void onWake();
+    void act(curl_socket_t socket, int what);
 
     const CurlLibrary& curl_;
     CURLM* multi_;
-    int timerDescriptor_;  // libcurl's own time limits follow the real clock, whatever the run loop's says
+    int timerDescriptor_;  // libcurl's time limits follow the real clock, whatever the run loop's says
+    int wakeDescriptor_;   // readable when libcurl wants to go on at once
+    Deadline deadline_;
+    Deadline armedFor_;
+    bool woken_ = false;
+    std::unordered_map<curl_socket_t, Socket> sockets_;
     std::deque<std::weak_ptr<HttpResponse>> changed_;
 };
 

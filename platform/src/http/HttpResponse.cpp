@@ -70,7 +70,7 @@ bool HttpResponse::begin(const std::string& url, bool followRedirects) {
     set(CURLOPT_FORBID_REUSE, 1L);  // no connection stays open behind a stream that has ended
     set(CURLOPT_NOSIGNAL, 1L);
     set(CURLOPT_QUICK_EXIT, 1L);  // closing does not wait for a name that is still being resolved
-    set(CURLOPT_BUFFERSIZE, static_cast<long>(kBufferSize));
+    set(CURLOPT_BUFFERSIZE, static_cast<long>(kReceiveSize));
     set(CURLOPT_PREREQFUNCTION, &HttpResponse::connectionOpened);
     set(CURLOPT_PREREQDATA, static_cast<void*>(this));
     set(CURLOPT_WRITEFUNCTION, &HttpResponse::bytesArrived);
@@ -97,6 +97,8 @@ std::size_t HttpResponse::bytesArrived(char* bytes, std::size_t size, std::size_
     std::memcpy(self->buffer_.get() + self->filled_, bytes, arrived);
     self->filled_ += arrived;
     self->noteChange();
+    // libcurl would otherwise go on to receive as long as the server sends, and hold the loop.
+    if (self->filled_ >= kEnough) self->pause();
     return arrived;
 }
 
@@ -107,6 +109,12 @@ std::size_t HttpResponse::take(std::uint8_t* target, std::size_t count) {
     taken_ += count;
     if (taken_ == filled_) taken_ = filled_ = 0;
     return count;
+}
+
+void HttpResponse::pause() {
+    if (paused_) return;
+    paused_ = true;
+    engine_.curl().easyPause(easy_, CURLPAUSE_RECV);
 }
 
 void HttpResponse::resume() {
