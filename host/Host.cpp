@@ -20,6 +20,7 @@ Host* sCurrent = nullptr;
 
 constexpr APIImportedFunctions kEmptyTable{};
 constexpr const char* kThrew = " threw an exception";
+constexpr const char* kBusy = "an add-on waits for the user; close what is open first";
 
 }  // namespace
 
@@ -70,6 +71,7 @@ Host* Host::current() {
 }
 
 std::variant<AddOn*, LoadError> Host::open(const std::string& path) {
+    if (isBusy()) return LoadError{kBusy};
     std::error_code error;
     const std::string canonical = std::filesystem::canonical(path, error).string();
     for (const auto& each : addOns_) {
@@ -142,7 +144,7 @@ std::variant<std::vector<EntryPointAnswer>, LoadError> Host::probe(const std::st
 }
 
 Host::Refusal Host::unload(AddOn& addOn, FreeDataCall freeDataCall) {
-    if (isBusy()) return "an add-on waits for the user; close what is open first";
+    if (isBusy()) return kBusy;
     if (freeDataCall == FreeDataCall::Made) freeData(addOn);
     discard(addOn);
     menusChanged();
@@ -165,6 +167,7 @@ void Host::discard(AddOn& addOn) {
 }
 
 Host::Refusal Host::choose(AddOn& addOn, short menuResID, int item) {
+    if (isBusy()) return kBusy;
     const Menu* const menu = addOn.menus.find(menuResID);
     if (menu == nullptr) return "there is no menu " + std::to_string(menuResID);
     if (item < 1 || static_cast<std::size_t>(item) > menu->items.size()) {

@@ -58,7 +58,8 @@ public:
     AddOn* findByAddress(const void* address) const;
     /// The add-on that is being called just now; null when none is.
     AddOn* running() const { return running_.empty() ? nullptr : running_.back(); }
-    /// Whether code of an add-on is under way, waiting for the user perhaps; nothing can be unloaded then.
+    /// Whether code of an add-on is under way, waiting for the user perhaps. Nothing can be loaded, unloaded
+    /// or chosen then.
     bool isBusy() const;
 
     /// Called when a text or mark of a menu has changed, or a menu has come or gone.

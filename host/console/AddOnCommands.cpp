@@ -37,9 +37,7 @@ void probe(Session& session, const std::string& path, ProbeTable table) {
 
 UserAction load(Session& session, const Arguments& arguments) {
     const std::string& path = arguments.front();
-    if (session.host().isBusy()) {
-        session.refuse("an add-on waits for the user; close what is open first");
-    } else if (arguments.size() == 1) {
+    if (arguments.size() == 1) {
         if (const auto refusal = session.load(path)) session.refuse(loadFailure(path, *refusal));
     } else if (arguments[1] == "--no-table") {
         probe(session, path, ProbeTable::None);

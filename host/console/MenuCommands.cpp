@@ -27,10 +27,6 @@ UserAction choose(Session& session, const Arguments& arguments) {
         session.refuse("a menu item is a number, or the menu's number, a point and the item's number");
         return {};
     }
-    if (session.host().isBusy()) {
-        session.refuse("the menu waits until what is open is closed");
-        return {};
-    }
     const auto menus = session.menus();
     if (number < 1 || static_cast<std::size_t>(number) > menus.size()) {
         session.refuse("there is no menu " + std::to_string(number));

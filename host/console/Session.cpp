@@ -55,8 +55,10 @@ void Session::run() {
         DialogControl::instance().perform(nextAction());
     }
     flush();
-    for (const short dialog : DialogControl::instance().openDialogs())
-        DialogControl::instance().perform(UserAction::close(dialog));
+    for (const short dialog : DialogControl::instance().openDialogs()) {
+        const platform::DialogState* const state = DialogControl::instance().find(dialog);
+        if (state != nullptr && state->visible) DialogControl::instance().perform(UserAction::close(dialog));
+    }
     while (!host_.addOns().empty()) {
         if (const Host::Refusal refusal = host_.unload(*host_.addOns().back())) return refuse(*refusal);
     }

@@ -43,7 +43,7 @@ class Terminal:
 
 
 def session(program, bundle):
-    terminal = Terminal(program, "run", "--bundle", bundle)
+    terminal = Terminal(program, "run", "--bundle", bundle, "--connect", ":=127.0.0.1:1")
     terminal.expect("loaded Sample")
     terminal.expect("tessaro> ")
     return terminal
@@ -58,6 +58,18 @@ def main():
     terminal.expect("tessaro> ")
     terminal.type("\x1b[A\r")  # the line before, again
     terminal.expect("4     Marked")
+    terminal.expect("tessaro> ")
+    terminal.type("choose 1\r")
+    terminal.expect("row 2 * \"green\"")
+    terminal.expect("tessaro> ")
+    terminal.type("close\r")
+    terminal.expect("dialog 2000 closed by item 2")
+    terminal.expect("tessaro> ")
+    terminal.type("choose 8\r")  # a transfer to a port where nobody listens
+    terminal.expect("The transfer has failed.")  # without a key pressed
+    terminal.expect("tessaro> ")
+    terminal.type("answer 1\r")
+    terminal.expect("alert answered 1")
     terminal.expect("tessaro> ")
     terminal.type("choose 1\r")
     terminal.expect("row 2 * \"green\"")
