@@ -4,7 +4,8 @@
 usage: console_schema_test.py BIN_DIR BUNDLES_DIR... -- DOCS_FILE TRANSCRIPT...
 
 Runs the sessions of the transcripts with --json added. Each line must be an object with the schema version, an event
-that the table in the documentation names, and that event's fields, no other. Every event of the table must occur.
+that the table in the documentation names, and that event's fields, no other. Every event of the table must occur. Every word that
+"help" lists must be in the table of words.
 """
 import json
 import pathlib
@@ -27,7 +28,7 @@ def documented_events(text):
     return events
 
 
-def fault(line, events, seen):
+def fault(line, events, words, seen):
     """What is wrong with a printed line, or nothing."""
     try:
         printed = json.loads(line)
@@ -36,6 +37,8 @@ def fault(line, events, seen):
     if printed.pop("schema", None) != SCHEMA:
         return "no schema version"
     name = printed.pop("event", None)
+    if name == "help" and printed["usage"].split()[0] not in words:
+        return "the word is not documented"
     if name not in events:
         return f"event {name} is not documented"
     seen.add(name)
@@ -49,7 +52,9 @@ def main():
     split = sys.argv.index("--")
     bin_dir, *bundle_dirs = sys.argv[1:split]
     docs, *files = sys.argv[split + 1:]
-    events = documented_events(pathlib.Path(docs).read_text(encoding="utf-8"))
+    text = pathlib.Path(docs).read_text(encoding="utf-8")
+    events = documented_events(text)
+    words = set(re.findall(r"^\| `(\w+)", text[text.index("\n## Words\n"):], re.MULTILINE))
     replayer = transcripts.Replayer(bin_dir, bundle_dirs)
     seen = set()
     faults = [] if events else ["the documentation names no events"]
@@ -60,7 +65,7 @@ def main():
                 if not command.startswith("tessaro run"):
                     continue
                 for line in printed.splitlines():
-                    wrong = None if line.startswith("tessaro: ") else fault(line, events, seen)
+                    wrong = None if line.startswith("tessaro: ") else fault(line, events, words, seen)
                     faults += [f"{path.name}: {wrong}: {line}"] if wrong else []
     faults += [f"event {name} is documented and never printed" for name in sorted(set(events) - seen)]
     print("\n".join(faults))

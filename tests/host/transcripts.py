@@ -4,10 +4,12 @@
 usage: transcripts.py [--update] BIN_DIR BUNDLES_DIR... -- FILE...
 
 A transcript is the text of a terminal: a line "$ COMMAND" is run by the shell, the lines "> LINE" after it (or the JSON
-events of the same meaning) are what is typed into it, everything else is what it prints. A command that ends with another exit code than 0 is followed by
-"[exit CODE]". In a .md file the fenced blocks marked "console" are transcripts. Each file (each block) starts in an empty
-folder in which the built bundles lie and "data" is the data folder. Names of folders of this machine are shown as TMP and
-BUNDLES. --update writes what came into the files.
+events of the same meaning) are what is typed into it, everything else is what it prints. A command that ends with
+another exit code than 0 is followed by "[exit CODE]". In a .md file the fenced blocks marked "console" are transcripts.
+
+Each file (each block) starts in an empty folder in which the built bundles and the project's samples lie; "data" is the
+data folder; "exchange-halves" makes text of a settings file and the other way round. Names of folders of this machine
+are shown as TMP and BUNDLES. --update writes what came into the files.
 """
 import difflib
 import json
@@ -17,6 +19,16 @@ import re
 import subprocess
 import sys
 import tempfile
+
+
+PROJECT = pathlib.Path(__file__).resolve().parents[2]
+
+
+# Shows a settings file as text, and makes one from text: each byte's halves are exchanged.
+EXCHANGE_HALVES = """#!/usr/bin/env python3
+import sys
+sys.stdout.buffer.write(bytes((byte << 4 | byte >> 4) & 255 for byte in sys.stdin.buffer.read()))
+"""
 
 
 class Replayer:
@@ -30,7 +42,11 @@ class Replayer:
             folder = pathlib.Path(name).resolve()
             for bundle in (bundle for bundles in self.bundle_dirs for bundle in bundles.glob("*.bundle")):
                 (folder / bundle.name).symlink_to(bundle)
-            environment = dict(os.environ, PATH=f"{self.bin_dir}:{os.environ['PATH']}", LC_ALL="C.UTF-8",
+            (folder / "samples").symlink_to(PROJECT / "samples")
+            (folder / "bin").mkdir()
+            (folder / "bin/exchange-halves").write_text(EXCHANGE_HALVES)
+            (folder / "bin/exchange-halves").chmod(0o755)
+            environment = dict(os.environ, PATH=f"{self.bin_dir}:{folder}/bin:{os.environ['PATH']}", LC_ALL="C.UTF-8",
                                TESSARO_DATA_DIR=str(folder / "data"))
             for command, typed in commands(transcript):
                 ran = subprocess.run(["bash", "-c", command], cwd=folder, env=environment, input=typed.encode(),
