@@ -225,13 +225,14 @@ GSErrCode File::SetPosition(std::uint64_t position) {
 
 GSErrCode File::Read(char* buffer, std::uint32_t count, std::uint32_t* bytesRead) {
     if (bytesRead != nullptr) *bytesRead = 0;
-    if (!IsOpen()) return kErrNotOpen;
+    const bool readable = state_->mode == ReadMode || state_->mode == ReadWriteMode;
+    if (!IsOpen() || (count > 0 && !readable)) return kErrNotOpen;
     std::uint32_t done = 0;
     while (done < count) {
         const ssize_t step = ::read(state_->descriptor, buffer + done, count - done);
         if (step == 0) return kErrEndOfFile;
         if (step < 0 && errno == EINTR) continue;
-        if (step < 0) return errno == EBADF ? kErrNotOpen : errorOfErrno(errno);
+        if (step < 0) return errorOfErrno(errno);
         done += static_cast<std::uint32_t>(step);
         if (bytesRead != nullptr) *bytesRead = done;
     }

@@ -266,6 +266,17 @@ TEST_F(FileTest, AFileOf4GiBHasNo32BitLength) {
     EXPECT_EQ(length, 7u);
 }
 
+TEST_F(FileTest, WhatIsOpenForWritingOnlyCannotBeRead) {
+    for (const File::OpenMode mode : {File::WriteMode, File::WriteEmptyMode, File::WriteAppendMode}) {
+        File file(at(temp_.path("f")), File::Create);
+        ASSERT_EQ(file.Open(mode, ReportAccessDenied), kNoError);
+        EXPECT_EQ(write(file, "x"), kNoError);
+        EXPECT_EQ(file.SetPosition(0), kNoError);
+        char byte = 0;
+        EXPECT_EQ(file.Read(&byte, 1, nullptr), kErrNotOpen);
+    }
+}
+
 TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwritten) {
     temp_.write("f", "0123456789");
     File file(at(temp_.path("f")));
