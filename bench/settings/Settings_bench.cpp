@@ -25,10 +25,13 @@ bool sett_ADDON_ONLY_PLUS_VERSION = false;
 
 namespace {
 
-constexpr auto kThis = KW_AddonSettings_ThisAddon;
+// The files that are loaded are not those that are saved: runs of all may be mixed.
+constexpr auto kLoaded = KW_AddonSettings_ThisAddon;
+constexpr auto kSaved = KW_AddonSettings_AllAddons;
 constexpr int kKeys = 2000;
 /// QSettings keeps what it read of some 30 files; with more in turn each load reads its file.
 constexpr int kIniFiles = 64;
+constexpr int kSavedIniFile = kIniFiles;
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
@@ -52,15 +55,17 @@ public:
         nlohmann::json json;
         QSettings ini(iniPath(0), QSettings::IniFormat);
         for (const auto& [key, value] : pairs()) {
-            KW_AddonSettings_Set(kThis, KW_String(key.c_str(), KW_String::Encoding_System),
-                                 KW_String(value.c_str(), KW_String::Encoding_System), true);
+            for (const KW_AddonSettings_Type set : {kLoaded, kSaved}) {
+                KW_AddonSettings_Set(set, KW_String(key.c_str(), KW_String::Encoding_System),
+                                     KW_String(value.c_str(), KW_String::Encoding_System), true);
+            }
             json[key] = value;
             ini.setValue(QString::fromStdString(key), QString::fromStdString(value));
         }
-        KW_AddonSettings_Save(kThis);
+        KW_AddonSettings_Save(kLoaded);
         std::ofstream(jsonPath()) << json.dump();
         ini.sync();
-        for (int i = 1; i < kIniFiles; ++i) {
+        for (int i = 1; i <= kSavedIniFile; ++i) {
             std::filesystem::copy_file(iniPath(0).toStdString(), iniPath(i).toStdString());
         }
     }
@@ -98,9 +103,9 @@ void loadOurs(benchmark::State& state) {
     KW_String key;
     KW_String value;
     for (auto _ : state) {
-        if (!KW_AddonSettings_Load(kThis, false)) state.SkipWithError("the load failed");
+        if (!KW_AddonSettings_Load(kLoaded, false)) state.SkipWithError("the load failed");
         unsigned long units = 0;
-        for (long i = 0; KW_AddonSettings_Get(kThis, i, &key, &value); ++i)
+        for (long i = 0; KW_AddonSettings_Get(kLoaded, i, &key, &value); ++i)
             units += key.length + value.length;
         check(state, units);
     }
@@ -133,17 +138,16 @@ void loadIni(benchmark::State& state) {
 
 void saveOurs(benchmark::State& state) {
     files();
-    KW_AddonSettings_Load(kThis, false);
     long round = 0;
     const KW_String key(pairs().front().first.c_str(), KW_String::Encoding_System);
     for (auto _ : state) {
-        KW_AddonSettings_SetLong(kThis, key, ++round, true);
-        if (!KW_AddonSettings_Save(kThis)) state.SkipWithError("the save failed");
+        KW_AddonSettings_SetLong(kSaved, key, ++round, true);
+        if (!KW_AddonSettings_Save(kSaved)) state.SkipWithError("the save failed");
     }
 }
 
 void saveIni(benchmark::State& state) {
-    QSettings settings(files().iniPath(0), QSettings::IniFormat);
+    QSettings settings(files().iniPath(kSavedIniFile), QSettings::IniFormat);
     const QString key = QString::fromStdString(pairs().front().first);
     int round = 0;
     for (auto _ : state) {
