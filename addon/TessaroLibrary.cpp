@@ -2,7 +2,9 @@
 
 #include "addon/TessaroLibrary.h"
 
+#include "addon/AddonVersion.h"
 #include "addon/CDlgAbout.h"
+#include "addon/CDlgInfo.h"
 #include "addon/EntryPoints.h"
 #include "foundation/KW_String.h"
 #include "language/KW_Dlg_Language.h"
@@ -32,7 +34,7 @@ enum MenuItem : short {
 };
 
 KW_String ownVersion() {
-    return KW_String("TessaroLibrary 22.0.4.2200 (AC220) 03/08/2018", KW_String::Encoding_System);
+    return KW_String(kAddonVersionLine, KW_String::Encoding_System);
 }
 
 KW_String libraryName() {
@@ -63,6 +65,11 @@ void MenuCommandHandler(API_MenuParams const* params, short const& menuResID) {
         case kItemAutoUpdate:
             KW_AddonUpdate_SwitchAutoUpdateValue(kMenuResID, kItemAutoUpdate);
             break;
+        case kItemInfo: {
+            CDlgInfo info;
+            info.ShowDialog();
+            break;
+        }
         default:
             break;
     }

@@ -1,0 +1,196 @@
+#include "addon/CDlgInfo.h"
+
+#include "addon/AddonVersion.h"
+#include "addon/DialogTexts.h"
+#include "dialogs/KW_Dialog.h"
+#include "files/KW_Location.h"
+#include "library/KW_General.h"
+#include "platform/DialogManager.h"
+#include "platform/FileSystem.h"
+#include "platform/HostInterface.h"
+#include "update/Addresses.h"
+
+namespace {
+
+constexpr short kDialog = 32501;
+constexpr short kWidth = 705;
+constexpr short kHeight = 503;
+
+enum Item : short {
+    kItemOK = 1,
+    kItemCancel = 2,
+    kItemProduct = 4,
+    kItemVersion = 5,
+    kItemDate = 6,
+    kItemSystem = 7,
+    kItemHost = 8,
+    kItemFirstEmpty = 11,
+    kItemLastEmpty = 13,
+    kItemUpdatePage = 15,
+    kItemSaveReport = 16,
+};
+
+enum Text : long {
+    kTextVersion = 16,
+    kTextDate = 17,
+    kTextSystem = 18,
+    kTextSaveReport = 20,
+    kTextReportName = 21,
+    kTextNotSaved = 22,
+    kTextNotTxt = 23,
+    kTextNotWritten = 24,
+};
+
+constexpr char kProduct[] = "TessaroLibrary";
+constexpr char kSystem[] = "Mactel";
+constexpr char kHost[] = "ArchiCAD ";
+constexpr char kUpdatePage[] = "update/update.html";
+constexpr char kReportType[] = "Text Files (*.txt)";
+constexpr char kReportExtension[] = "TXT";
+constexpr long kReportTypeCode = 0x54455854;  // 'TEXT'
+
+/// Behind the last "." of the last component; empty when that is its last character.
+KW_String extensionOf(KW_Location const& file) {
+    int const dot = file.LastIndexOf('.');
+    if (dot < 0 || dot < file.LastIndexOf('/')) return KW_String();
+    return file.Substring(static_cast<unsigned int>(dot + 1));
+}
+
+void showNotSaved(Text reason) {
+    KW_Dialog::ShowAlert(DG_ALERT_PLAIN, AddonText(kTextNotSaved), AddonText(reason), KW_String());
+}
+
+void saveReport(CDlgInfo& dialog) {
+    KW_Location file;
+    KW_List<KW_String> lines;
+    bool cancelled = false;
+    while (!dialog.AskForFileSave(file, cancelled))
+        showNotSaved(kTextNotTxt);
+    if (cancelled) return;
+    dialog.BuildData(lines);
+    if (!dialog.WriteData(file, lines)) showNotSaved(kTextNotWritten);
+}
+
+short CDlgInfo_CallBack(short message, short dialogID, short item, DGUserData userData, DGMessageData) {
+    CDlgInfo& dialog = *reinterpret_cast<CDlgInfo*>(userData);
+    switch (message) {
+        case DG_MSG_INIT:
+            dialog.dialogID = dialogID;
+            dialog.SetItems();
+            DGSetDialogClientSize(dialogID, kWidth, kHeight, 0, true);
+            DGSetFocus(dialogID, DG_NO_ITEM);
+            return 0;
+        case DG_MSG_CLOSE:
+            dialog.dialogID = 0;
+            return item;
+        case DG_MSG_CLICK:
+            return dialog.MsgClick(item);
+        default:
+            return 0;
+    }
+}
+
+}  // namespace
+
+CDlgInfo::CDlgInfo() {
+    Reset();
+}
+
+CDlgInfo::~CDlgInfo() {
+    Reset();
+}
+
+void CDlgInfo::Reset() {
+    dialogID = 0;
+    KW_AddonUpdate_SplitAddonVersion(KW_String(), version);
+}
+
+bool CDlgInfo::ShowDialog() {
+    Reset();
+    KW_AddonUpdate_SplitAddonVersion(SystemText(kAddonVersionLine), version);
+    RSResModule const module = ACAPI_GetOwnResModule();
+    return DGModalDialog(module, kDialog, module, CDlgInfo_CallBack, reinterpret_cast<DGUserData>(this)) ==
+           kItemOK;
+}
+
+void CDlgInfo::SetItems() {
+    SetDialogTitle(dialogID, SystemText(kProduct));
+    SetDialogItemText(dialogID, kItemOK, FrameworkText(kFrameworkTextOK));
+    SetDialogItemText(dialogID, kItemCancel, FrameworkText(kFrameworkTextCancel));
+    SetDialogItemText(dialogID, kItemProduct, GetSuiteStr());
+    for (short item = kItemFirstEmpty; item <= kItemLastEmpty; ++item)
+        SetDialogItemText(dialogID, item, KW_String());
+    SetDialogItemText(dialogID, kItemSaveReport, AddonText(kTextSaveReport));
+    SetDialogItemText(dialogID, kItemVersion, GetVersionStr());
+    SetDialogItemText(dialogID, kItemDate, GetDateStr());
+    SetDialogItemText(dialogID, kItemSystem, GetSystemStr());
+    SetDialogItemText(dialogID, kItemHost, GetACVersionStr());
+}
+
+KW_String CDlgInfo::GetSuiteStr() const {
+    return SystemText(kProduct);
+}
+
+KW_String CDlgInfo::GetVersionStr() const {
+    return AddonText(kTextVersion) + " " + version.versionText;
+}
+
+KW_String CDlgInfo::GetDateStr() const {
+    return AddonText(kTextDate) + " " + version.dateText;
+}
+
+KW_String CDlgInfo::GetSystemStr() const {
+    return AddonText(kTextSystem) + " " + kSystem;
+}
+
+KW_String CDlgInfo::GetACVersionStr() const {
+    return SystemText(kHost) + KW_String::LongToString(version.hostVersion, 0);
+}
+
+bool CDlgInfo::AskForFileSave(KW_Location& file, bool& cancelled) {
+    cancelled = !KW_Dialog::SaveFile(file, SystemText(kReportType), SystemText(kReportExtension),
+                                     kReportTypeCode, AddonText(kTextSaveReport), AddonText(kTextReportName));
+    if (cancelled) return true;
+    return KW_String::CompareIgnoreCase(extensionOf(file), 0, SystemText(kReportExtension), 0, 0) == 0;
+}
+
+void CDlgInfo::BuildData(KW_List<KW_String>& lines) const {
+    lines.Reset();
+    for (KW_String const& line :
+         {GetSuiteStr(), GetVersionStr(), GetDateStr(), GetSystemStr(), GetACVersionStr(), KW_String()}) {
+        lines.AddData(line + "\n", -1);
+    }
+}
+
+bool CDlgInfo::WriteData(KW_Location& file, KW_List<KW_String>& lines) const {
+    IO::File hostFile(file, IO::File::Create);
+    if (hostFile.Open(IO::File::WriteEmptyMode, IO::ReportAccessDenied) != kNoError) return false;
+    hostFile.SetPosition(0);
+    for (long i = 0; i < lines.count; ++i) {
+        KW_CString const bytes = lines[i].ToCStr(KW_String::Encoding_UTF8);
+        unsigned int size = bytes.size;
+        while (size > 0 && bytes.data[size - 1] == 0)
+            --size;
+        if (hostFile.Write(bytes.data, size, nullptr) != kNoError) {
+            hostFile.RecoverFromFailedWrite();
+            return false;
+        }
+    }
+    return hostFile.Close() == kNoError;
+}
+
+short CDlgInfo::MsgClick(short item) {
+    switch (item) {
+        case kItemOK:
+        case kItemCancel:
+            return item;
+        case kItemUpdatePage:
+            KW_General::LaunchURLByPath(SystemText(kURLUpdateServer) + kUpdatePage);
+            return 0;
+        case kItemSaveReport:
+            saveReport(*this);
+            return 0;
+        default:
+            return 0;
+    }
+}
