@@ -17,7 +17,7 @@ bool find(void* library, const char* name, Function& function) {
 }
 
 std::optional<CurlLibrary> load() {
-    void* const library = dlopen(kLibraryName, RTLD_NOW | RTLD_LOCAL);
+    void* const library = dlopen(kLibraryName, RTLD_LAZY | RTLD_LOCAL);
     if (library == nullptr) return std::nullopt;
     decltype(&::curl_global_init) globalInit = nullptr;
     CurlLibrary curl{};
