@@ -2,10 +2,8 @@
 
 #include <csignal>
 #include <filesystem>
-#include <memory>
 
 #include "platform/HostInterface.h"
-#include "platform/ImageCleanup.h"
 #include "tests/update/DownloadFixture.h"
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -243,21 +241,6 @@ TEST_F(URLDownloadTest, AThousandDownloadsLeaveNothingBehind) {
         bytesBefore = allocatedBytes();
         descriptorsBefore = openDescriptors();
     }
-}
-
-// Last: it leaves a download running, which ends with the program's statics as it would with an unloaded
-// module's.
-TEST_F(URLDownloadTest, UnloadingDuringADownloadEndsItWithoutAWord) {
-    const auto server = std::make_unique<FaultServer>(support::faultNamed("stall-half-way"));
-    static RecordedDownload download;
-    ASSERT_TRUE(download.start(server->url(), destination()));
-    EXPECT_TRUE(runLoopUntil([&] { return download.messages == "OP"; }));
-    platform::endCallsIntoImage(platform::imageOf(&runLoopFor));
-    EXPECT_EQ(platform::transfersUnderWay(), 0U);
-    platform::RunLoop::main().setClock([] { return 1e9; });
-    runLoopFor(std::chrono::milliseconds(20));
-    platform::RunLoop::main().setClock({});
-    EXPECT_EQ(download.messages, "OP");
 }
 
 }  // namespace
