@@ -77,7 +77,10 @@ public:
 
     const DialogResource* dialog(short resID) {
         if (!layouts_) {
-            layouts_ = read(readResourceLayouts, folder_, "layouts.toml");
+            std::error_code error;
+            const bool hasOwn = std::filesystem::exists(folder_ + "/layouts.toml", error);
+            layouts_.emplace();
+            if (hasOwn || framework_.empty()) layouts_ = read(readResourceLayouts, folder_, "layouts.toml");
             if (!framework_.empty()) layouts_->merge(read(readResourceLayouts, framework_, "layouts.toml"));
         }
         return find(*layouts_, resID);

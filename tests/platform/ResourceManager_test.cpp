@@ -389,6 +389,14 @@ TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
     EXPECT_THAT(problems_, ElementsAre("texts.int.toml: the file cannot be read"));
 }
 
+TEST_F(ResourceManager, AnAddOnWithoutDialogsOfItsOwnHasTheFrameworks) {
+    write("resources.toml", "");
+    write("framework/layouts.toml", "[dialog.8]\nsize = [30, 30]\nitems = []\n");
+    open();
+    EXPECT_NE(platform::findDialogResource(module_, 8), nullptr);
+    EXPECT_THAT(problems_, IsEmpty());
+}
+
 TEST_F(ResourceManager, TheAddOnsOwnResourcesAreWhole) {
     std::filesystem::create_directory_symlink(TESSARO_LIBRARY_RESOURCES, bundle_ + "/Resources");
     open();
