@@ -7,7 +7,7 @@ endif()
 
 # tessaro_target(NAME): the project's compile options for one of its own targets.
 function(tessaro_target name)
-    target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>")
+    target_include_directories(${name} PUBLIC "$<BUILD_INTERFACE:${Tessaro_SOURCE_DIR}>")
     target_compile_features(${name} PUBLIC cxx_std_20)
     target_compile_options(${name} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual -Woverloaded-virtual
