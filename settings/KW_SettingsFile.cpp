@@ -4,7 +4,7 @@
 #include "platform/StringServices.h"
 
 #include <algorithm>
-#include <iterator>
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +16,28 @@ constexpr auto kEncoding = KW_String::Encoding_System;
 // Everything is done with before the next call: one buffer of each kind serves all.
 char sWorkBuffer[kKW_SettingsFile_MaxImageSize];
 unsigned short sUnits[kKW_SettingsFile_MaxImageSize];
+
+/// Decodes into sUnits: Encoding_System has one unit for each byte, and ASCII as its lower half.
+void decode(std::string_view bytes) {
+    unsigned char all = 0;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        sUnits[i] = byte;
+        all |= byte;
+    }
+    if (all < 0x80) return;
+
+    static const auto upperHalf = [] {
+        std::array<unsigned short, 128> units{};
+        for (unsigned int i = 0; i < units.size(); ++i) {
+            units[i] = KW_String::CharToKW_Char(static_cast<char>(0x80 + i), kEncoding);
+        }
+        return units;
+    }();
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (sUnits[i] >= 0x80) sUnits[i] = upperHalf[sUnits[i] - 0x80u];
+    }
+}
 
 /// Finds bytes from ever later starts; looks at each byte once.
 class ForwardFinder {
@@ -175,11 +197,7 @@ void KW_SettingsFile_ExchangeHalves(char* bytes, unsigned long size) {
 bool KW_SettingsFile_Parse(char const* bytes, unsigned long size, KW_List<KW_Setting>& list) {
     if (size == 0) return true;
     if (size > kKW_SettingsFile_MaxImageSize) return false;
-    const long decoded = KW_String::ConvertChangeEncoding(
-        kEncoding, bytes, static_cast<long>(size), KW_String::Encoding_UTF16LE,
-        reinterpret_cast<char*>(sUnits), sizeof sUnits, false, true);
-    if (decoded != static_cast<long>(size * sizeof(sUnits[0]))) return false;
-
+    decode(std::string_view(bytes, size));
     Parser parser(std::string_view(bytes, size), sUnits);
     long count = list.count;
     auto found = Parser::Entry::Complete;
