@@ -20,14 +20,12 @@ int OpenDocument(const char* path);
 /// One opened service; 0 stands for none.
 using ICInstance = std::uint32_t;
 
-/// An instance that is not open, or a selection outside the data.
-constexpr int kICParameterError = -50;
-/// The desktop's opener could not be started.
-constexpr int kICNoOpenerError = -673;
-/// The text is not a web address with the scheme http or https.
-constexpr int kICNoAddressError = -674;
+/// Errors of the service.
+constexpr int kICBadArgument = 1;  ///< an instance that is not open, or a selection outside the data
+constexpr int kICNoAddress = 2;    ///< the text is not a web address with the scheme http or https
+constexpr int kICNoOpener = 3;     ///< the desktop's opener could not be started
 
-/// Opens the service for the program with the four-character `signature`. Returns 0, or kICParameterError
+/// Opens the service for the program with the four-character `signature`. Returns 0, or kICBadArgument
 /// when `instance` is null.
 int ICStart(ICInstance* instance, std::uint32_t signature);
 /// Opens the web address in data[*selectionStart, *selectionEnd), 8-bit text in the system encoding. `hint`,
@@ -35,7 +33,7 @@ int ICStart(ICInstance* instance, std::uint32_t signature);
 /// desktop's opener was started, else one of the errors above.
 int ICLaunchURL(ICInstance instance, const unsigned char* hint, const char* data, long length,
                 long* selectionStart, long* selectionEnd);
-/// Closes the service. Returns 0, or kICParameterError when it is not open.
+/// Closes the service. Returns 0, or kICBadArgument when it is not open.
 int ICStop(ICInstance instance);
 
 // ---- For the host ---------------------------------------------------------------------------------------

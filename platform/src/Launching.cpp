@@ -1,5 +1,6 @@
 #include "platform/Launching.h"
 
+#include "platform/Bundle.h"
 #include "platform/src/DesktopOpener.h"
 #include "platform/src/SystemText.h"
 #include "platform/UniString.h"
@@ -60,7 +61,9 @@ int launch(const LaunchRequest& request) {
     const std::string argument = request.kind == LaunchRequest::Kind::Document
                                      ? pathArgument(request.target)
                                      : addressArgument(request.target);
-    return platform::runOpener(state.opener, argument, state.patienceMs);
+    const int error = platform::runOpener(state.opener, argument, state.patienceMs);
+    if (error != 0) DBPrintf("cannot start \"%s\": %s\n", state.opener.c_str(), std::strerror(error));
+    return error;
 }
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
@@ -85,7 +88,7 @@ int OpenDocument(const char* path) {
 }
 
 int ICStart(ICInstance* instance, std::uint32_t) {
-    if (instance == nullptr) return kICParameterError;
+    if (instance == nullptr) return kICBadArgument;
     *instance = ++launcher().lastService;
     launcher().services.insert(*instance);
     return 0;
@@ -96,18 +99,18 @@ int ICLaunchURL(ICInstance instance, const unsigned char*, const char* data, lon
     const bool valid = launcher().services.contains(instance) && data != nullptr &&
                        selectionStart != nullptr && selectionEnd != nullptr && 0 <= *selectionStart &&
                        *selectionStart <= *selectionEnd && *selectionEnd <= length;
-    if (!valid) return kICParameterError;
+    if (!valid) return kICBadArgument;
     const std::string_view text(data + *selectionStart,
                                 static_cast<std::size_t>(*selectionEnd - *selectionStart));
-    if (!isWebAddress(text) || text.find('\0') != std::string_view::npos) return kICNoAddressError;
+    if (!isWebAddress(text) || text.find('\0') != std::string_view::npos) return kICNoAddress;
     return launch({LaunchRequest::Kind::WebAddress,
                    GS::UniStringToUtf8(platform::uniStringFromSystemText(text))}) == 0
                ? 0
-               : kICNoOpenerError;
+               : kICNoOpener;
 }
 
 int ICStop(ICInstance instance) {
-    return launcher().services.erase(instance) != 0 ? 0 : kICParameterError;
+    return launcher().services.erase(instance) != 0 ? 0 : kICBadArgument;
 }
 
 namespace platform {

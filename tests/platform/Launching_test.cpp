@@ -58,7 +58,7 @@ TEST(Launching, ARelativePathIsNeverTakenForAnOptionOrAnAddress) {
 TEST(Launching, AnOpenerThatCannotBeStartedIsAnError) {
     platform::setOpenerProgram("/no/such/opener");
     EXPECT_NE(OpenDocument("/tmp"), 0);
-    EXPECT_EQ(launchAddress("http://www.tessaro.example/"), kICNoOpenerError);
+    EXPECT_EQ(launchAddress("http://www.tessaro.example/"), kICNoOpener);
     platform::setOpenerProgram("");
 }
 
@@ -110,9 +110,9 @@ TEST(Launching, OnlyWebAddressesAreHandedOn) {
     for (const char* const address :
          {"", "http://", "http:", "httpx://a", "file:///etc/passwd", "ftp://a.example/",
           "javascript:alert(1)", "/tmp/a.html", " http://a.example/", "-http://a"}) {
-        EXPECT_EQ(launchAddress(address), kICNoAddressError) << address;
+        EXPECT_EQ(launchAddress(address), kICNoAddress) << address;
     }
-    EXPECT_EQ(launchAddress(std::string("http://a\0b", 10)), kICNoAddressError);
+    EXPECT_EQ(launchAddress(std::string("http://a\0b", 10)), kICNoAddress);
     EXPECT_EQ(opener.arguments().size(), 4U) << "nothing else was started";
 }
 
@@ -129,20 +129,20 @@ TEST(Launching, TheServiceRefusesWrongArguments) {
     long start = 0;
     long end = length;
     ICInstance service = 0;
-    EXPECT_EQ(ICStart(nullptr, 0), kICParameterError);
-    EXPECT_EQ(ICStop(0), kICParameterError);
-    EXPECT_EQ(ICLaunchURL(0, noHint, address, length, &start, &end), kICParameterError);
+    EXPECT_EQ(ICStart(nullptr, 0), kICBadArgument);
+    EXPECT_EQ(ICStop(0), kICBadArgument);
+    EXPECT_EQ(ICLaunchURL(0, noHint, address, length, &start, &end), kICBadArgument);
 
     ASSERT_EQ(ICStart(&service, 0), 0);
     end = length + 1;
-    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICParameterError);
+    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICBadArgument);
     start = 3;
     end = 2;
-    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICParameterError);
+    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICBadArgument);
     start = -1;
-    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICParameterError);
+    EXPECT_EQ(ICLaunchURL(service, noHint, address, length, &start, &end), kICBadArgument);
     EXPECT_EQ(ICStop(service), 0);
-    EXPECT_EQ(ICStop(service), kICParameterError) << "closed once already";
+    EXPECT_EQ(ICStop(service), kICBadArgument) << "closed once already";
 }
 
 TEST(Launching, AHandlerGetsTheRequestsInsteadOfTheDesktop) {
@@ -155,7 +155,7 @@ TEST(Launching, AHandlerGetsTheRequestsInsteadOfTheDesktop) {
     EXPECT_EQ(OpenDocument("-x"), 0);
     EXPECT_EQ(OpenDocument("-refused"), 1);
     EXPECT_EQ(launchAddress("http://a.example/\x8E"), 0);
-    EXPECT_EQ(launchAddress("ftp://a.example/"), kICNoAddressError);
+    EXPECT_EQ(launchAddress("ftp://a.example/"), kICNoAddress);
     platform::setLaunchHandler({});
     using Kind = platform::LaunchRequest::Kind;
     EXPECT_THAT(seen, ElementsAre(std::pair(Kind::Document, "-x"), std::pair(Kind::Document, "-refused"),
