@@ -36,6 +36,10 @@ public:
             constructAt(i, other[i]);
     }
 
+    /// Takes over the block of a list that goes out of use.
+    KW_List(KW_List&& other) noexcept
+        : count(std::exchange(other.count, 0)), data(std::exchange(other.data, nullptr)) {}
+
     /// Lists are not assigned: copy-construct, or fill the list anew.
     KW_List& operator=(KW_List const&) = delete;
 

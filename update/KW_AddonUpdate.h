@@ -30,6 +30,7 @@ struct KW_AddonUpdate_Addon {
 
     KW_AddonUpdate_Addon();
     KW_AddonUpdate_Addon(KW_AddonUpdate_Addon const& other) = default;
+    KW_AddonUpdate_Addon(KW_AddonUpdate_Addon&& other) = default;
     KW_AddonUpdate_Addon& operator=(KW_AddonUpdate_Addon const& other);
 };
 

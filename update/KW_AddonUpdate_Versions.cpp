@@ -5,32 +5,25 @@
 #include "update/KW_VersionLine.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string_view>
+#include <utility>
 
 namespace {
 
 constexpr char kVersionsFileName[] = "__updcf__.tmp";
-constexpr char kNoSE[] = "NoSE";
-constexpr char kNoSuite[] = "NoSuite";
-constexpr int kVersionNumbers = 4;
 constexpr unsigned short kLineFeed = 0x0A;
-constexpr unsigned int kTextMark = 2;  // units before the text of a text line: "#" and a blank
+constexpr std::size_t kTextMark = 2;  // units before the text of a text line: "#" and a blank
 
-KW_String emptyString() {
-    return KW_AddonUpdate_SystemText("");
+bool startsWith(KW_Units line, char mark) {
+    return !line.empty() && line[0] == static_cast<unsigned char>(mark);
 }
 
-bool equals(KW_String const& text, char const* systemText) {
-    return text == KW_AddonUpdate_SystemText(systemText);
-}
-
-bool startsWith(KW_String const& line, char mark) {
-    return line.length > 0 && line.data[0] == static_cast<unsigned char>(mark);
-}
-
-bool isTextLine(KW_String const& line) {
+bool isTextLine(KW_Units line) {
     return startsWith(line, '#');
+}
+
+bool equals(KW_Units token, std::string_view ascii) {
+    return std::ranges::equal(token, ascii);
 }
 
 bool holdsMessageMark(KW_Units token) {
@@ -38,52 +31,145 @@ bool holdsMessageMark(KW_Units token) {
     return !std::ranges::search(token, kMark).empty();
 }
 
-KW_String stringOf(KW_VersionDate const& date) {
-    KW_String text = emptyString();
-    text.THIS_Append(date.Units().data(), static_cast<unsigned int>(date.Units().size()));
+/// Empty, not null, for no units.
+void setText(KW_String& text, KW_Units units) {
+    auto const count = static_cast<unsigned int>(units.size());
+    text.THIS_Alloc(count + 1, false);
+    std::ranges::copy(units, text.data);
+    text.data[count] = 0;
+    text.length = count;
+}
+
+/// Null for a token without units, as every such piece of a text is.
+void setToken(KW_String& text, KW_Units token) {
+    if (token.empty()) {
+        text.SetToNullString();
+    } else {
+        setText(text, token);
+    }
+}
+
+KW_String stringOf(KW_Units units) {
+    KW_String text;
+    setText(text, units);
     return text;
 }
 
-/// Token `number` from 1; the null string when there are fewer.
-KW_String token(KW_List<KW_String> const& tokens, long number) {
-    return number <= tokens.count ? tokens[number - 1] : KW_String();
+KW_String emptyString() {
+    return stringOf({});
+}
+
+/// The number that the digits are; numbers too large for 64 bits wrap, as everywhere.
+short numberOf(KW_Units digits) {
+    unsigned long number = 0;
+    for (unsigned short const digit : digits) {
+        if (digit < '0' || digit > '9') break;
+        number = number * 10 + (digit - '0');
+    }
+    return static_cast<short>(number);
+}
+
+void setVersionNumbers(KW_AddonUpdate_Addon& addon, KW_Units version) {
+    for (short& number : addon.versionNumbers) {
+        auto const dot = std::ranges::find(version, static_cast<unsigned short>('.'));
+        number = numberOf(KW_Units(version.begin(), dot));
+        version = dot == version.end() ? KW_Units() : KW_Units(dot + 1, version.end());
+    }
+}
+
+/// The host's major version: "22" of "(AC220)", whose last digit is the minor one.
+short hostVersionOf(KW_Units hostTag) {
+    constexpr std::size_t kBefore = 3;
+    constexpr std::size_t kBehind = 2;
+    if (hostTag.size() <= kBefore + kBehind) return 0;
+    return numberOf(hostTag.subspan(kBefore, hostTag.size() - kBefore - kBehind));
 }
 
 /// The index of the language that the marker names in whatever case, or -1.
-short languageOf(KW_String const& marker) {
-    for (short language = 0; language < static_cast<short>(std::size(gKW_Languages_Suffixes)); ++language) {
-        if (KW_String::CompareIgnoreCase(marker, 0, gKW_Languages_Suffixes[language], 0, 0) == 0)
+short languageOf(KW_Units marker) {
+    for (short language = 0; language < KW_Language_Count; ++language) {
+        if (std::ranges::equal(marker, KW_UnitsOf(gKW_Languages_Suffixes[language]), {},
+                               KW_String::KW_CharToLowerCase, KW_String::KW_CharToLowerCase)) {
             return language;
+        }
     }
     return -1;
 }
 
-/// The host's major version: "22" of "(AC220)", whose last digit is the minor one.
-short hostVersionOf(KW_String const& hostTag) {
-    constexpr unsigned int kBefore = 3;
-    constexpr unsigned int kBehind = 2;
-    if (hostTag.length <= kBefore + kBehind) return 0;
-    return static_cast<short>(
-        KW_AddonUpdate_ToLong(hostTag.Substring(kBefore, hostTag.length - kBefore - kBehind)));
-}
-
-void readMarkers(KW_List<KW_String> const& tokens, KW_AddonUpdate_Addon& addon) {
-    for (long i = 4; i < tokens.count; ++i) {
-        if (equals(tokens[i], kNoSE)) {
-            addon.inSE = false;
-        } else if (equals(tokens[i], kNoSuite)) {
-            addon.inSuite = false;
-        } else if (short const language = languageOf(tokens[i]); language >= 0) {
-            addon.languages.AddData(language, -1);
-        }
+/// Calls `note` with each token of the line from token `first` on.
+template <typename Note>
+void forEachMarker(KW_Units line, int first, Note note) {
+    KW_TokenReader reader(line);
+    KW_Units token;
+    for (int number = 1; reader.Next(token); ++number) {
+        if (number >= first) note(token);
     }
 }
 
-KW_AddonUpdate_Message readMessage(KW_VersionLine const& line, long& index, KW_List<KW_String>& lines) {
+void fillAddon(KW_AddonUpdate_Addon& addon, KW_Units line) {
+    KW_VersionLine const tokens(line);
+    setToken(addon.name, tokens.Token(1));
+    setToken(addon.versionText, tokens.Token(2));
+    setVersionNumbers(addon, tokens.Token(2));
+    addon.hostVersion = hostVersionOf(tokens.Token(3));
+    setText(addon.date, tokens.Date().Units());
+    setToken(addon.dateText, tokens.Token(4));
+
+    addon.languages.Reset();
+    addon.inSE = true;
+    addon.inSuite = true;
+    forEachMarker(line, 5, [&addon](KW_Units marker) {
+        if (equals(marker, "NoSE")) {
+            addon.inSE = false;
+        } else if (equals(marker, "NoSuite")) {
+            addon.inSuite = false;
+        } else if (short const language = languageOf(marker); language >= 0) {
+            addon.languages.AddData(language, -1);
+        }
+    });
+}
+
+void fillLibrary(KW_AddonUpdate_Library& library, KW_Units line) {
+    KW_VersionLine const tokens(line);
+    setToken(library.name, tokens.Token(1));
+    setText(library.date, KW_VersionDate(tokens.Token(2)).Units());
+    setToken(library.dateText, tokens.Token(2));
+    library.inSuite = true;
+    forEachMarker(line, 3, [&library](KW_Units marker) {
+        if (equals(marker, "NoSuite")) library.inSuite = false;
+    });
+}
+
+void addTextLine(KW_String& text, KW_Units line) {
+    if (text.length > 0) text.THIS_Append(&kLineFeed, 1);
+    if (line.size() <= kTextMark) return;
+    KW_Units const piece = line.subspan(kTextMark);
+    text.THIS_Append(piece.data(), static_cast<unsigned int>(piece.size()));
+}
+
+/// Empties the text and makes room for lines of so many units in all, so that adding them one by one moves
+/// nothing.
+void makeRoom(KW_String& text, std::size_t units) {
+    text.THIS_Alloc(static_cast<unsigned int>(units) + 1, false);
+    setText(text, {});
+}
+
+/// Takes the text lines off the front of `rest` and joins them.
+void takeText(KW_String& text, KW_Units& rest) {
+    KW_Units lines = rest;
+    while (isTextLine(rest))
+        KW_TakeLine(rest);
+    lines = lines.first(lines.size() - rest.size());
+    makeRoom(text, lines.size());
+    while (!lines.empty())
+        addTextLine(text, KW_TakeLine(lines));
+}
+
+KW_AddonUpdate_Message takeMessage(KW_VersionLine const& line, KW_Units& rest) {
     KW_AddonUpdate_Message message;
-    message.firstDate = stringOf(KW_VersionDate(line.Token(2)));
-    message.secondDate = stringOf(KW_VersionDate(line.Token(3)));
-    message.text = KW_AddonUpdate_ReadText(index, lines);
+    setText(message.firstDate, KW_VersionDate(line.Token(2)).Units());
+    setText(message.secondDate, KW_VersionDate(line.Token(3)).Units());
+    takeText(message.text, rest);
     int const url = message.text.IndexOf(KW_AddonUpdate_SystemText("http://"), 0);
     if (url >= 0) {
         message.url = message.text.Substring(static_cast<unsigned int>(url));
@@ -133,92 +219,59 @@ int KW_AddonUpdate_CheckVersionFormat(KW_List<KW_String>& tokens) {
 }
 
 KW_String KW_AddonUpdate_FormatDate(KW_String& date) {
-    return stringOf(KW_VersionDate(KW_UnitsOf(date)));
+    return stringOf(KW_VersionDate(KW_UnitsOf(date)).Units());
 }
 
 void KW_AddonUpdate_SplitAddonVersion(KW_String line, KW_AddonUpdate_Addon& addon) {
     if (line.length == 0) {
         addon = KW_AddonUpdate_Addon();
-        return;
+    } else {
+        fillAddon(addon, KW_UnitsOf(line));
     }
-    KW_List<KW_String> tokens;
-    line.SplitBySpaces(tokens);
-    addon.name = token(tokens, 1);
-    addon.versionText = token(tokens, 2);
-
-    KW_List<KW_String> numbers;
-    addon.versionText.Split(numbers, '.');
-    for (long i = 0; i < kVersionNumbers; ++i) {
-        addon.versionNumbers[i] =
-            i < numbers.count ? static_cast<short>(KW_AddonUpdate_ToLong(numbers[i])) : short{0};
-    }
-    addon.hostVersion = hostVersionOf(token(tokens, 3));
-    addon.dateText = token(tokens, 4);
-    addon.date = KW_AddonUpdate_FormatDate(addon.dateText);
-
-    addon.languages.Reset();
-    addon.inSE = true;
-    addon.inSuite = true;
-    readMarkers(tokens, addon);
 }
 
 void KW_AddonUpdate_SplitLibVersion(KW_String line, KW_AddonUpdate_Library& library) {
-    KW_List<KW_String> tokens;
-    line.SplitBySpaces(tokens);
-    library.name = token(tokens, 1);
-    library.dateText = token(tokens, 2);
-    library.date = KW_AddonUpdate_FormatDate(library.dateText);
-    library.inSuite = true;
-    for (long i = 2; i < tokens.count; ++i) {
-        if (equals(tokens[i], kNoSuite)) library.inSuite = false;
-    }
+    fillLibrary(library, KW_UnitsOf(line));
 }
 
 KW_String KW_AddonUpdate_ReadText(long& index, KW_List<KW_String>& lines) {
     long const first = ++index;
-    unsigned int units = 1;
-    for (; index < lines.count && isTextLine(lines[index]); ++index)
+    std::size_t units = 0;
+    for (; index < lines.count && isTextLine(KW_UnitsOf(lines[index])); ++index)
         units += lines[index].length;
-    long const end = index;
-    if (index < lines.count) --index;
-
     KW_String text;
-    text.THIS_Alloc(units, false);
-    text.data[0] = 0;
-    for (long i = first; i < end; ++i) {
-        if (text.length > 0) text.THIS_Append(&kLineFeed, 1);
-        KW_String const& line = lines[i];
-        if (line.length > kTextMark) text.THIS_Append(line.data + kTextMark, line.length - kTextMark);
-    }
+    makeRoom(text, units);
+    for (long i = first; i < index; ++i)
+        addTextLine(text, KW_UnitsOf(lines[i]));
+    if (index < lines.count) --index;
     return text;
 }
 
 void KW_AddonUpdate_ReadVersions(KW_String const& text, KW_List<KW_AddonUpdate_Message>& messages,
                                  KW_List<KW_AddonUpdate_Addon>& addons,
                                  KW_List<KW_AddonUpdate_Library>& libraries) {
-    KW_List<KW_String> lines;
-    text.SplitLines(lines, true, true);
-    for (long index = 0; index < lines.count; ++index) {
-        KW_String const& line = lines[index];
+    KW_Units rest = KW_UnitsOf(text);
+    while (!rest.empty()) {
+        KW_Units const line = KW_TakeLine(rest);
         if (startsWith(line, '*') || isTextLine(line)) continue;
-        KW_VersionLine const tokens{KW_UnitsOf(line)};
+        KW_VersionLine const tokens(line);
         if (holdsMessageMark(tokens.Token(1))) {
-            messages.AddData(readMessage(tokens, index, lines), -1);
+            messages.AddData(takeMessage(tokens, rest), -1);
             continue;
         }
         switch (tokens.Kind()) {
             case KW_AddonUpdate_LibraryLine: {
                 KW_AddonUpdate_Library library;
-                KW_AddonUpdate_SplitLibVersion(line, library);
-                library.text = KW_AddonUpdate_ReadText(index, lines);
-                libraries.AddData(library, -1);
+                fillLibrary(library, line);
+                takeText(library.text, rest);
+                libraries.AddData(std::move(library), -1);
                 break;
             }
             case KW_AddonUpdate_AddonLine: {
                 KW_AddonUpdate_Addon addon;
-                KW_AddonUpdate_SplitAddonVersion(line, addon);
-                addon.text = KW_AddonUpdate_ReadText(index, lines);
-                addons.AddData(addon, -1);
+                fillAddon(addon, line);
+                takeText(addon.text, rest);
+                addons.AddData(std::move(addon), -1);
                 break;
             }
             case KW_AddonUpdate_NoVersionLine:

@@ -1,7 +1,6 @@
 #include "update/KW_VersionLine.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace {
 
@@ -70,6 +69,15 @@ KW_Units KW_TakeLine(KW_Units& text) {
     return line;
 }
 
+bool KW_TokenReader::Next(KW_Units& token) {
+    if (ended_) return false;
+    auto const end = std::ranges::find_if(rest_, isSeparator);
+    token = KW_Units(rest_.begin(), end);
+    ended_ = end == rest_.end();
+    rest_ = KW_Units(std::find_if_not(end, rest_.end(), isSeparator), rest_.end());
+    return true;
+}
+
 KW_VersionDate::KW_VersionDate(KW_Units text) {
     take(text, 6, 4);
     take(text, 3, 2);
@@ -86,13 +94,9 @@ bool KW_VersionDate::operator>(KW_VersionDate const& other) const {
 }
 
 KW_VersionLine::KW_VersionLine(KW_Units line) {
-    auto position = line.begin();
-    while (count_ < kGrammarTokens) {
-        auto const end = std::find_if(position, line.end(), isSeparator);
-        tokens_[count_++] = KW_Units(position, end);
-        if (end == line.end()) break;
-        position = std::find_if_not(end, line.end(), isSeparator);
-    }
+    KW_TokenReader reader(line);
+    while (count_ < kGrammarTokens && reader.Next(tokens_[count_]))
+        ++count_;
 }
 
 KW_VersionLine::KW_VersionLine(KW_List<KW_String> const& tokens) {

@@ -21,6 +21,18 @@ bool KW_UnitsEqual(KW_Units a, KW_Units b);
 /// Takes the first line, without its end, off `text`. Lines end as for KW_String::SplitLines.
 KW_Units KW_TakeLine(KW_Units& text);
 
+/// The tokens of a line one after another, as KW_String::SplitBySpaces makes them.
+class KW_TokenReader {
+public:
+    explicit KW_TokenReader(KW_Units line) : rest_(line) {}
+    /// False when there is no other token.
+    bool Next(KW_Units& token);
+
+private:
+    KW_Units rest_;
+    bool ended_ = false;
+};
+
 /// A date dd/mm/yyyy turned into yyyymmdd, so that dates compare as text; shorter where the text was shorter.
 class KW_VersionDate {
 public:
@@ -35,7 +47,7 @@ private:
     std::size_t count_ = 0;
 };
 
-/// The tokens of one line, as KW_String::SplitBySpaces makes them, as far as the grammar asks for them.
+/// The tokens of one line as far as the grammar asks for them.
 class KW_VersionLine {
 public:
     /// The text must live as long as this object.
