@@ -18,7 +18,8 @@
 #include "platform/src/CFObjects.h"
 #include "tests/support/FaultServer.h"
 
-/// Stands before the C library's function: resolving the name "slow.example" takes a second.
+/// Stands before the C library's function: the name "slow.example" takes a second to be unknown,
+/// "here.example" is this machine.
 extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* name, const char* service,
                                                                   const addrinfo* hints, addrinfo** result) {
     if (name != nullptr && std::string_view(name) == "slow.example") {
@@ -26,6 +27,7 @@ extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* na
         return EAI_NONAME;
     }
     static const auto real = reinterpret_cast<decltype(&getaddrinfo)>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    if (name != nullptr && std::string_view(name) == "here.example") name = "127.0.0.1";
     return real(name, service, hints, result);
 }
 
@@ -285,6 +287,19 @@ TEST(CFReadStream, ANameThatTakesLongToResolveHoldsNeitherTheLoopNorTheEndOfItsS
     Client::run([&] { return followed.ended(); });
     EXPECT_GT(std::chrono::steady_clock::now() - start, longest) << "the name was resolved slowly";
     EXPECT_EQ(followed.events, "X");
+}
+
+TEST(CFReadStream, NamesAreResolvedForSeveralAtOnceAndOneAfterTheOther) {
+    const std::string body = support::patternedBody(200'000);
+    const FaultServer server(serving(response(body)));
+    const std::string url = "http://here.example:" + std::to_string(server.port()) + "/";
+    for (int round = 0; round < 3; ++round) {
+        Client first(url), second(url);
+        EXPECT_TRUE(CFReadStreamOpen(second.stream));
+        EXPECT_TRUE(first.fetch().body == body);
+        Client::run([&] { return second.ended(); });
+        EXPECT_TRUE(second.body == body);
+    }
 }
 
 TEST(CFReadStream, EventsOutsideTheMaskAreNotTold) {

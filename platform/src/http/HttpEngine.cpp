@@ -52,14 +52,39 @@ void HttpEngine::noteChange(const std::shared_ptr<HttpResponse>& response) {
     changed_.push_back(response);
 }
 
-int HttpEngine::socketChanged(CURL*, curl_socket_t socket, int what, void* engine, void*) {
+int HttpEngine::socketChanged(CURL* easy, curl_socket_t socket, int what, void* engine, void*) {
     auto* const self = static_cast<HttpEngine*>(engine);
+    // Of a paused transfer the socket stays open and is wanted again soon. Others are closed next, some
+    // without a word.
+    if (what == CURL_POLL_REMOVE && !self->isPaused(easy)) {
+        self->forget(socket);
+        return 0;
+    }
     Socket& state = self->sockets_[socket];
     state.wanted = 0;
     if (what == CURL_POLL_IN || what == CURL_POLL_INOUT) state.wanted |= EPOLLIN;
     if (what == CURL_POLL_OUT || what == CURL_POLL_INOUT) state.wanted |= EPOLLOUT;
     if ((state.wanted & ~state.watched) != 0) self->watch(socket, state);
     return 0;
+}
+
+HttpResponse* HttpEngine::responseOf(CURL* easy) const {
+    void* response = nullptr;  // libcurl has handles of its own, which have none
+    curl_.easyGetinfo(easy, CURLINFO_PRIVATE, &response);
+    return static_cast<HttpResponse*>(response);
+}
+
+bool HttpEngine::isPaused(CURL* easy) const {
+    const HttpResponse* const response = responseOf(easy);
+    return response != nullptr && response->paused_;
+}
+
+void HttpEngine::forget(curl_socket_t socket) {
+    const auto known = sockets_.find(socket);
+    if (known == sockets_.end()) return;
+    known->second.wanted = 0;
+    watch(socket, known->second);
+    sockets_.erase(known);
 }
 
 void HttpEngine::watch(curl_socket_t socket, Socket& state) {
@@ -74,13 +99,7 @@ void HttpEngine::watch(curl_socket_t socket, Socket& state) {
 }
 
 int HttpEngine::closeSocket(void* engine, curl_socket_t socket) {
-    auto* const self = static_cast<HttpEngine*>(engine);
-    const auto known = self->sockets_.find(socket);
-    if (known != self->sockets_.end()) {
-        known->second.wanted = 0;
-        self->watch(socket, known->second);
-        self->sockets_.erase(known);
-    }
+    static_cast<HttpEngine*>(engine)->forget(socket);
     return close(socket);
 }
 
@@ -146,9 +165,7 @@ void HttpEngine::act(curl_socket_t socket, int what) {
     int queued = 0;
     while (const CURLMsg* message = curl_.multiInfoRead(multi_, &queued)) {
         if (message->msg != CURLMSG_DONE) continue;
-        void* response = nullptr;
-        curl_.easyGetinfo(message->easy_handle, CURLINFO_PRIVATE, &response);
-        static_cast<HttpResponse*>(response)->finish(message->data.result == CURLE_OK);
+        responseOf(message->easy_handle)->finish(message->data.result == CURLE_OK);
     }
     while (!changed_.empty()) {
         const auto response = changed_.front().lock();

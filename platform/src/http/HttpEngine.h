@@ -52,7 +52,10 @@ private:
     static int timeoutChanged(CURLM* multi, long timeoutMs, void* engine);
     static int closeSocket(void* engine, curl_socket_t socket);
 
+    HttpResponse* responseOf(CURL* easy) const;
+    bool isPaused(CURL* easy) const;
     void watch(curl_socket_t socket, Socket& state);
+    void forget(curl_socket_t socket);
     void arm(Clock::time_point deadline);
     void onSocket(curl_socket_t socket, std::uint32_t events);
     void onTimer();
