@@ -106,11 +106,10 @@ public:
     }
 
 private:
+    /// `target` is null.
     void take(KW_String& target, std::size_t from, std::size_t to) const {
-        const auto count = static_cast<unsigned int>(to - from);
-        target.THIS_Alloc(count + 1, false);
-        target.THIS_Append(units_ + from, count);
-        target.data[count] = 0;
+        if (from == to) target.Set("", 0, kEncoding);
+        target.THIS_Append(units_ + from, static_cast<unsigned int>(to - from));
     }
 
     void appendPiece(std::size_t from, std::size_t to) {
