@@ -78,6 +78,7 @@ public:
     /// Gives the buffer exactly `units` units, also when that is less: with `keep` the text is cut to what
     /// fits, otherwise the string is empty. 0 units give the null string.
     void SetSize(unsigned int units, bool keep);
+    /// Becomes a copy of the whole source, null when that is null. A buffer that is large enough stays.
     void THIS_CopyString(KW_String const& source);
     /// Becomes a copy of `count` units from `start` on, cut at the source's end. Null when the source is null
     /// or start is behind its end; start at its end gives the empty string.
@@ -107,13 +108,12 @@ public:
     static bool CStringToKW_String(KW_String& target, char const* source, unsigned int byteCount,
                                    Encoding encoding, bool append);
     /// Encodes `count` units from `start` on (0: up to the terminator; never past the end), with a terminator
-    /// and
-    /// '?' for what the encoding lacks. *out is a new array that the caller frees with array delete, outSize
-    /// its bytes with the terminator. False, with null and 0, for a null string, a start behind the end or an
-    /// encoding that is none.
+    /// and '?' for what the encoding lacks. *out is a new array that the caller frees with array delete,
+    /// outSize its bytes with the terminator. False, with null and 0, for a null string, a start behind the
+    /// end or an encoding that is none.
     static bool KW_StringToCString(char** out, unsigned int& outSize, Encoding encoding,
                                    KW_String const& source, unsigned int start, unsigned int count);
-    /// The bytes that KW_StringToCString would write without the terminator, or -1.
+    /// The number of bytes that KW_StringToCString would write without the terminator, or -1.
     static int KW_StringToCStringLenBytes(Encoding encoding, KW_String const& source, unsigned int start,
                                           unsigned int count);
     /// The encoding's byte-order mark; without bytes when it has none.
@@ -125,6 +125,7 @@ public:
     /// Whether the bytes up to the terminator are well-formed UTF-8, and with `requireMultibyte` hold at
     /// least one character that is not ASCII. False for null.
     static bool IsUTF8(char const* bytes, bool requireMultibyte);
+    /// The same for `size` bytes; zero bytes among them are characters.
     static bool IsUTF8(char const* bytes, unsigned int size, bool requireMultibyte);
     /// Decodes a whole text: by its byte-order mark when it has one, else with `detect` by what its bytes
     /// look like, else by `encoding` (System for None and Unsupported). Returns the encoding used;
@@ -144,6 +145,7 @@ public:
     /// The string up to the terminator, encoded, with a terminator; '?' for what the encoding lacks. Without
     /// bytes (null, size 0) for a null string or an encoding that is none.
     KW_CString ToCStr(Encoding encoding) const;
+    /// The same; what the target held is freed.
     void ToCStr(KW_CString& target, Encoding encoding) const;
 
     // ---- Concatenation (KW_String_Edit.cpp). Char text is Encoding_System; a null pointer adds nothing.
@@ -190,6 +192,7 @@ public:
 
     /// First occurrence at or after the start.
     int IndexOf(KW_String const& what, unsigned int start) const;
+    /// The same after tolower of both sides.
     int IndexOfIgnoreCase(KW_String const& what, unsigned int start) const;
     /// Last occurrence that begins at or before the start.
     int LastIndexOf(KW_String const& what, unsigned int start) const;
@@ -207,6 +210,7 @@ public:
 
     /// From `start` to the end. Null when start is behind the end; at the end the empty string.
     KW_String Substring(unsigned int start) const;
+    /// The same, but at most `count` units.
     KW_String Substring(unsigned int start, unsigned int count) const;
     /// The `count` units that end `fromEnd` units before the end; null when there are not so many.
     KW_String EndSubstring(unsigned int count, unsigned int fromEnd) const;
@@ -215,10 +219,12 @@ public:
     /// Every occurrence, from the left and without overlap. An empty `what` replaces nothing; null when an
     /// operand is null.
     KW_String Replace(KW_String const& what, KW_String const& with) const;
+    /// The same with both taken as Encoding_System.
     KW_String Replace(char const* what, char const* with) const;
     /// Replaces, in place, the units at positions `from` to `to`, counted from 1 and inclusive; `to` is cut
     /// at the end. False and no change unless 1 <= from <= to and from is a position of the text.
     bool Replace(unsigned int from, unsigned int to, KW_String const& with);
+    /// Every unit through KW_CharToLowerCase, or KW_CharToUpperCase.
     KW_String ToLowerCase() const;
     KW_String ToUpperCase() const;
     /// Without leading (`left`) and trailing (`right`) blanks, and tabs when `tabs`. Empty when nothing
@@ -253,7 +259,7 @@ public:
     /// The number at the first digit or '-' (a digit must follow the '-', else 0); what follows it is
     /// ignored. 0 for null or empty text, the largest value when there is no number. Overflow wraps.
     static long ToLong(char const* text);
-    /// The same without '-'.
+    /// The number at the first digit, where a '-' counts for nothing; otherwise as ToLong.
     static unsigned long ToULong(char const* text);
     /// The number at the first digit, '-', '.' or ','; both '.' and ',' separate decimals. An exponent needs
     /// a small 'e' and a sign. 0 for null or empty text, the largest double when there is no number or no

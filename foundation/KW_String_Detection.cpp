@@ -20,7 +20,7 @@ constexpr ByteOrderMark kMarks[] = {
     {KW_String::Encoding_UTF32BE, {"\0\0\xFE\xFF", 4}},
 };
 
-// The marks to look for, a mark that begins like a shorter one before it.
+// The marks to look for, in this order: one that begins as a shorter one does stands before it.
 constexpr ByteOrderMark kDetected[] = {
     {KW_String::Encoding_UTF16BE, {"\xFE\xFF", 2}},
     {KW_String::Encoding_UTF32LE, {"\xFF\xFE\0\0", 4}},
@@ -40,7 +40,7 @@ constexpr ByteOrderMark kDetected[] = {
 };
 
 // Length of the well-formed sequence at p that begins with a byte from 80 on; 0 when there is none.
-// `available` bytes may be read; a terminator among them ends a sequence like any byte that does not fit.
+// `available` bytes may be read.
 int multibyteLength(Byte const* p, unsigned long available) {
     const Byte lead = p[0];
     const int length = lead < 0xC2 || lead > 0xF4 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -52,6 +52,23 @@ int multibyteLength(Byte const* p, unsigned long available) {
         if ((p[i] & 0xC0) != 0x80) return 0;
     }
     return length;
+}
+
+bool isUTF8(char const* bytes, unsigned long size, bool requireMultibyte) {
+    bool multibyte = false;
+    auto const* p = reinterpret_cast<Byte const*>(bytes);
+    auto const* const end = p + size;
+    while (p < end) {
+        if (*p < 0x80) {
+            ++p;
+            continue;
+        }
+        const int length = multibyteLength(p, static_cast<unsigned long>(end - p));
+        if (length == 0) return false;
+        multibyte = true;
+        p += length;
+    }
+    return multibyte || !requireMultibyte;
 }
 
 // What text without a byte-order mark looks like; Encoding_None when it looks like none of the Unicode forms.
@@ -76,7 +93,7 @@ Encoding guessEncoding(char const* text, unsigned int size) {
     const double odd = 2.0 * static_cast<double>(oddZeros) / size;
     if (even < 0.2 && odd > 0.6) return KW_String::Encoding_UTF16LE;
     if (even > 0.6 && odd < 0.2) return KW_String::Encoding_UTF16BE;
-    return KW_String::IsUTF8(text, size, false) ? KW_String::Encoding_UTF8 : KW_String::Encoding_None;
+    return isUTF8(text, size, false) ? KW_String::Encoding_UTF8 : KW_String::Encoding_None;
 }
 
 }  // namespace
@@ -105,39 +122,11 @@ unsigned int KW_String::DetectBOM(void const* bytes, unsigned int size, Encoding
 }
 
 bool KW_String::IsUTF8(char const* bytes, bool requireMultibyte) {
-    if (bytes == nullptr) return false;
-    bool multibyte = false;
-    auto const* p = reinterpret_cast<Byte const*>(bytes);
-    while (*p != 0) {
-        if (*p < 0x80) {
-            ++p;
-            continue;
-        }
-        // The terminator fits no sequence, so that none reaches behind it.
-        const int length = multibyteLength(p, 4);
-        if (length == 0) return false;
-        multibyte = true;
-        p += length;
-    }
-    return multibyte || !requireMultibyte;
+    return bytes != nullptr && isUTF8(bytes, std::strlen(bytes), requireMultibyte);
 }
 
 bool KW_String::IsUTF8(char const* bytes, unsigned int size, bool requireMultibyte) {
-    if (bytes == nullptr) return false;
-    bool multibyte = false;
-    auto const* p = reinterpret_cast<Byte const*>(bytes);
-    auto const* const end = p + size;
-    while (p < end) {
-        if (*p < 0x80) {
-            ++p;
-            continue;
-        }
-        const int length = multibyteLength(p, static_cast<unsigned long>(end - p));
-        if (length == 0) return false;
-        multibyte = true;
-        p += length;
-    }
-    return multibyte || !requireMultibyte;
+    return bytes != nullptr && isUTF8(bytes, size, requireMultibyte);
 }
 
 KW_String::Encoding KW_String::TextToString(KW_String& target, char const* bytes, unsigned int size,
@@ -147,16 +136,13 @@ KW_String::Encoding KW_String::TextToString(KW_String& target, char const* bytes
     if (markLength == 0 && detect) found = bytes == nullptr ? Encoding_UTF32LE : guessEncoding(bytes, size);
     const Encoding used = found < Encoding_System ? Encoding_System : found;
 
-    static constexpr char kEmpty[4] = {};
-    const unsigned int textSize = size - markLength;
-    bool decoded = false;
     if (bytes == nullptr && !detect) {
         target.SetToNullString();
-        decoded = true;
-    } else if (bytes != nullptr && textSize > 0) {
-        decoded = CStringToKW_String(target, bytes + markLength, textSize, used, false);
+        return found;
     }
-    // A count of 0 would mean "up to the terminator", so text without bytes is read from an empty one.
-    if (!decoded) CStringToKW_String(target, kEmpty, 0, Encoding_System, false);
+    // A count of 0 would mean "up to the terminator", so text without bytes is not read from them.
+    const bool hasText = bytes != nullptr && size > markLength;
+    if (!hasText || !CStringToKW_String(target, bytes + markLength, size - markLength, used, false))
+        CStringToKW_String(target, "", 0, Encoding_System, false);
     return found;
 }

@@ -23,8 +23,9 @@ public:
     /// Takes a copy of the text, cursor at its start. A null string leaves the scanner without text.
     void Set(KW_String const& source);
 
-    /// The units up to the line end (LF, CR LF or CR), with `keepEOL` the line end too; null for an empty
-    /// line or at the end. A zero unit ends the text here.
+    /// The units up to the line end (LF, CR LF or CR), with `keepEOL` the line end too; null when that is
+    /// nothing: at the end of the text, and for an empty line without its end. A zero unit ends the text
+    /// here.
     KW_String ReadLine(bool keepEOL, bool advance);
 
     /// The units up to the next white space or the end; null when there are none.
