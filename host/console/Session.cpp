@@ -94,7 +94,7 @@ bool Session::wait(double seconds) {
         const int calls = loop.dispatch(0);
         if (calls == 0 && platform::transfersUnderWay() == 0) return true;
         const double waited = std::chrono::duration<double>(Clock::now() - start).count();
-        if (seconds >= 0 && waited >= seconds) return false;
+        if ((seconds >= 0 && waited >= seconds) || lines_.isInterrupted()) return false;
         if (calls == 0) loop.dispatch(kSliceMs);
     }
 }

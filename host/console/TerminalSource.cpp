@@ -1,8 +1,12 @@
 #include "host/console/InputWait.h"
 #include "host/console/LineSource.h"
+#include "platform/RunLoop.h"
 
 #include <editline/readline.h>
+#include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -15,10 +19,14 @@ namespace {
 /// The library calls back without context, and there is one terminal.
 class TerminalSource* sTerminal = nullptr;
 
-volatile std::sig_atomic_t sInterrupted = 0;
+/// Becomes readable with the interrupt signal, so that no wait of the run loop misses it.
+int sInterruptDescriptor = -1;
 
 void noteInterrupt(int) {
-    sInterrupted = 1;
+    const int error = errno;
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = write(sInterruptDescriptor, &one, sizeof one);
+    errno = error;
 }
 
 class TerminalSource : public LineSource {
@@ -26,34 +34,42 @@ public:
     explicit TerminalSource(std::string prompt) : prompt_(std::move(prompt)) {
         sTerminal = this;
         using_history();
+        sInterruptDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+        platform::RunLoop::main().watch(sInterruptDescriptor, EPOLLIN, [this](std::uint32_t) {
+            interrupted_ = true;
+            platform::RunLoop::main().unwatch(sInterruptDescriptor);
+        });
         struct sigaction action {};
-        action.sa_handler = noteInterrupt;  // without SA_RESTART: the wait for input returns
+        action.sa_handler = noteInterrupt;
+        action.sa_flags = SA_RESTART;
         sigaction(SIGINT, &action, &previous_);
     }
     ~TerminalSource() override {
         release();
         sigaction(SIGINT, &previous_, nullptr);
+        platform::RunLoop::main().unwatch(sInterruptDescriptor);
+        close(sInterruptDescriptor);
         sTerminal = nullptr;
     }
 
     Result next(std::string& line) override {
-        while (lines_.empty() && !ended_) {
+        while (lines_.empty() && !ended_ && !interrupted_) {
             showPrompt();
-            const bool readable = waitForInput(STDIN_FILENO);
-            if (sInterrupted != 0) {
-                release();
-                return Result::End;
-            }
-            if (!readable) return Result::Dispatched;
+            if (!waitForInput(STDIN_FILENO)) return Result::Dispatched;
             rl_callback_read_char();
         }
-        if (lines_.empty()) return Result::End;
+        if (lines_.empty() || interrupted_) {
+            release();
+            return Result::End;
+        }
         line = std::move(lines_.front());
         lines_.pop_front();
         return Result::Line;
     }
 
     bool isInteractive() const override { return true; }
+
+    bool isInterrupted() const override { return interrupted_; }
 
     void clearPrompt() override {
         if (!editing_ || cleared_) return;
@@ -101,6 +117,7 @@ private:
     bool editing_ = false;
     bool cleared_ = false;
     bool ended_ = false;
+    bool interrupted_ = false;
 };
 
 }  // namespace

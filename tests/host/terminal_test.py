@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks the console on a terminal: a prompt, line editing, history, and a clean end.
+"""Checks the console on a terminal: a prompt, line editing, history, transfers meanwhile, and a clean end.
 
 usage: terminal_test.py TESSARO BUNDLE
 """
@@ -7,6 +7,7 @@ import os
 import pty
 import select
 import signal
+import socket
 import sys
 import time
 
@@ -42,8 +43,9 @@ class Terminal:
         return os.waitstatus_to_exitcode(os.waitpid(self.process, 0)[1])
 
 
-def session(program, bundle):
-    terminal = Terminal(program, "run", "--bundle", bundle, "--connect", ":=127.0.0.1:1")
+def session(program, bundle, port=1):
+    """A session whose transfers go to a port of this machine; nobody listens at port 1."""
+    terminal = Terminal(program, "run", "--bundle", bundle, "--connect", f":=127.0.0.1:{port}")
     terminal.expect("loaded Sample")
     terminal.expect("tessaro> ")
     return terminal
@@ -51,6 +53,7 @@ def session(program, bundle):
 
 def main():
     program, bundle = sys.argv[1:]
+    signal.alarm(120)  # a session that does not end fails the test
 
     terminal = session(program, bundle)
     terminal.type("choose 5\x7f4\r")  # the 5 is taken back
@@ -81,6 +84,20 @@ def main():
     terminal = session(program, bundle)
     os.kill(terminal.process, signal.SIGINT)
     assert terminal.end() == 0
+
+    with socket.create_server(("127.0.0.1", 0)) as silent:  # takes the connection and says nothing
+        terminal = session(program, bundle, silent.getsockname()[1])
+        terminal.type("choose 8\r")
+        terminal.expect("a transfer is under way")
+        terminal.expect("tessaro> ")
+        terminal.type("choose 4\r")
+        terminal.expect("[x] Marked")
+        terminal.expect("tessaro> ")
+        terminal.type("wait\r")
+        time.sleep(0.3)
+        os.kill(terminal.process, signal.SIGINT)
+        terminal.expect("the transfer goes on")
+        assert terminal.end() == 0
     return 0
 
 
