@@ -48,9 +48,9 @@ short KW_General::CheckCurrentRenderingEngine(const KW_String& partOfName) {
 bool KW_General::SetRenderingEngine(const KW_String& partOfName) {
     const short count = EXPGetRendCount();
     MDID wanted{};
-    short index = 1;
-    while (index <= count &&
-           (EXPGetRendMDID(index, &wanted) != kNoError || !MenuNameContains(wanted, partOfName)))
+    int index = 1;  // wider than the count, which may be a short's largest value
+    while (index <= count && (EXPGetRendMDID(static_cast<short>(index), &wanted) != kNoError ||
+                              !MenuNameContains(wanted, partOfName)))
         ++index;
     if (index > count) return false;
 

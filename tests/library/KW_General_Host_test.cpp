@@ -142,6 +142,8 @@ TEST_F(KWGeneralHost, AnEngineThatCannotBeSetIsAFailure) {
     host.renderingEngines.clear();
     currentAnswer = kNoError;
     EXPECT_FALSE(KW_General::SetRenderingEngine(text("photo")));
+    host.renderingEngines.assign(32767, {{1, 1}, "Sketch Engine"});
+    EXPECT_FALSE(KW_General::SetRenderingEngine(text("photo"))) << "as many engines as can be numbered";
 }
 
 TEST_F(KWGeneralHost, AHostWithoutTheseFunctionsHasNoProjectAndNoEngines) {
