@@ -12,6 +12,8 @@ function(tessaro_target name)
     target_compile_options(${name} PRIVATE
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual -Woverloaded-virtual
         -Werror)
+    # A function may be inlined in its own file although the code is relocatable.
+    target_compile_options(${name} PRIVATE -fno-semantic-interposition)
     # GCC 12 sees overlapping copies in its own std::string when it optimises; there are none.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         target_compile_options(${name} PRIVATE -Wno-restrict)

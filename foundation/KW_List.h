@@ -121,9 +121,11 @@ private:
 
     // False, with the list empty and without a block, when there is no memory.
     bool resizeBlock(long size) {
-        data = BMReallocHandle(data, size, kFlags, kAction);
-        if (data == nullptr) count = 0;
-        return data != nullptr;
+        BMHandle const resized = BMReallocHandle(data, size, kFlags, kAction);
+        // Mostly the same handle: a loop of additions would wait for each store of it.
+        if (resized != data) data = resized;
+        if (resized == nullptr) count = 0;
+        return resized != nullptr;
     }
 
     void moveElements(long from, long to, long n) {
@@ -132,9 +134,10 @@ private:
 
     void clear(long from, long n) { std::memset(slot(from), 0, static_cast<std::size_t>(n * kElementSize)); }
 
+    // The slot is cleared first, so that what a value does not fill is zero too.
     template <typename Value>
     void constructAt(long index, Value&& value) {
-        clear(index, 1);
+        if constexpr (!std::has_unique_object_representations_v<T>) clear(index, 1);
         new (slot(index)) T(std::forward<Value>(value));
     }
 

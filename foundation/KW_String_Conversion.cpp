@@ -1,5 +1,6 @@
 #include "foundation/KW_String_Internal.h"
 
+#include "foundation/UnitSearch.h"
 #include "platform/StringServices.h"
 
 #include <algorithm>
@@ -41,45 +42,71 @@ long bytesBeforeTerminator(char const* bytes, long width) {
     return count;
 }
 
-// The source as UTF-16, decoded into a buffer of its own unless it is UTF-16 already.
-class Decoded {
+// Bytes in an encoding, their number known.
+class ByteText {
 public:
-    // False when the bytes are malformed.
-    bool from(Encoding encoding, char const* bytes, long byteCount) {
-        if (encoding == KW_String::Encoding_UTF16LE) {
-            if (byteCount % 2 != 0) return false;
-            bytes_ = bytes;
-            count_ = byteCount / 2;
-            return true;
-        }
-        if (isUTF32(encoding)) {
-            const bool bigEndian = encoding == KW_String::Encoding_UTF32BE;
-            const long units = byteCount / 4;
-            count_ = units > 0 ? UTF32toUTF16(bytes, nullptr, units, bigEndian) : 0;
-            allocate();
-            if (units > 0) UTF32toUTF16(bytes, buffer_.get(), units, bigEndian);
-            return true;
-        }
-        const unsigned int mapped = KW_StringEncodingToMacStringEncoding(encoding);
-        count_ = StringServices::decodedLength(mapped, bytes, byteCount);
-        if (count_ < 0) return false;
-        allocate();
-        StringServices::decode(mapped, bytes, byteCount, reinterpret_cast<char*>(buffer_.get()));
-        return true;
+    // A count of 0 or less means up to the terminator; text found empty that way counts as empty only with 0.
+    ByteText(Encoding encoding, char const* bytes, long count)
+        : bytes_(bytes),
+          byteCount_(count),
+          isUTF32_(isUTF32(encoding)),
+          isBigEndian_(encoding % 2 != 0),
+          systemEncoding_(KW_StringEncodingToMacStringEncoding(encoding)) {
+        if (count <= 0) byteCount_ = bytesBeforeTerminator(bytes, unitWidth(encoding));
+        isEmpty_ = count < 0 ? false : byteCount_ == 0 || (isUTF32_ && byteCount_ < 4);
     }
 
-    char const* units() const { return bytes_; }
-    long count() const { return count_; }
+    bool isEmpty() const { return isEmpty_; }
+
+    // Units that are enough for decodeInto.
+    long room() const {
+        if (!isUTF32_) return StringServices::decodedRoom(systemEncoding_, byteCount_);
+        return byteCount_ < 4 ? 0 : UTF32toUTF16(bytes_, nullptr, byteCount_ / 4, isBigEndian_);
+    }
+
+    // Units written; -1 when the bytes are malformed.
+    long decodeInto(unsigned short* units) const {
+        if (!isUTF32_) {
+            return StringServices::decode(systemEncoding_, bytes_, byteCount_,
+                                          reinterpret_cast<char*>(units));
+        }
+        return byteCount_ < 4 ? 0 : UTF32toUTF16(bytes_, units, byteCount_ / 4, isBigEndian_);
+    }
 
 private:
-    void allocate() {
-        buffer_.reset(new unsigned short[static_cast<std::size_t>(count_)]);
-        bytes_ = reinterpret_cast<char const*>(buffer_.get());
+    char const* bytes_;
+    long byteCount_;
+    bool isUTF32_;
+    bool isBigEndian_;
+    bool isEmpty_;
+    unsigned int systemEncoding_;
+};
+
+// Where text is decoded before its exact size is known: on the stack when it is short.
+class Workspace {
+public:
+    explicit Workspace(long room) : room_(room) {
+        if (room <= kShort) return;
+        large_.reset(new unsigned short[static_cast<std::size_t>(room)]);
+        place_ = large_.get();
     }
 
-    std::unique_ptr<unsigned short[]> buffer_;
-    char const* bytes_ = nullptr;
-    long count_ = 0;
+    unsigned short* place() { return place_; }
+
+    // An array of exactly `size` units with what was decoded: the workspace itself when it has that size.
+    unsigned short* release(long size) {
+        if (large_ != nullptr && room_ == size) return large_.release();
+        auto* const exact = new unsigned short[static_cast<std::size_t>(size)];
+        std::memcpy(exact, place_, static_cast<std::size_t>(size) * sizeof(unsigned short));
+        return exact;
+    }
+
+private:
+    static constexpr long kShort = 512;
+    long room_;
+    unsigned short short_[kShort];
+    std::unique_ptr<unsigned short[]> large_;
+    unsigned short* place_ = short_;
 };
 
 }  // namespace
@@ -111,30 +138,6 @@ unsigned int KW_StringEncodingToMacStringEncoding(Encoding encoding) {
     }
 }
 
-long UTF32toUTF16(void const* source, unsigned short* target, long count, bool bigEndian) {
-    auto const* bytes = static_cast<char const*>(source);
-    long produced = 0;
-    const auto put = [&](std::uint32_t unit) {
-        if (target != nullptr) target[produced] = static_cast<unsigned short>(unit);
-        ++produced;
-    };
-    for (long i = 0; count <= 0 || i < count; ++i) {
-        std::uint32_t value;
-        std::memcpy(&value, bytes + i * 4, sizeof value);
-        if (count <= 0 && value == 0) break;
-        if (bigEndian) value = __builtin_bswap32(value);
-        if (value < 0x10000 && (value & ~0x7FFu) != 0xD800) {
-            put(value);
-        } else if (value >= 0x10000 && value < 0x110000) {
-            put(((value - 0x10000) >> 10) + 0xD800);
-            put((value & 0x3FF) | 0xDC00);
-        } else {
-            put(0xFFFD);
-        }
-    }
-    return produced;
-}
-
 long KW_String::ConvertChangeEncoding(Encoding sourceEncoding, char const* source, long sourceLength,
                                       Encoding targetEncoding, char* target, long targetSize,
                                       bool addTerminator, bool lossy) {
@@ -153,24 +156,23 @@ long KW_String::ConvertChangeEncoding(Encoding sourceEncoding, char const* sourc
 
     const long terminator = addTerminator ? unitWidth(targetEncoding) : 0;
     const long room = std::max(targetSize, 0L);
-    const long sourceWidth = unitWidth(sourceEncoding);
-    const bool lessThanOneUnit = isUTF32(sourceEncoding) && sourceLength > 0 && sourceLength < sourceWidth;
-    if (lessThanOneUnit || (sourceLength == 0 && isZero(source, sourceWidth))) {
+    const ByteText text(sourceEncoding, source, sourceLength);
+    if (text.isEmpty()) {
         if (target != nullptr && terminator > room) return kTooSmall;
         if (target != nullptr) std::fill_n(target, terminator, '\0');
         return terminator;
     }
 
-    if (sourceLength <= 0) sourceLength = bytesBeforeTerminator(source, sourceWidth);
-    Decoded decoded;
-    if (!decoded.from(sourceEncoding, source, sourceLength)) return kFailed;
+    Workspace units(text.room());
+    const long unitCount = text.decodeInto(units.place());
+    if (unitCount < 0) return kFailed;
 
-    const StringServices::Encoded encoded =
-        StringServices::encode(KW_StringEncodingToMacStringEncoding(targetEncoding), decoded.units(),
-                               decoded.count(), lossy ? '?' : '\0', target, room);
+    const StringServices::Encoded encoded = StringServices::encode(
+        KW_StringEncodingToMacStringEncoding(targetEncoding), reinterpret_cast<char const*>(units.place()),
+        unitCount, lossy ? '?' : '\0', target, room);
     if (encoded.units == 0) return kFailed;
     if (target != nullptr) {
-        if (encoded.units < decoded.count() || terminator > room - encoded.bytes) return kTooSmall;
+        if (encoded.units < unitCount || terminator > room - encoded.bytes) return kTooSmall;
         std::fill_n(target + encoded.bytes, terminator, '\0');
     }
     return encoded.bytes + terminator;
@@ -182,30 +184,97 @@ bool KW_String::CStringToKW_String(KW_String& target, char const* source, unsign
         if (!append) target.SetToNullString();
         return true;
     }
-    const long bytes =
-        ConvertChangeEncoding(encoding, source, byteCount, Encoding_UTF16LE, nullptr, 0, true, true);
-    if (bytes < 0) return false;
-    const unsigned int units = KW_StringUnits(static_cast<unsigned long>(bytes / 2));
+    if (isNone(encoding)) return false;
+    const ByteText text(encoding, source, byteCount);
+
+    // Decoded aside, since malformed bytes must leave the target as it is.
+    Workspace decoded(text.room() + 1);
+    const long count = text.isEmpty() ? 0 : text.decodeInto(decoded.place());
+    if (count < 0 || (count == 0 && !text.isEmpty())) return false;
+    decoded.place()[count] = 0;
+
     const unsigned int start = append ? target.length : 0;
-    target.THIS_Alloc(KW_StringUnits(static_cast<unsigned long>(start) + units), append);
-    ConvertChangeEncoding(encoding, source, byteCount, Encoding_UTF16LE,
-                          reinterpret_cast<char*>(target.data + start), bytes, true, true);
-    target.length = start + units - 1;
+    const unsigned int needed = KW_StringUnits(start + static_cast<unsigned long>(count) + 1);
+    if (start == 0 && target.capacity < needed) {
+        unsigned short* const units = decoded.release(count + 1);
+        delete[] target.data;
+        target.data = units;
+        target.capacity = needed;
+    } else {
+        target.THIS_Alloc(needed, append);
+        std::memcpy(target.data + start, decoded.place(),
+                    (static_cast<std::size_t>(count) + 1) * sizeof(unsigned short));
+    }
+    target.length = needed - 1;
     return true;
 }
 
 namespace {
 
-// The bytes of a range of units, as ConvertChangeEncoding takes them.
 struct UnitRange {
-    char const* bytes;  // null when there is no such range
-    long byteCount;     // 0: up to the terminator
+    char const* units;  // null when there is no such range
+    long count;
 };
 
+// Units of the string from `start` on, never past its end; a count of 0 means up to the terminator.
 UnitRange unitRange(KW_String const& source, unsigned int start, unsigned int count) {
     if (source.data == nullptr || start > source.length) return {nullptr, 0};
-    const unsigned int n = std::min(count, source.length - start);
-    return {reinterpret_cast<char const*>(source.data + start), n * 2L};
+    const unsigned long end = count == 0 ? findUnit(source.data, source.length, start, 0)
+                                         : std::min(static_cast<unsigned long>(start) + count,
+                                                    static_cast<unsigned long>(source.length));
+    return {reinterpret_cast<char const*>(source.data + start), static_cast<long>(end - start)};
+}
+
+}  // namespace
+
+namespace {
+
+struct EncodedText {
+    std::unique_ptr<char[]> bytes;  // with a terminator; null when the text cannot be encoded
+    long size;                      // terminator included
+};
+
+// A copy of the first bytes in an array of exactly their number and a terminator.
+EncodedText exactly(char const* bytes, long count, long terminator) {
+    EncodedText text{std::unique_ptr<char[]>(new char[static_cast<std::size_t>(count + terminator)]),
+                     count + terminator};
+    std::memcpy(text.bytes.get(), bytes, static_cast<std::size_t>(count));
+    std::fill_n(text.bytes.get() + count, terminator, '\0');
+    return text;
+}
+
+long mostBytesOfUnit(Encoding encoding) {
+    switch (encoding) {
+        case KW_String::Encoding_UTF7:
+            return 5;  // '+', three digits and '-'
+        case KW_String::Encoding_UTF8:
+            return 3;
+        default:
+            return unitWidth(encoding);
+    }
+}
+
+EncodedText encodedText(Encoding encoding, UnitRange range) {
+    constexpr long kShort = 512;
+    const unsigned int mapped = KW_StringEncodingToMacStringEncoding(encoding);
+    const long width = unitWidth(encoding);
+    const auto encode = [&](char* target, long room) {
+        return StringServices::encode(mapped, range.units, range.count, '?', target, room);
+    };
+
+    const long room = range.count * mostBytesOfUnit(encoding);
+    if (room <= kShort && room > range.count * width) {
+        char workspace[kShort];
+        const StringServices::Encoded encoded = encode(workspace, room);
+        if (encoded.units < range.count) return {nullptr, 0};
+        return exactly(workspace, encoded.bytes, width);
+    }
+    std::unique_ptr<char[]> bytes(new char[static_cast<std::size_t>(room + width)]);
+    const StringServices::Encoded encoded = encode(bytes.get(), room);
+    if (encoded.units < range.count) return {nullptr, 0};
+    if (encoded.bytes < room) return exactly(bytes.get(), encoded.bytes, width);
+    std::fill_n(bytes.get() + room, width, '\0');
+    return {std::move(bytes), room + width};
 }
 
 }  // namespace
@@ -215,38 +284,38 @@ bool KW_String::KW_StringToCString(char** out, unsigned int& outSize, Encoding e
     *out = nullptr;
     outSize = 0;
     const UnitRange range = unitRange(source, start, count);
-    const long size = ConvertChangeEncoding(Encoding_UTF16LE, range.bytes, range.byteCount, encoding, nullptr,
-                                            0, true, true);
-    if (size < 0) return false;
-    std::unique_ptr<char[]> bytes(new char[KW_StringUnits(static_cast<unsigned long>(size))]);
-    const long written = ConvertChangeEncoding(Encoding_UTF16LE, range.bytes, range.byteCount, encoding,
-                                               bytes.get(), size, true, true);
-    if (written < 0) return false;
-    *out = bytes.release();
-    outSize = static_cast<unsigned int>(written);
+    if (range.units == nullptr || isNone(encoding)) return false;
+    EncodedText text = encodedText(encoding, range);
+    if (text.bytes == nullptr) return false;
+    outSize = KW_StringUnits(static_cast<unsigned long>(text.size));
+    *out = text.bytes.release();
     return true;
 }
 
 int KW_String::KW_StringToCStringLenBytes(Encoding encoding, KW_String const& source, unsigned int start,
                                           unsigned int count) {
     const UnitRange range = unitRange(source, start, count);
-    const long size = ConvertChangeEncoding(Encoding_UTF16LE, range.bytes, range.byteCount, encoding, nullptr,
-                                            0, false, true);
-    return size < 0 ? -1 : static_cast<int>(size);
+    if (range.units == nullptr || isNone(encoding)) return -1;
+    const StringServices::Encoded encoded = StringServices::encode(
+        KW_StringEncodingToMacStringEncoding(encoding), range.units, range.count, '?', nullptr, 0);
+    return encoded.units < range.count ? -1 : static_cast<int>(encoded.bytes);
 }
 
 unsigned short KW_String::CharToKW_Char(char byte, Encoding encoding) {
+    if (isNone(encoding)) return 0;
+    const ByteText text(encoding, &byte, 1);
     unsigned short unit = 0;
-    const long size = ConvertChangeEncoding(encoding, &byte, 1, Encoding_UTF16LE,
-                                            reinterpret_cast<char*>(&unit), sizeof unit, false, true);
-    return size == sizeof unit ? unit : 0;
+    return text.room() == 1 && text.decodeInto(&unit) == 1 ? unit : 0;
 }
 
 char KW_String::KW_CharToChar(unsigned short unit, Encoding encoding) {
-    char byte = '?';
-    const long size = ConvertChangeEncoding(Encoding_UTF16LE, reinterpret_cast<char const*>(&unit),
-                                            sizeof unit, encoding, &byte, 1, false, false);
-    return size == 1 ? byte : '?';
+    constexpr char kNoByte = '?';
+    if (isNone(encoding)) return kNoByte;
+    char byte = kNoByte;
+    const StringServices::Encoded encoded =
+        StringServices::encode(KW_StringEncodingToMacStringEncoding(encoding),
+                               reinterpret_cast<char const*>(&unit), 1, '\0', &byte, 1);
+    return encoded.units == 1 ? byte : kNoByte;
 }
 
 // tolower and toupper are defined for bytes only.
@@ -260,13 +329,11 @@ unsigned short KW_String::KW_CharToUpperCase(unsigned short unit) {
 
 KW_CString KW_String::ToCStr(Encoding encoding) const {
     KW_CString result;
-    ToCStr(result, encoding);
+    result.encoding = encoding;
+    KW_StringToCString(&result.data, result.size, encoding, *this, 0, 0);
     return result;
 }
 
 void KW_String::ToCStr(KW_CString& target, Encoding encoding) const {
-    KW_CString converted;
-    converted.encoding = encoding;
-    KW_StringToCString(&converted.data, converted.size, encoding, *this, 0, 0);
-    target = std::move(converted);
+    target = ToCStr(encoding);
 }

@@ -1,4 +1,5 @@
 #include "foundation/KW_String_Internal.h"
+#include "foundation/UnitSearch.h"
 
 #include <algorithm>
 #include <cstring>
@@ -82,21 +83,28 @@ KW_String KW_String::Replace(char what, char with) const {
 }
 
 KW_String KW_String::Replace(KW_String const& what, KW_String const& with) const {
-    KW_String result;
-    if (data == nullptr || what.data == nullptr || with.data == nullptr) return result;
-    unsigned long matches = 0;
-    for (int at = IndexOf(what, 0); at >= 0; at = IndexOf(what, static_cast<unsigned int>(at) + what.length))
-        ++matches;
-    const unsigned long total = length - matches * what.length + matches * with.length;
-    result.THIS_Alloc(KW_StringUnits(total + 1), false);
-    unsigned int from = 0;
-    for (; matches > 0; --matches) {
-        const auto at = static_cast<unsigned int>(IndexOf(what, from));
-        result.THIS_Append(data + from, at - from);
-        result.THIS_Append(with.data, with.length);
-        from = at + what.length;
+    if (data == nullptr || what.data == nullptr || with.data == nullptr) return KW_String();
+    if (length == 0 || what.length == 0) return *this;
+    const std::vector<unsigned int> positions = positionsOfUnits(data, length, what.data, what.length);
+    if (with.length == what.length) {
+        KW_String result(*this);
+        for (const unsigned int position : positions)
+            std::copy_n(with.data, with.length, result.data + position);
+        return result;
     }
-    result.THIS_Append(data + from, length - from);
+    const unsigned long total = length - positions.size() * what.length + positions.size() * with.length;
+    KW_String result;
+    result.THIS_Alloc(KW_StringUnits(total + 1), false);
+    result.length = static_cast<unsigned int>(total);
+    unsigned short* to = result.data;
+    unsigned short const* from = data;
+    for (const unsigned int position : positions) {
+        to = std::copy(from, static_cast<unsigned short const*>(data) + position, to);
+        to = std::copy_n(with.data, with.length, to);
+        from = data + position + what.length;
+    }
+    to = std::copy(from, static_cast<unsigned short const*>(data) + length, to);
+    *to = 0;
     return result;
 }
 

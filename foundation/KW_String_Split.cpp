@@ -1,5 +1,7 @@
 #include "foundation/KW_String.h"
 
+#include "foundation/UnitSearch.h"
+
 #include <functional>
 
 namespace {
@@ -11,8 +13,8 @@ bool liesIn(KW_List<KW_String> const& list, KW_String const* string) {
     return !before(string, first) && before(string, first + list.count);
 }
 
-void addPiece(KW_List<KW_String>& list, KW_String const& text, unsigned int start, unsigned int end) {
-    list.AddData(KW_String(text.data + start, end - start), -1);
+void addPiece(KW_List<KW_String>& list, KW_String const& text, unsigned long start, unsigned long end) {
+    list.AddData(KW_String(text.data + start, static_cast<unsigned int>(end - start)), -1);
 }
 
 bool isBlank(unsigned short unit) {
@@ -26,29 +28,28 @@ void KW_String::Split(KW_List<KW_String>& pieces, char separator) const {
     pieces.Reset();
     if (data == nullptr) return pieces.AddData(KW_String(), -1);
     const unsigned short unit = CharToKW_Char(separator, Encoding_System);
+    const std::vector<unsigned int> separators = positionsOfEither(data, length, unit, unit);
+    pieces.SetSize(static_cast<long>(separators.size()) + 1, false);
+    if (pieces.count == 0) return;
     unsigned int start = 0;
-    for (unsigned int i = 0; i < length; ++i) {
-        if (data[i] != unit) continue;
-        addPiece(pieces, *this, start, i);
-        start = i + 1;
+    long next = 0;
+    for (const unsigned int end : separators) {
+        pieces[next++].THIS_Append(data + start, end - start);
+        start = end + 1;
     }
-    addPiece(pieces, *this, start, length);
+    pieces[next].THIS_Append(data + start, length - start);
 }
 
 void KW_String::SplitLines(KW_List<KW_String>& lines, bool removeEOL, bool resetList) const {
     if (liesIn(lines, this)) return KW_String(*this).SplitLines(lines, removeEOL, resetList);
     if (resetList) lines.Reset();
     if (data == nullptr) return lines.AddData(KW_String(), -1);
-    unsigned int start = 0;
-    for (unsigned int i = 0; i < length;) {
-        if (data[i] != '\n' && data[i] != '\r') {
-            ++i;
-            continue;
-        }
+    unsigned long start = 0;
+    for (unsigned long end; (end = findEither(data, length, start, '\n', '\r')) < length;) {
         // The terminator behind the last unit is no line feed.
-        const unsigned int next = i + (data[i] == '\r' && data[i + 1] == '\n' ? 2 : 1);
-        addPiece(lines, *this, start, removeEOL ? i : next);
-        start = i = next;
+        const unsigned long next = end + (data[end] == '\r' && data[end + 1] == '\n' ? 2 : 1);
+        addPiece(lines, *this, start, removeEOL ? end : next);
+        start = next;
     }
     addPiece(lines, *this, start, length);
 }

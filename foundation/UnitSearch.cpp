@@ -1,40 +1,169 @@
 #include "foundation/UnitSearch.h"
 
+#include <bit>
+#include <cstdint>
 #include <cstring>
 
 namespace {
 
-// Units that are looked at together. The test of a block has no way out in the middle, so that the compiler
-// makes it a few wide comparisons.
-constexpr unsigned long kBlock = 32;
+// Eight units at once, in the compiler's vector types, which it maps to what the processor has. A comparison
+// gives all ones or all zeros for each of them.
+constexpr unsigned long kLanes = 8;
+using Units = std::uint16_t __attribute__((vector_size(16)));
+using Bytes = std::uint8_t __attribute__((vector_size(8)));
 
-bool blockHas(unsigned short const* block, unsigned short unit) {
-    unsigned short found = 0;
-    for (unsigned long i = 0; i < kBlock; ++i)
-        found = static_cast<unsigned short>(found | (block[i] == unit ? 0xFFFF : 0));
-    return found != 0;
+Units unitsAt(unsigned short const* text) {
+    Units units;
+    std::memcpy(&units, text, sizeof units);
+    return units;
+}
+
+Units repeated(unsigned short unit) {
+    return Units{} + unit;
+}
+
+template <typename Mask>
+bool any(Mask mask) {
+    std::uint64_t halves[2];
+    std::memcpy(halves, &mask, sizeof halves);
+    return (halves[0] | halves[1]) != 0;
+}
+
+// One byte for each lane, FF where it is set.
+template <typename Mask>
+std::uint64_t lanes(Mask mask) {
+    return std::bit_cast<std::uint64_t>(__builtin_convertvector(reinterpret_cast<Units>(mask), Bytes));
+}
+
+unsigned long firstLane(std::uint64_t set) {
+    return static_cast<unsigned long>(std::countr_zero(set)) / 8;
+}
+
+std::uint64_t withoutFirst(std::uint64_t set) {
+    return set & ~(std::uint64_t{0xFF} << firstLane(set) * 8);
+}
+
+unsigned long lastLane(std::uint64_t set) {
+    return 7 - static_cast<unsigned long>(std::countl_zero(set)) / 8;
+}
+
+// The first position from `start` on for which `matches` gives a set lane; it is asked for eight units at a
+// time.
+template <typename Matches, typename MatchesOne>
+unsigned long findFirst(unsigned short const* text, unsigned long length, unsigned long start,
+                        Matches matches, MatchesOne matchesOne) {
+    unsigned long i = start;
+    while (length - i >= 4 * kLanes &&
+           !any(matches(unitsAt(text + i)) | matches(unitsAt(text + i + kLanes)) |
+                matches(unitsAt(text + i + 2 * kLanes)) | matches(unitsAt(text + i + 3 * kLanes)))) {
+        i += 4 * kLanes;
+    }
+    for (; length - i >= kLanes; i += kLanes) {
+        const std::uint64_t found = lanes(matches(unitsAt(text + i)));
+        if (found != 0) return i + firstLane(found);
+    }
+    while (i < length && !matchesOne(text[i]))
+        ++i;
+    return i;
+}
+
+// Whether the text at a position whose first and last unit are the sought ones is an occurrence.
+bool isOccurrence(unsigned short const* text, unsigned short const* what, unsigned long whatLength) {
+    return whatLength <= 2 || std::memcmp(text + 1, what + 1, (whatLength - 2) * sizeof(unsigned short)) == 0;
+}
+
+bool isOccurrenceAt(unsigned short const* text, unsigned short const* what, unsigned long whatLength) {
+    return text[0] == what[0] && text[whatLength - 1] == what[whatLength - 1] &&
+           isOccurrence(text, what, whatLength);
 }
 
 }  // namespace
 
 unsigned long findUnit(unsigned short const* text, unsigned long length, unsigned long start,
                        unsigned short unit) {
-    unsigned long i = start;
-    while (length - i >= kBlock && !blockHas(text + i, unit))
-        i += kBlock;
-    while (i < length && text[i] != unit)
-        ++i;
-    return i;
+    const Units sought = repeated(unit);
+    return findFirst(
+        text, length, start, [=](Units units) { return units == sought; },
+        [=](unsigned short one) { return one == unit; });
+}
+
+unsigned long findEither(unsigned short const* text, unsigned long length, unsigned long start,
+                         unsigned short one, unsigned short other) {
+    const Units soughtOne = repeated(one);
+    const Units soughtOther = repeated(other);
+    return findFirst(
+        text, length, start, [=](Units units) { return (units == soughtOne) | (units == soughtOther); },
+        [=](unsigned short unit) { return unit == one || unit == other; });
+}
+
+std::vector<unsigned int> positionsOfEither(unsigned short const* text, unsigned int length,
+                                            unsigned short one, unsigned short other) {
+    const Units soughtOne = repeated(one);
+    const Units soughtOther = repeated(other);
+    std::vector<unsigned int> positions;
+    unsigned int i = 0;
+    for (; length - i >= kLanes; i += kLanes) {
+        const Units units = unitsAt(text + i);
+        const auto matches = (units == soughtOne) | (units == soughtOther);
+        if (!any(matches)) continue;
+        for (std::uint64_t found = lanes(matches); found != 0; found = withoutFirst(found))
+            positions.push_back(i + static_cast<unsigned int>(firstLane(found)));
+    }
+    for (; i < length; ++i) {
+        if (text[i] == one || text[i] == other) positions.push_back(i);
+    }
+    return positions;
+}
+
+std::vector<unsigned int> positionsOfUnits(unsigned short const* text, unsigned int length,
+                                           unsigned short const* what, unsigned int whatLength) {
+    if (whatLength == 1) return positionsOfEither(text, length, what[0], what[0]);
+    std::vector<unsigned int> positions;
+    for (unsigned long at = findUnits(text, length, 0, what, whatLength); at < length;
+         at = findUnits(text, length, at + whatLength, what, whatLength)) {
+        positions.push_back(static_cast<unsigned int>(at));
+    }
+    return positions;
 }
 
 unsigned long findUnits(unsigned short const* text, unsigned long length, unsigned long start,
                         unsigned short const* what, unsigned long whatLength) {
-    if (start > length || length - start < whatLength) return length;
-    const unsigned long lastStart = length - whatLength;
-    for (unsigned long i = start; i <= lastStart; ++i) {
-        i = findUnit(text, lastStart + 1, i, what[0]);
-        if (i > lastStart) break;
-        if (std::memcmp(text + i, what, whatLength * sizeof(unsigned short)) == 0) return i;
+    if (length - start < whatLength) return length;
+    const unsigned long end = length - whatLength + 1;  // behind the last position where it can begin
+    const Units first = repeated(what[0]);
+    const Units last = repeated(what[whatLength - 1]);
+    unsigned long i = start;
+    for (; end - i >= kLanes; i += kLanes) {
+        std::uint64_t found =
+            lanes((unitsAt(text + i) == first) & (unitsAt(text + i + whatLength - 1) == last));
+        for (; found != 0; found = withoutFirst(found)) {
+            const unsigned long at = i + firstLane(found);
+            if (isOccurrence(text + at, what, whatLength)) return at;
+        }
+    }
+    for (; i < end; ++i) {
+        if (isOccurrenceAt(text + i, what, whatLength)) return i;
+    }
+    return length;
+}
+
+unsigned long findUnitsBackward(unsigned short const* text, unsigned long length, unsigned long start,
+                                unsigned short const* what, unsigned long whatLength) {
+    if (length < whatLength) return length;
+    const Units first = repeated(what[0]);
+    const Units last = repeated(what[whatLength - 1]);
+    unsigned long end =
+        (start < length - whatLength ? start : length - whatLength) + 1;  // behind the next position
+    for (; end >= kLanes; end -= kLanes) {
+        unsigned short const* const block = text + (end - kLanes);
+        std::uint64_t found = lanes((unitsAt(block) == first) & (unitsAt(block + whatLength - 1) == last));
+        for (; found != 0; found &= ~(std::uint64_t{0xFF} << lastLane(found) * 8)) {
+            if (isOccurrence(block + lastLane(found), what, whatLength))
+                return end - kLanes + lastLane(found);
+        }
+    }
+    while (end-- > 0) {
+        if (isOccurrenceAt(text + end, what, whatLength)) return end;
     }
     return length;
 }

@@ -1,10 +1,30 @@
 #pragma once
 
-/// Index of the first of `length` units, from `start` on, that equals `unit`; `length` when there is none.
+#include <vector>
+
+/// Searches in arrays of UTF-16 units, which the strings and the scanner share. Positions are counted from
+/// the first unit; `length` is the answer for "none", and `start` is at most `length`.
+
+/// The first unit at or behind `start` that equals `unit`.
 unsigned long findUnit(unsigned short const* text, unsigned long length, unsigned long start,
                        unsigned short unit);
 
-/// Index of the first occurrence of `whatLength` units, from `start` on; `length` when there is none.
-/// `whatLength` is at least 1.
+/// The first unit at or behind `start` that equals one of the two.
+unsigned long findEither(unsigned short const* text, unsigned long length, unsigned long start,
+                         unsigned short one, unsigned short other);
+
+/// Where each unit that equals one of the two stands.
+std::vector<unsigned int> positionsOfEither(unsigned short const* text, unsigned int length,
+                                            unsigned short one, unsigned short other);
+
+/// Where the occurrences of `whatLength` units, at least one, begin, from the left and without overlap.
+std::vector<unsigned int> positionsOfUnits(unsigned short const* text, unsigned int length,
+                                           unsigned short const* what, unsigned int whatLength);
+
+/// The first occurrence at or behind `start` of `whatLength` units, at least one.
 unsigned long findUnits(unsigned short const* text, unsigned long length, unsigned long start,
                         unsigned short const* what, unsigned long whatLength);
+
+/// The last occurrence that begins at or before `start`, which is below `length`.
+unsigned long findUnitsBackward(unsigned short const* text, unsigned long length, unsigned long start,
+                                unsigned short const* what, unsigned long whatLength);

@@ -6,7 +6,7 @@
 /// One relocatable block. Callers read `bytes` and `size` and change nothing; an address inside the block is
 /// good until the next call that resizes or frees it.
 struct BMBlock {
-    char* bytes;  ///< aligned for every type; never null
+    char* bytes;  ///< aligned for every type; null only while there is no room
     long size;    ///< exactly the bytes that were asked for last
     long room;    ///< bytes really there: spare room makes growing in small steps cheap
 };
@@ -17,10 +17,27 @@ using BMHandle = BMBlock*;
 /// `flags` and `actionCode` are the host's own affair: pass 2 and 0.
 BMHandle BMAllocateHandle(long size, unsigned int flags, int actionCode);
 
+namespace memory {
+
+BMHandle moveBlock(BMHandle handle, long newSize);
+
+/// Makes the block larger by using spare room; false when there is not so much.
+inline bool growInPlace(BMHandle handle, long bytes) {
+    if (handle->room - handle->size < bytes) return false;
+    handle->size += bytes;
+    return true;
+}
+
+}  // namespace memory
+
 /// Gives the block the new size, moving it when it must; the bytes up to the smaller of the two sizes stay.
 /// Returns the handle to use from now on. Null when there is no memory or the size is negative: the old block
 /// is gone then too.
-BMHandle BMReallocHandle(BMHandle handle, long newSize, unsigned int flags, int actionCode);
+inline BMHandle BMReallocHandle(BMHandle handle, long newSize, unsigned int /*flags*/, int /*actionCode*/) {
+    if (handle != nullptr && newSize >= handle->size && memory::growInPlace(handle, newSize - handle->size))
+        return handle;
+    return memory::moveBlock(handle, newSize);
+}
 
 /// The block's size in bytes; 0 for null.
 inline long BMGetHandleSize(BMHandle handle) {
@@ -31,5 +48,6 @@ inline long BMGetHandleSize(BMHandle handle) {
 void BMKillHandle(BMHandle* handle);
 
 /// For tests: the next `successes` requests for memory succeed and every later one fails, until it is called
-/// again; a negative number ends the failing.
+/// again; a negative number ends the failing. Until then blocks get no spare room, so that each resizing is a
+/// request: call it with a large number before the block in question is allocated.
 void BMFailAfter(long successes);

@@ -22,14 +22,20 @@ unsigned int GetApplicationTextEncoding();
 
 namespace StringServices {
 
-/// The number of UTF-16 units that the bytes decode to; -1 when they are malformed in the encoding. Malformed
-/// are, among others, surrogates and overlong forms in UTF-8, bytes above 7F in ASCII, an odd count in
-/// UTF-16. The two forms of UTF-32 are not decoded here: -1.
-long decodedLength(unsigned int encoding, const char* bytes, long byteCount);
+/// Units that are enough for what so many bytes decode to.
+inline long decodedRoom(unsigned int encoding, long byteCount) {
+    const bool isUtf16 = encoding == kCFStringEncodingUnicode || encoding == kCFStringEncodingUTF16BE;
+    return isUtf16 ? byteCount / 2 : byteCount;
+}
 
-/// Writes the units that the bytes decode to. The bytes must be ones for which decodedLength answers, and
-/// `units` must have room for as many units as it says.
-void decode(unsigned int encoding, const char* bytes, long byteCount, char* units);
+/// Writes the units that the bytes decode to and returns their number; -1 when the bytes are malformed.
+/// Malformed are, among others, surrogates and overlong forms in UTF-8, bytes above 7F in ASCII, an odd count
+/// in UTF-16. `units` must have the room that decodedRoom tells; what of it is not needed may be written to
+/// as well.
+long decode(unsigned int encoding, const char* bytes, long byteCount, char* units);
+
+/// Whether the bytes can be decoded.
+bool isWellFormed(unsigned int encoding, const char* bytes, long byteCount);
 
 /// How far an encoding came.
 struct Encoded {

@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 struct CFBoolean {};
 
@@ -22,13 +23,12 @@ CFStringEncoding CFStringGetSystemEncoding() {
 CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* bytes, CFStringEncoding encoding) {
     if (bytes == nullptr) return nullptr;
     const auto byteCount = static_cast<long>(std::strlen(bytes));
-    const long unitCount = StringServices::decodedLength(encoding, bytes, byteCount);
-    if (unitCount < 0) return nullptr;
-    std::u16string units(static_cast<std::size_t>(unitCount), u'\0');
-    StringServices::decode(encoding, bytes, byteCount, reinterpret_cast<char*>(units.data()));
-    const std::vector<unsigned short> copy(units.begin(), units.end());
-    return new CFString{
-        GS::UniStringToUtf8(GS::UniString(copy.data(), static_cast<unsigned int>(copy.size())))};
+    const long room = StringServices::decodedRoom(encoding, byteCount);
+    std::vector<unsigned short> units(static_cast<std::size_t>(room));
+    const long count =
+        StringServices::decode(encoding, bytes, byteCount, reinterpret_cast<char*>(units.data()));
+    if (count < 0) return nullptr;
+    return new CFString{GS::UniStringToUtf8(GS::UniString(units.data(), static_cast<unsigned int>(count)))};
 }
 
 void CFRelease(CFStringRef string) {

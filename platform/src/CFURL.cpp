@@ -35,8 +35,7 @@ std::optional<char> escapedByte(std::string_view text, std::size_t position) {
 }
 
 bool isValidUtf8(const std::string& bytes) {
-    return StringServices::decodedLength(kCFStringEncodingUTF8, bytes.data(),
-                                         static_cast<long>(bytes.size())) >= 0;
+    return StringServices::isWellFormed(kCFStringEncodingUTF8, bytes.data(), static_cast<long>(bytes.size()));
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <bit>
 #include <limits>
+#include <vector>
 
 static_assert(std::endian::native == std::endian::little,
               "the byte orders below assume a little-endian machine");
@@ -38,12 +39,35 @@ Encoded encodeUtf16(bool bigEndian, const char* units, long unitCount, char* tar
     return {fitting, fitting * 2};
 }
 
+constexpr long kBlock = 16;
+
+// Writes a block of units as UTF-32; false, with nothing of use written, when there is a surrogate among
+// them. Both loops are without a way out, so that the compiler makes them a few wide operations.
+bool widenBlock(bool bigEndian, const char* units, char* target) {
+    bool surrogates = false;
+    for (long i = 0; i < kBlock; ++i)
+        surrogates |= text::isSurrogate(text::unitAt(units, i));
+    if (surrogates) return false;
+    for (long i = 0; i < kBlock; ++i) {
+        const std::uint32_t unit = text::unitAt(units, i);
+        const std::uint32_t stored = bigEndian ? (unit & 0xFF) << 24 | (unit & 0xFF00) << 8 : unit;
+        std::memcpy(target + i * 4, &stored, sizeof stored);
+    }
+    return true;
+}
+
 Encoded encodeUtf32(bool bigEndian, const char* units, long unitCount, char lossByte, char* target,
                     long targetSize) {
     const long room = target == nullptr ? std::numeric_limits<long>::max() : targetSize;
     long in = 0;
     long out = 0;
     while (in < unitCount && room - out >= 4) {
+        while (target != nullptr && unitCount - in >= kBlock && room - out >= kBlock * 4 &&
+               widenBlock(bigEndian, units + in * 2, target + out)) {
+            in += kBlock;
+            out += kBlock * 4;
+        }
+        if (in == unitCount || room - out < 4) break;
         text::Character c = text::characterAt(units, unitCount, in);
         if (c.units == 1 && text::isSurrogate(c.codePoint)) {
             if (lossByte == 0) break;
@@ -61,39 +85,29 @@ Encoded encodeUtf32(bool bigEndian, const char* units, long unitCount, char loss
 
 }  // namespace
 
-long decodedLength(unsigned int encoding, const char* bytes, long byteCount) {
+long decode(unsigned int encoding, const char* bytes, long byteCount, char* units) {
     switch (encoding) {
         case kCFStringEncodingUnicode:
-        case kCFStringEncodingUTF16BE:
-            return byteCount % 2 == 0 ? byteCount / 2 : -1;
-        case kCFStringEncodingUTF7:
-            return text::utf7DecodedLength(bytes, byteCount);
-        case kCFStringEncodingUTF8:
-            return text::utf8DecodedLength(bytes, byteCount);
-        default:
-            if (const auto* table = text::oneByteTable(encoding)) {
-                return text::oneByteDecodedLength(*table, bytes, byteCount);
-            }
-            return -1;
-    }
-}
-
-void decode(unsigned int encoding, const char* bytes, long byteCount, char* units) {
-    switch (encoding) {
-        case kCFStringEncodingUnicode:
+            if (byteCount % 2 != 0) return -1;
             if (byteCount > 0) std::memcpy(units, bytes, static_cast<std::size_t>(byteCount));
-            return;
+            return byteCount / 2;
         case kCFStringEncodingUTF16BE:
-            return copyExchanged(bytes, byteCount / 2, units);
+            if (byteCount % 2 != 0) return -1;
+            copyExchanged(bytes, byteCount / 2, units);
+            return byteCount / 2;
         case kCFStringEncodingUTF7:
             return text::utf7Decode(bytes, byteCount, units);
         case kCFStringEncodingUTF8:
             return text::utf8Decode(bytes, byteCount, units);
         default:
-            if (const auto* table = text::oneByteTable(encoding)) {
-                text::oneByteDecode(*table, bytes, byteCount, units);
-            }
+            const auto* const table = text::oneByteTable(encoding);
+            return table != nullptr ? text::oneByteDecode(*table, bytes, byteCount, units) : -1;
     }
+}
+
+bool isWellFormed(unsigned int encoding, const char* bytes, long byteCount) {
+    std::vector<char> units(static_cast<std::size_t>(decodedRoom(encoding, byteCount)) * 2);
+    return decode(encoding, bytes, byteCount, units.data()) >= 0;
 }
 
 Encoded encode(unsigned int encoding, const char* units, long unitCount, char lossByte, char* target,
@@ -111,10 +125,9 @@ Encoded encode(unsigned int encoding, const char* units, long unitCount, char lo
         case kCFStringEncodingUTF8:
             return text::utf8Encode(units, unitCount, lossByte, target, targetSize);
         default:
-            if (const auto* table = text::oneByteTable(encoding)) {
-                return text::oneByteEncode(*table, units, unitCount, lossByte, target, targetSize);
-            }
-            return {0, 0};
+            const auto* const table = text::oneByteTable(encoding);
+            if (table == nullptr) return {0, 0};
+            return text::oneByteEncode(*table, units, unitCount, lossByte, target, targetSize);
     }
 }
 

@@ -134,7 +134,11 @@ TEST(KW_List, OwnsDeepCopiesOfStrings) {
 
 class KW_ListWithoutMemory : public testing::Test {
 protected:
+    // From now on every resizing asks for memory.
+    KW_ListWithoutMemory() { BMFailAfter(kPlenty); }
     ~KW_ListWithoutMemory() override { BMFailAfter(-1); }
+
+    static constexpr long kPlenty = 1000;
 };
 
 template <typename T>
@@ -148,7 +152,7 @@ TEST_F(KW_ListWithoutMemory, IsLeftEmptyAndUsableAgainAfterSetSize) {
     BMFailAfter(0);
     list.AddData(3, -1);
     expectLost(list);
-    BMFailAfter(-1);
+    BMFailAfter(kPlenty);
     list.AddData(3, -1);
     list.DeleteData(0);
     list.Reset();
@@ -166,7 +170,7 @@ TEST_F(KW_ListWithoutMemory, LosesItsBlockInEveryOperationThatResizesIt) {
         KW_List<long> list = listOf({1, 2, 3});
         BMFailAfter(0);
         operation(list);
-        BMFailAfter(-1);
+        BMFailAfter(kPlenty);
         expectLost(list);
     };
     withoutMemory([](KW_List<long>& list) { list.AddData(1, 0); });

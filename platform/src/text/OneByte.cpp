@@ -1,7 +1,9 @@
 #include "platform/src/text/OneByte.h"
 
 #include "platform/src/text/Units.h"
+#include "platform/src/text/Vector.h"
 
+#include <bit>
 #include <limits>
 
 namespace text {
@@ -46,6 +48,11 @@ constexpr Upper windows1252Upper() {
 constexpr OneByteTable makeTable(const Upper& upper, int defined) {
     OneByteTable table{};
     table.defined = defined;
+    table.ownCodePoints = 0;
+    while (table.ownCodePoints < defined &&
+           (table.ownCodePoints < 128 ||
+            upper[static_cast<unsigned>(table.ownCodePoints - 128)] == table.ownCodePoints))
+        ++table.ownCodePoints;
     unsigned pagesUsed = 1;
     for (unsigned byte = 0; byte < 256; ++byte) {
         const unsigned unit = byte < 128 ? byte : upper[byte - 128];
@@ -80,17 +87,65 @@ const OneByteTable* oneByteTable(unsigned int encoding) {
     }
 }
 
-long oneByteDecodedLength(const OneByteTable& table, const char* bytes, long byteCount) {
-    if (table.defined == 256) return byteCount;
-    for (long i = 0; i < byteCount; ++i) {
-        if (static_cast<unsigned char>(bytes[i]) >= table.defined) return -1;
-    }
-    return byteCount;
+namespace {
+
+// Bytes and units that are not ASCII and are looked up in each block, whether there are so many or not: as
+// many as there mostly are, so that the number of them costs no wrongly foreseen branch.
+constexpr int kUsualAbove = 3;
+
+int lowestLane(unsigned int mask) {
+    return std::countr_zero(mask | 1u << (kLanes - 1));
 }
 
-void oneByteDecode(const OneByteTable& table, const char* bytes, long byteCount, char* units) {
-    for (long i = 0; i < byteCount; ++i)
-        setUnit(units, i, table.units[static_cast<unsigned char>(bytes[i])]);
+void decodeAt(const OneByteTable& table, const char* bytes, char* units, long i) {
+    setUnit(units, i, table.units[static_cast<unsigned char>(bytes[i])]);
+}
+
+void decodeBlock(const OneByteTable& table, const char* bytes, char* units) {
+    unsigned int above = widen(bytes, units);
+    if (above == 0 || table.ownCodePoints == 256) return;
+    for (int i = 0; i < kUsualAbove || above != 0; ++i, above &= above - 1) {
+        decodeAt(table, bytes, units, lowestLane(above));
+    }
+}
+
+// Writes the byte of a unit, 0 when the encoding has none; false for 0.
+bool encodeAt(const OneByteTable& table, const char* units, char* bytes, long i) {
+    const std::uint16_t unit = unitAt(units, i);
+    const std::uint8_t byte = table.pages[table.pageOf[unit >> 8]][unit & 0xFF];
+    bytes[i] = static_cast<char>(byte);
+    return byte != 0;
+}
+
+// False, with nothing of use written, when the encoding may lack one of the units.
+bool encodeBlock(const OneByteTable& table, const char* units, char* bytes) {
+    if (table.ownCodePoints == 256) return narrow<0xFF>(units, bytes) == 0;
+    unsigned int above = narrow<0x7F>(units, bytes);
+    if (above == 0) return true;
+    bool complete = true;
+    for (int i = 0; i < kUsualAbove || above != 0; ++i, above &= above - 1) {
+        complete &= encodeAt(table, units, bytes, lowestLane(above));
+    }
+    return complete;
+}
+
+}  // namespace
+
+long oneByteDecode(const OneByteTable& table, const char* bytes, long byteCount, char* units) {
+    long i = 0;
+    if (table.defined == 256) {
+        for (; byteCount - i >= kLanes; i += kLanes)
+            decodeBlock(table, bytes + i, units + i * 2);
+    } else {
+        for (; byteCount - i >= kLanes; i += kLanes) {
+            if (widen(bytes + i, units + i * 2) != 0) return -1;
+        }
+    }
+    for (; i < byteCount; ++i) {
+        if (static_cast<unsigned char>(bytes[i]) >= table.defined) return -1;
+        decodeAt(table, bytes, units, i);
+    }
+    return byteCount;
 }
 
 StringServices::Encoded oneByteEncode(const OneByteTable& table, const char* units, long unitCount,
@@ -99,17 +154,34 @@ StringServices::Encoded oneByteEncode(const OneByteTable& table, const char* uni
     long in = 0;
     long out = 0;
     while (in < unitCount && out < room) {
-        const std::uint16_t unit = unitAt(units, in);
-        auto byte = static_cast<char>(table.pages[table.pageOf[unit >> 8]][unit & 0xFF]);
-        int taken = 1;
-        if (byte == 0 && unit != 0) {
-            if (lossByte == 0) break;
-            byte = lossByte;
-            taken = characterAt(units, unitCount, in).units;
+        while (target != nullptr && unitCount - in >= kLanes && room - out >= kLanes &&
+               encodeBlock(table, units + in * 2, target + out)) {
+            in += kLanes;
+            out += kLanes;
         }
-        if (target != nullptr) target[out] = byte;
-        ++out;
-        in += taken;
+        // The rest, together with what stands before it to make a block, which gives the same bytes once
+        // more.
+        const long rest = unitCount - in;
+        const long again = kLanes - rest;
+        char block[kLanes];
+        if (target != nullptr && again > 0 && again <= in && again <= out && rest <= room - out &&
+            encodeBlock(table, units + (in - again) * 2, block)) {
+            std::memcpy(target + (out - again), block, kLanes);
+            return {unitCount, out + rest};
+        }
+        for (long i = 0; i < kLanes && in < unitCount && out < room; ++i) {
+            const std::uint16_t unit = unitAt(units, in);
+            char byte = 0;
+            int taken = 1;
+            if (!encodeAt(table, units + in * 2, &byte, 0) && unit != 0) {
+                if (lossByte == 0) return {in, out};
+                byte = lossByte;
+                taken = characterAt(units, unitCount, in).units;
+            }
+            if (target != nullptr) target[out] = byte;
+            ++out;
+            in += taken;
+        }
     }
     return {in, out};
 }

@@ -11,6 +11,7 @@ namespace text {
 struct OneByteTable {
     std::array<std::uint16_t, 256> units;  ///< the unit of each byte
     int defined;                           ///< bytes from this one on are malformed
+    int ownCodePoints;                     ///< units below this one are their own bytes
     std::array<std::uint8_t, 256> pageOf;  ///< high byte of a unit -> page; 0 is the page without any
     std::array<std::array<std::uint8_t, 256>, 12>
         pages;  ///< low byte of a unit -> byte, 0 when there is none
@@ -19,8 +20,7 @@ struct OneByteTable {
 /// The table of the encoding, or null when it is none of one byte for each character.
 const OneByteTable* oneByteTable(unsigned int encoding);
 
-long oneByteDecodedLength(const OneByteTable& table, const char* bytes, long byteCount);
-void oneByteDecode(const OneByteTable& table, const char* bytes, long byteCount, char* units);
+long oneByteDecode(const OneByteTable& table, const char* bytes, long byteCount, char* units);
 StringServices::Encoded oneByteEncode(const OneByteTable& table, const char* units, long unitCount,
                                       char lossByte, char* target, long targetSize);
 

@@ -64,14 +64,13 @@ std::string toBytes(const std::u16string& units) {
 
 }  // namespace
 
-long utf7DecodedLength(const char* bytes, long byteCount) {
-    return toUnits(bytes, byteCount, nullptr, 0);
-}
-
-void utf7Decode(const char* bytes, long byteCount, char* units) {
-    std::u16string decoded(static_cast<std::size_t>(byteCount) + 1, u'\0');
-    const long length = toUnits(bytes, byteCount, decoded.data(), static_cast<long>(decoded.size()));
-    if (length > 0) std::memcpy(units, decoded.data(), static_cast<std::size_t>(length) * 2);
+long utf7Decode(const char* bytes, long byteCount, char* units) {
+    const long length = toUnits(bytes, byteCount, nullptr, 0);
+    if (length <= 0) return length;
+    std::u16string decoded(static_cast<std::size_t>(length), u'\0');
+    toUnits(bytes, byteCount, decoded.data(), length);
+    std::memcpy(units, decoded.data(), decoded.size() * 2);
+    return length;
 }
 
 StringServices::Encoded utf7Encode(const char* units, long unitCount, char lossByte, char* target,
