@@ -216,6 +216,19 @@ TEST(KW_String, ConcatenatesAlsoWithItself) {
     }
 }
 
+TEST(KW_String, ReadsBytesFromItsOwnBuffer) {
+    constexpr auto kUTF16LE = KW_String::Encoding_UTF16LE;
+    KW_String string = text(u"abc");
+    string.THIS_Append(reinterpret_cast<char const*>(string.data), 6, kUTF16LE);
+    EXPECT_EQ(content(string), u"abcabc");
+    string.Set(reinterpret_cast<char const*>(string.data + 2), 4, kUTF16LE);
+    EXPECT_EQ(content(string), u"ca");
+    string.SetSize(3, true);
+    string.Set(reinterpret_cast<char const*>(string.data), 4, kSystem);
+    EXPECT_EQ(content(string), std::u16string(u"c\0a\0", 4)) << "longer than the buffer that is read";
+    expectSound(string);
+}
+
 TEST(KW_String, ConcatenatesNullOnlyToNull) {
     const KW_String null;
     const KW_String empty = text(u"");
