@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdint>
 #include <cstring>
 #include <memory>
 
@@ -224,10 +223,6 @@ UnitRange unitRange(KW_String const& source, unsigned int start, unsigned int co
                                                     static_cast<unsigned long>(source.length));
     return {reinterpret_cast<char const*>(source.data + start), static_cast<long>(end - start)};
 }
-
-}  // namespace
-
-namespace {
 
 struct EncodedText {
     std::unique_ptr<char[]> bytes;  // with a terminator; null when the text cannot be encoded
