@@ -242,7 +242,7 @@ void compare(const Server& server, const std::string& self, const std::string& f
     row("wall time", median(ours.wall), median(theirs.wall), "ms");
 }
 
-void memory(const Server& server, const std::string& self, const std::string& folder) {
+void peakMemory(const Server& server, const std::string& self, const std::string& folder) {
     const std::string file = folder + "/download_bench.tmp";
     std::printf("\n| download of | peak memory |\n|---|---|\n");
     double small = 0;
@@ -302,6 +302,6 @@ int main(int argc, char** argv) {
         if (folder != "/dev/shm") compare(server, path, folder, true);
         holds(server, path, folder);
     }
-    memory(server, path, folders[0]);
+    peakMemory(server, path, folders[0]);
     return 0;
 }
