@@ -263,7 +263,8 @@ TEST(CFReadStream, BytesThatNobodyTakesMakeTheServerWait) {
     rusage after{};
     getrusage(RUSAGE_SELF, &after);
     EXPECT_EQ(client.events, events) << "not scheduled";
-    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 2048) << "KiB";
+    // A client that went on taking would hold tens of megabytes; the sanitizer's own memory grows a little.
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 8192) << "KiB";
     CFReadStreamScheduleWithRunLoop(client.stream, CFRunLoopGetMain(), kCFRunLoopCommonModes);
     Client::run([&] { return client.ended(); });
     EXPECT_TRUE(client.body == body);
