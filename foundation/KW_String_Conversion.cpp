@@ -63,6 +63,11 @@ public:
         return byteCount_ < 4 ? 0 : UTF32toUTF16(bytes_, nullptr, byteCount_ / 4, isBigEndian_);
     }
 
+    // Whether well-formed bytes become just so many units.
+    bool roomIsExact() const {
+        return systemEncoding_ != kCFStringEncodingUTF8 && systemEncoding_ != kCFStringEncodingUTF7;
+    }
+
     // Units written; -1 when the bytes are malformed.
     long decodeInto(unsigned short* units) const {
         if (!isUTF32_) {
@@ -81,11 +86,12 @@ private:
     unsigned int systemEncoding_;
 };
 
-// Where text is decoded before its exact size is known: on the stack when it is short.
+// Where text is decoded before its exact size is known: on the stack when it is short, unless the place is to
+// be released as it is.
 class Workspace {
 public:
-    explicit Workspace(long room) : room_(room) {
-        if (room <= kShort) return;
+    explicit Workspace(long room, bool toBeReleased = false) : room_(room) {
+        if (room <= kShort && !toBeReleased) return;
         large_.reset(new unsigned short[static_cast<std::size_t>(room)]);
         place_ = large_.get();
     }
@@ -187,12 +193,13 @@ bool KW_String::CStringToKW_String(KW_String& target, char const* source, unsign
     const ByteText text(encoding, source, byteCount);
 
     // Decoded aside, since malformed bytes must leave the target as it is.
-    Workspace decoded(text.room() + 1);
+    const unsigned int start = append ? target.length : 0;
+    const long room = text.room() + 1;
+    Workspace decoded(room, start == 0 && target.capacity < room && text.roomIsExact());
     const long count = text.isEmpty() ? 0 : text.decodeInto(decoded.place());
     if (count < 0 || (count == 0 && !text.isEmpty())) return false;
     decoded.place()[count] = 0;
 
-    const unsigned int start = append ? target.length : 0;
     const unsigned int needed = KW_StringUnits(start + static_cast<unsigned long>(count) + 1);
     if (start == 0 && target.capacity < needed) {
         unsigned short* const units = decoded.release(count + 1);
@@ -260,7 +267,8 @@ EncodedText encodedText(Encoding encoding, UnitRange range) {
     const long room = range.count * mostBytesOfUnit(encoding);
     if (room <= kShort && room > range.count * width) {
         char workspace[kShort];
-        const StringServices::Encoded encoded = encode(workspace, room);
+        // All of the workspace: the encoder need not take care at the end of the text.
+        const StringServices::Encoded encoded = encode(workspace, kShort);
         if (encoded.units < range.count) return {nullptr, 0};
         return exactly(workspace, encoded.bytes, width);
     }
