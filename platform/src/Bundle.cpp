@@ -1,12 +1,12 @@
 #include "platform/Bundle.h"
 
-#include <climits>
-#include <cstdlib>
 #include <dlfcn.h>
-#include <memory>
 #include <unicode/normalizer2.h>
 #include <unicode/unistr.h>
 #include <unistd.h>
+#include <climits>
+#include <cstdlib>
+#include <memory>
 
 struct GSCFXBundle {
     std::string path;
@@ -42,8 +42,14 @@ GSCFXBundleRef GSCFXBundleCreateFromMachHeader(const void* address) {
     return std::make_unique<GSCFXBundle>(GSCFXBundle{composed(file.substr(0, slash))}).release();
 }
 
-const std::string& GSCFXBundlePath(GSCFXBundleRef bundle) { return bundle->path; }
+const std::string& GSCFXBundlePath(GSCFXBundleRef bundle) {
+    return bundle->path;
+}
 
-void GSCFXBundleRelease(GSCFXBundleRef bundle) { delete bundle; }
+void GSCFXBundleRelease(GSCFXBundleRef bundle) {
+    delete bundle;
+}
 
-bool GSRoot_DelayInitImage(GSInitImageProc) { return false; }
+bool GSRoot_DelayInitImage(GSInitImageProc) {
+    return false;
+}
