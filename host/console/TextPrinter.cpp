@@ -163,7 +163,7 @@ public:
     }
 
     void operator()(const event::PartListed& it) {
-        out_ << "part " << it.index << ' ' << inQuotes(it.name) << ", " << it.type << ", "
+        out_ << "part " << inQuotes(it.name) << " (" << it.index << "), " << it.type << ", "
              << inQuotes(it.path) << (it.missing ? ", without definition\n" : "\n");
     }
 
