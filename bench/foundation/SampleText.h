@@ -8,31 +8,36 @@
 /// learn it by heart as it does a sentence that comes again and again.
 namespace sample {
 
-inline std::string shuffled(const std::vector<std::string>& words, const std::string& between,
-                            std::size_t bytes) {
+/// Words of a language and what stands between them.
+struct Language {
+    const char* name;
+    std::vector<std::string> words;
+    std::string between;
+    std::string shortText;  ///< some 20 bytes of UTF-8
+};
+
+/// At least so many bytes of UTF-8 in whole words; another seed gives another order.
+inline std::string words(const Language& language, std::size_t bytes, std::uint32_t seed = 1) {
     std::string text;
-    std::uint32_t random = 1;
+    std::uint32_t random = seed;
     for (std::size_t written = 0; text.size() < bytes; ++written) {
         random = random * 1664525 + 1013904223;
-        text += words[(random >> 16) % words.size()];
-        text += written % 12 == 11 ? "\n" : between;
+        text += language.words[(random >> 16) % language.words.size()];
+        text += written % 12 == 11 ? "\n" : language.between;
     }
     return text;
 }
 
-inline std::string ascii(std::size_t bytes) {
-    return bytes < 100
-               ? "TessaroPlugins 22.04"
-               : shuffled({"the",    "shared", "services", "of",      "a",     "suite", "strings,", "lists,",
-                           "files",  "and",    "settings", "updates", "are",   "read",  "from",     "one",
-                           "folder", "by",     "every",    "add-on",  "when",  "it",    "starts;",  "nothing",
-                           "else",   "is",     "written",  "there",   "22.04", "OK"},
-                          " ", bytes);
-}
+inline const Language kAscii = {
+    "ASCII",
+    {"the",      "shared",  "services", "of",      "a",    "suite", "strings,", "lists,", "files", "and",
+     "settings", "updates", "are",      "read",    "from", "one",   "folder",   "by",     "every", "add-on",
+     "when",     "it",      "starts;",  "nothing", "else", "is",    "written",  "there",  "22.04", "OK"},
+    " ",
+    "TessaroPlugins 22.04"};
 
-inline std::string italian(std::size_t bytes) {
-    return bytes < 100 ? "Già così è più città"
-                       : shuffled({"perché",      "la",       "città",         "è",        "così",
+inline const Language kItalian = {"Italian",
+                                  {"perché",      "la",       "città",         "è",        "così",
                                    "bella,",      "il",       "caffè",         "lì",       "più",
                                    "in",          "là",       "l'università",  "già",      "aperta",
                                    "e",           "di",       "una",           "finestra", "scala",
@@ -40,16 +45,15 @@ inline std::string italian(std::size_t bytes) {
                                    "disponibile", "versione", "lingua",        "verrà",    "scelta",
                                    "dal",         "menu",     "impostazioni",  "file",     "qualità",
                                    "progetto",    "pianta",   "sezione",       "attività", "però"},
-                                  " ", bytes);
-}
+                                  " ",
+                                  "Già così è più città"};
 
-inline std::string japanese(std::size_t bytes) {
-    return bytes < 100 ? "言語と設定"
-                       : shuffled({"言語を",     "選択して",     "ください。", "アップデート", "自動的に",
-                                   "確認します", "図面と",       "ライブラリ", "部品の",       "一覧",
-                                   "OK",         "バージョン22", "設定",       "ファイル",     "保存",
-                                   "開く",       "キャンセル",   "、",         "建具",         "平面図"},
-                                  "", bytes);
-}
+inline const Language kJapanese = {
+    "Japanese",
+    {"言語を",     "選択して", "ください。", "アップデート", "自動的に",     "確認します", "図面と",
+     "ライブラリ", "部品の",   "一覧",       "OK",           "バージョン22", "設定",       "ファイル",
+     "保存",       "開く",     "キャンセル", "、",           "建具",         "平面図"},
+    "",
+    "言語と設定"};
 
 }  // namespace sample

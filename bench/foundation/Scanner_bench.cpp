@@ -10,7 +10,7 @@
 namespace {
 
 KW_String text(std::size_t bytes) {
-    const std::string utf8 = sample::italian(bytes);
+    const std::string utf8 = sample::words(sample::kItalian, bytes);
     return KW_String(utf8.data(), static_cast<unsigned int>(utf8.size()), KW_String::Encoding_UTF8);
 }
 

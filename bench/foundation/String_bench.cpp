@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kSize = std::size_t{1} << 20;
 
 KW_String ourText() {
-    const std::string utf8 = sample::italian(kSize);
+    const std::string utf8 = sample::words(sample::kItalian, kSize);
     return KW_String(utf8.data(), static_cast<unsigned int>(utf8.size()), KW_String::Encoding_UTF8);
 }
 
