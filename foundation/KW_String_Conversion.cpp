@@ -11,6 +11,7 @@
 namespace {
 
 using Encoding = KW_String::Encoding;
+using StringServices::Decoded;
 
 bool isUTF16(Encoding encoding) {
     return encoding == KW_String::Encoding_UTF16LE || encoding == KW_String::Encoding_UTF16BE;
@@ -46,72 +47,33 @@ class ByteText {
 public:
     // A count of 0 or less means up to the terminator; text found empty that way counts as empty only with 0.
     ByteText(Encoding encoding, char const* bytes, long count)
-        : bytes_(bytes),
-          byteCount_(count),
-          isUTF32_(isUTF32(encoding)),
-          isBigEndian_(encoding % 2 != 0),
-          systemEncoding_(KW_StringEncodingToMacStringEncoding(encoding)) {
+        : bytes_(bytes), byteCount_(count), encoding_(encoding) {
         if (count <= 0) byteCount_ = bytesBeforeTerminator(bytes, unitWidth(encoding));
-        isEmpty_ = count < 0 ? false : byteCount_ == 0 || (isUTF32_ && byteCount_ < 4);
+        isEmpty_ = count >= 0 && byteCount_ < (isUTF32(encoding) ? 4 : 1);
     }
 
     bool isEmpty() const { return isEmpty_; }
 
-    // Units that are enough for decodeInto.
-    long room() const {
-        if (!isUTF32_) return StringServices::decodedRoom(systemEncoding_, byteCount_);
-        return byteCount_ < 4 ? 0 : UTF32toUTF16(bytes_, nullptr, byteCount_ / 4, isBigEndian_);
-    }
-
-    // Whether well-formed bytes become just so many units.
-    bool roomIsExact() const {
-        return systemEncoding_ != kCFStringEncodingUTF8 && systemEncoding_ != kCFStringEncodingUTF7;
-    }
-
-    // Units written; -1 when the bytes are malformed.
-    long decodeInto(unsigned short* units) const {
-        if (!isUTF32_) {
-            return StringServices::decode(systemEncoding_, bytes_, byteCount_,
-                                          reinterpret_cast<char*>(units));
-        }
-        return byteCount_ < 4 ? 0 : UTF32toUTF16(bytes_, units, byteCount_ / 4, isBigEndian_);
+    Decoded decoded() const {
+        if (isUTF32(encoding_)) return decodedUTF32();
+        return StringServices::decode(KW_StringEncodingToMacStringEncoding(encoding_), bytes_, byteCount_);
     }
 
 private:
+    Decoded decodedUTF32() const {
+        const bool isBigEndian = encoding_ == KW_String::Encoding_UTF32BE;
+        const long unitCount = byteCount_ / 4;
+        const long count = unitCount == 0 ? 0 : UTF32toUTF16(bytes_, nullptr, unitCount, isBigEndian);
+        auto* const units = new unsigned short[static_cast<std::size_t>(count) + 1];
+        if (unitCount > 0) UTF32toUTF16(bytes_, units, unitCount, isBigEndian);
+        units[count] = 0;
+        return {units, count};
+    }
+
     char const* bytes_;
     long byteCount_;
-    bool isUTF32_;
-    bool isBigEndian_;
+    Encoding encoding_;
     bool isEmpty_;
-    unsigned int systemEncoding_;
-};
-
-// Where text is decoded before its exact size is known: on the stack when it is short, unless the place is to
-// be released as it is.
-class Workspace {
-public:
-    explicit Workspace(long room, bool toBeReleased = false) : room_(room) {
-        if (room <= kShort && !toBeReleased) return;
-        large_.reset(new unsigned short[static_cast<std::size_t>(room)]);
-        place_ = large_.get();
-    }
-
-    unsigned short* place() { return place_; }
-
-    // An array of exactly `size` units with what was decoded: the workspace itself when it has that size.
-    unsigned short* release(long size) {
-        if (large_ != nullptr && room_ == size) return large_.release();
-        auto* const exact = new unsigned short[static_cast<std::size_t>(size)];
-        std::memcpy(exact, place_, static_cast<std::size_t>(size) * sizeof(unsigned short));
-        return exact;
-    }
-
-private:
-    static constexpr long kShort = 512;
-    long room_;
-    unsigned short short_[kShort];
-    std::unique_ptr<unsigned short[]> large_;
-    unsigned short* place_ = short_;
 };
 
 }  // namespace
@@ -168,16 +130,16 @@ long KW_String::ConvertChangeEncoding(Encoding sourceEncoding, char const* sourc
         return terminator;
     }
 
-    Workspace units(text.room());
-    const long unitCount = text.decodeInto(units.place());
-    if (unitCount < 0) return kFailed;
+    const Decoded decoded = text.decoded();
+    const std::unique_ptr<unsigned short[]> owned(decoded.units);
+    if (decoded.units == nullptr) return kFailed;
 
     const StringServices::Encoded encoded = StringServices::encode(
-        KW_StringEncodingToMacStringEncoding(targetEncoding), reinterpret_cast<char const*>(units.place()),
-        unitCount, lossy ? '?' : '\0', target, room);
+        KW_StringEncodingToMacStringEncoding(targetEncoding), reinterpret_cast<char const*>(decoded.units),
+        decoded.count, lossy ? '?' : '\0', target, room);
     if (encoded.units == 0) return kFailed;
     if (target != nullptr) {
-        if (encoded.units < unitCount || terminator > room - encoded.bytes) return kTooSmall;
+        if (encoded.units < decoded.count || terminator > room - encoded.bytes) return kTooSmall;
         std::fill_n(target + encoded.bytes, terminator, '\0');
     }
     return encoded.bytes + terminator;
@@ -193,23 +155,20 @@ bool KW_String::CStringToKW_String(KW_String& target, char const* source, unsign
     const ByteText text(encoding, source, byteCount);
 
     // Decoded aside, since malformed bytes must leave the target as it is.
-    const unsigned int start = append ? target.length : 0;
-    const long room = text.room() + 1;
-    Workspace decoded(room, start == 0 && target.capacity < room && text.roomIsExact());
-    const long count = text.isEmpty() ? 0 : text.decodeInto(decoded.place());
-    if (count < 0 || (count == 0 && !text.isEmpty())) return false;
-    decoded.place()[count] = 0;
+    const Decoded decoded = text.isEmpty() ? Decoded{new unsigned short[1]{}, 0} : text.decoded();
+    std::unique_ptr<unsigned short[]> units(decoded.units);
+    if (decoded.count == 0 && !text.isEmpty()) return false;
 
-    const unsigned int needed = KW_StringUnits(start + static_cast<unsigned long>(count) + 1);
+    const unsigned int start = append ? target.length : 0;
+    const unsigned int needed = KW_StringUnits(start + static_cast<unsigned long>(decoded.count) + 1);
     if (start == 0 && target.capacity < needed) {
-        unsigned short* const units = decoded.release(count + 1);
         delete[] target.data;
-        target.data = units;
+        target.data = units.release();
         target.capacity = needed;
     } else {
         target.THIS_Alloc(needed, append);
-        std::memcpy(target.data + start, decoded.place(),
-                    (static_cast<std::size_t>(count) + 1) * sizeof(unsigned short));
+        std::memcpy(target.data + start, units.get(),
+                    (static_cast<std::size_t>(decoded.count) + 1) * sizeof(unsigned short));
     }
     target.length = needed - 1;
     return true;
@@ -231,55 +190,6 @@ UnitRange unitRange(KW_String const& source, unsigned int start, unsigned int co
     return {reinterpret_cast<char const*>(source.data + start), static_cast<long>(end - start)};
 }
 
-struct EncodedText {
-    std::unique_ptr<char[]> bytes;  // with a terminator; null when the text cannot be encoded
-    long size;                      // terminator included
-};
-
-// A copy of the first bytes in an array of exactly their number and a terminator.
-EncodedText exactly(char const* bytes, long count, long terminator) {
-    EncodedText text{std::unique_ptr<char[]>(new char[static_cast<std::size_t>(count + terminator)]),
-                     count + terminator};
-    std::memcpy(text.bytes.get(), bytes, static_cast<std::size_t>(count));
-    std::fill_n(text.bytes.get() + count, terminator, '\0');
-    return text;
-}
-
-long mostBytesOfUnit(Encoding encoding) {
-    switch (encoding) {
-        case KW_String::Encoding_UTF7:
-            return 5;  // '+', three digits and '-'
-        case KW_String::Encoding_UTF8:
-            return 3;
-        default:
-            return unitWidth(encoding);
-    }
-}
-
-EncodedText encodedText(Encoding encoding, UnitRange range) {
-    constexpr long kShort = 512;
-    const unsigned int mapped = KW_StringEncodingToMacStringEncoding(encoding);
-    const long width = unitWidth(encoding);
-    const auto encode = [&](char* target, long room) {
-        return StringServices::encode(mapped, range.units, range.count, '?', target, room);
-    };
-
-    const long room = range.count * mostBytesOfUnit(encoding);
-    if (room <= kShort && room > range.count * width) {
-        char workspace[kShort];
-        // All of the workspace: the encoder need not take care at the end of the text.
-        const StringServices::Encoded encoded = encode(workspace, kShort);
-        if (encoded.units < range.count) return {nullptr, 0};
-        return exactly(workspace, encoded.bytes, width);
-    }
-    std::unique_ptr<char[]> bytes(new char[static_cast<std::size_t>(room + width)]);
-    const StringServices::Encoded encoded = encode(bytes.get(), room);
-    if (encoded.units < range.count) return {nullptr, 0};
-    if (encoded.bytes < room) return exactly(bytes.get(), encoded.bytes, width);
-    std::fill_n(bytes.get() + room, width, '\0');
-    return {std::move(bytes), room + width};
-}
-
 }  // namespace
 
 bool KW_String::KW_StringToCString(char** out, unsigned int& outSize, Encoding encoding,
@@ -288,11 +198,12 @@ bool KW_String::KW_StringToCString(char** out, unsigned int& outSize, Encoding e
     outSize = 0;
     const UnitRange range = unitRange(source, start, count);
     if (range.units == nullptr || isNone(encoding)) return false;
-    EncodedText text = encodedText(encoding, range);
-    if (text.bytes == nullptr) return false;
+    const StringServices::EncodedText text = StringServices::encodeText(
+        KW_StringEncodingToMacStringEncoding(encoding), range.units, range.count, unitWidth(encoding));
+    std::unique_ptr<char[]> bytes(text.bytes);
     outSize = KW_StringUnits(static_cast<unsigned long>(text.size));
-    *out = text.bytes.release();
-    return true;
+    *out = bytes.release();
+    return text.bytes != nullptr;
 }
 
 int KW_String::KW_StringToCStringLenBytes(Encoding encoding, KW_String const& source, unsigned int start,
@@ -307,8 +218,9 @@ int KW_String::KW_StringToCStringLenBytes(Encoding encoding, KW_String const& so
 unsigned short KW_String::CharToKW_Char(char byte, Encoding encoding) {
     if (isNone(encoding)) return 0;
     const ByteText text(encoding, &byte, 1);
-    unsigned short unit = 0;
-    return text.room() == 1 && text.decodeInto(&unit) == 1 ? unit : 0;
+    const Decoded decoded = text.decoded();
+    const std::unique_ptr<unsigned short[]> owned(decoded.units);
+    return decoded.count == 1 ? decoded.units[0] : 0;
 }
 
 char KW_String::KW_CharToChar(unsigned short unit, Encoding encoding) {

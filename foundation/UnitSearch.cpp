@@ -62,6 +62,11 @@ unsigned long findFirst(unsigned short const* text, unsigned long length, unsign
         const std::uint64_t found = lanes(matches(unitsAt(text + i)));
         if (found != 0) return i + firstLane(found);
     }
+    if (i < length && length - start >= kLanes) {
+        // The last eight, some of which were looked at before.
+        const std::uint64_t found = lanes(matches(unitsAt(text + length - kLanes)));
+        return found != 0 ? length - kLanes + firstLane(found) : length;
+    }
     while (i < length && !matchesOne(text[i]))
         ++i;
     return i;

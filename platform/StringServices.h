@@ -22,20 +22,15 @@ unsigned int GetApplicationTextEncoding();
 
 namespace StringServices {
 
-/// Units that are enough for what so many bytes decode to.
-inline long decodedRoom(unsigned int encoding, long byteCount) {
-    const bool isUtf16 = encoding == kCFStringEncodingUnicode || encoding == kCFStringEncodingUTF16BE;
-    return isUtf16 ? byteCount / 2 : byteCount;
-}
+/// Text that was decoded.
+struct Decoded {
+    unsigned short* units;  ///< a new array, which the caller frees; null when the bytes are malformed
+    long count;             ///< units before the zero unit that ends the array
+};
 
-/// Writes the units that the bytes decode to and returns their number; -1 when the bytes are malformed.
-/// Malformed are, among others, surrogates and overlong forms in UTF-8, bytes above 7F in ASCII, an odd count
-/// in UTF-16. `units` must have the room that decodedRoom tells; what of it is not needed may be written to
-/// as well.
-long decode(unsigned int encoding, const char* bytes, long byteCount, char* units);
-
-/// Whether the bytes can be decoded.
-bool isWellFormed(unsigned int encoding, const char* bytes, long byteCount);
+/// Decodes bytes into an array of exactly the units needed. Malformed are, among others, surrogates and
+/// overlong forms in UTF-8, bytes above 7F in ASCII, an odd count in UTF-16.
+Decoded decode(unsigned int encoding, const char* bytes, long byteCount);
 
 /// How far an encoding came.
 struct Encoded {
@@ -49,5 +44,15 @@ struct Encoded {
 /// UTF-16 can hold). With a null target nothing is written and room is unlimited.
 Encoded encode(unsigned int encoding, const char* units, long unitCount, char lossByte, char* target,
                long targetSize);
+
+/// Bytes that text was encoded to.
+struct EncodedText {
+    char* bytes;  ///< a new array, which the caller frees; null when a unit could not be encoded
+    long size;    ///< terminator included
+};
+
+/// Encodes all units, with '?' for what the encoding lacks and a terminator of so many zero bytes (at most
+/// four). The array of a short text may be longer than its size.
+EncodedText encodeText(unsigned int encoding, const char* units, long unitCount, long terminatorBytes);
 
 }  // namespace StringServices

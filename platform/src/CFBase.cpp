@@ -5,8 +5,8 @@
 #include "platform/UniString.h"
 
 #include <cstring>
+#include <memory>
 #include <string>
-#include <vector>
 
 struct CFBoolean {};
 
@@ -22,13 +22,12 @@ CFStringEncoding CFStringGetSystemEncoding() {
 
 CFStringRef CFStringCreateWithCString(CFAllocatorRef, const char* bytes, CFStringEncoding encoding) {
     if (bytes == nullptr) return nullptr;
-    const auto byteCount = static_cast<long>(std::strlen(bytes));
-    const long room = StringServices::decodedRoom(encoding, byteCount);
-    std::vector<unsigned short> units(static_cast<std::size_t>(room));
-    const long count =
-        StringServices::decode(encoding, bytes, byteCount, reinterpret_cast<char*>(units.data()));
-    if (count < 0) return nullptr;
-    return new CFString{GS::UniStringToUtf8(GS::UniString(units.data(), static_cast<unsigned int>(count)))};
+    const StringServices::Decoded text =
+        StringServices::decode(encoding, bytes, static_cast<long>(std::strlen(bytes)));
+    if (text.units == nullptr) return nullptr;
+    const std::unique_ptr<unsigned short[]> owned(text.units);
+    return new CFString{
+        GS::UniStringToUtf8(GS::UniString(text.units, static_cast<unsigned int>(text.count)))};
 }
 
 void CFRelease(CFStringRef string) {

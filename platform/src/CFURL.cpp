@@ -4,6 +4,7 @@
 #include "platform/StringServices.h"
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,7 +36,9 @@ std::optional<char> escapedByte(std::string_view text, std::size_t position) {
 }
 
 bool isValidUtf8(const std::string& bytes) {
-    return StringServices::isWellFormed(kCFStringEncodingUTF8, bytes.data(), static_cast<long>(bytes.size()));
+    const std::unique_ptr<unsigned short[]> units(
+        StringServices::decode(kCFStringEncodingUTF8, bytes.data(), static_cast<long>(bytes.size())).units);
+    return units != nullptr;
 }
 
 }  // namespace

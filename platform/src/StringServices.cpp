@@ -8,7 +8,8 @@
 #include <algorithm>
 #include <bit>
 #include <limits>
-#include <vector>
+#include <memory>
+#include <utility>
 
 static_assert(std::endian::native == std::endian::little,
               "the byte orders below assume a little-endian machine");
@@ -85,29 +86,56 @@ Encoded encodeUtf32(bool bigEndian, const char* units, long unitCount, char loss
 
 }  // namespace
 
-long decode(unsigned int encoding, const char* bytes, long byteCount, char* units) {
-    switch (encoding) {
-        case kCFStringEncodingUnicode:
-            if (byteCount % 2 != 0) return -1;
-            if (byteCount > 0) std::memcpy(units, bytes, static_cast<std::size_t>(byteCount));
-            return byteCount / 2;
-        case kCFStringEncodingUTF16BE:
-            if (byteCount % 2 != 0) return -1;
-            copyExchanged(bytes, byteCount / 2, units);
-            return byteCount / 2;
-        case kCFStringEncodingUTF7:
-            return text::utf7Decode(bytes, byteCount, units);
-        case kCFStringEncodingUTF8:
-            return text::utf8Decode(bytes, byteCount, units);
-        default:
-            const auto* const table = text::oneByteTable(encoding);
-            return table != nullptr ? text::oneByteDecode(*table, bytes, byteCount, units) : -1;
-    }
+namespace {
+
+// The first elements in an array of exactly their number, which is the given one if that is so long.
+template <typename Element>
+Element* exactly(std::unique_ptr<Element[]> array, long size, long count) {
+    if (count == size) return array.release();
+    auto* const exact = new Element[static_cast<std::size_t>(count)];
+    std::memcpy(exact, array.get(), static_cast<std::size_t>(count) * sizeof(Element));
+    return exact;
 }
 
-bool isWellFormed(unsigned int encoding, const char* bytes, long byteCount) {
-    std::vector<char> units(static_cast<std::size_t>(decodedRoom(encoding, byteCount)) * 2);
-    return decode(encoding, bytes, byteCount, units.data()) >= 0;
+// Room for the units and a zero unit, in which `decodeInto` writes; it returns their number or -1.
+template <typename DecodeInto>
+Decoded decodedText(long room, DecodeInto decodeInto) {
+    std::unique_ptr<unsigned short[]> units(new unsigned short[static_cast<std::size_t>(room) + 1]);
+    const long count = decodeInto(reinterpret_cast<char*>(units.get()));
+    if (count < 0) return {nullptr, 0};
+    units[static_cast<std::size_t>(count)] = 0;
+    return {exactly(std::move(units), room + 1, count + 1), count};
+}
+
+}  // namespace
+
+Decoded decode(unsigned int encoding, const char* bytes, long byteCount) {
+    switch (encoding) {
+        case kCFStringEncodingUnicode:
+        case kCFStringEncodingUTF16BE:
+            if (byteCount % 2 != 0) return {nullptr, 0};
+            return decodedText(byteCount / 2, [&](char* units) {
+                if (encoding == kCFStringEncodingUTF16BE) {
+                    copyExchanged(bytes, byteCount / 2, units);
+                } else if (byteCount > 0) {
+                    std::memcpy(units, bytes, static_cast<std::size_t>(byteCount));
+                }
+                return byteCount / 2;
+            });
+        case kCFStringEncodingUTF7:
+            return decodedText(byteCount,
+                               [&](char* units) { return text::utf7Decode(bytes, byteCount, units); });
+        case kCFStringEncodingUTF8: {
+            const long room = text::utf8DecodedRoom(bytes, byteCount);
+            return decodedText(room,
+                               [&](char* units) { return text::utf8Decode(bytes, byteCount, units, room); });
+        }
+        default:
+            const auto* const table = text::oneByteTable(encoding);
+            if (table == nullptr) return {nullptr, 0};
+            return decodedText(
+                byteCount, [&](char* units) { return text::oneByteDecode(*table, bytes, byteCount, units); });
+    }
 }
 
 Encoded encode(unsigned int encoding, const char* units, long unitCount, char lossByte, char* target,
@@ -129,6 +157,62 @@ Encoded encode(unsigned int encoding, const char* units, long unitCount, char lo
             if (table == nullptr) return {0, 0};
             return text::oneByteEncode(*table, units, unitCount, lossByte, target, targetSize);
     }
+}
+
+namespace {
+
+// Texts of so many units keep the room that they might have needed: their bytes are mostly wanted for a
+// moment, and a second array would take longer than the conversion.
+constexpr long kShort = 64;
+
+long mostBytes(unsigned int encoding, long unitCount) {
+    switch (encoding) {
+        case kCFStringEncodingUTF7:
+            return unitCount * 5;  // '+', three digits and '-'
+        case kCFStringEncodingUTF8:
+            return text::utf8MostBytes(unitCount);
+        case kCFStringEncodingUnicode:
+        case kCFStringEncodingUTF16BE:
+            return unitCount * 2;
+        case kCFStringEncodingUTF32:
+        case kCFStringEncodingUTF32BE:
+            return unitCount * 4;
+        default:
+            return unitCount;
+    }
+}
+
+void terminate(char* end, long terminatorBytes) {
+    if (terminatorBytes == 1) {
+        *end = 0;
+    } else {
+        std::memset(end, 0, static_cast<std::size_t>(terminatorBytes));
+    }
+}
+
+}  // namespace
+
+EncodedText encodeText(unsigned int encoding, const char* units, long unitCount, long terminatorBytes) {
+    const auto newBytes = [&](long room) {
+        return std::unique_ptr<char[]>(new char[static_cast<std::size_t>(room + terminatorBytes)]);
+    };
+    const bool isUtf8 = encoding == kCFStringEncodingUTF8;
+    if (isUtf8 && unitCount > kShort) {
+        std::unique_ptr<char[]> ascii = newBytes(unitCount);
+        if (text::asciiEncode(units, unitCount, ascii.get())) {
+            terminate(ascii.get() + unitCount, terminatorBytes);
+            return {ascii.release(), unitCount + terminatorBytes};
+        }
+    }
+    const long room = mostBytes(encoding, unitCount);
+    std::unique_ptr<char[]> bytes = newBytes(room);
+    const Encoded encoded = isUtf8 ? text::utf8Encode(units, unitCount, '?', bytes.get(), room)
+                                   : encode(encoding, units, unitCount, '?', bytes.get(), room);
+    if (encoded.units < unitCount) return {nullptr, 0};
+    terminate(bytes.get() + encoded.bytes, terminatorBytes);
+    const long size = encoded.bytes + terminatorBytes;
+    if (unitCount <= kShort) return {bytes.release(), size};
+    return {exactly(std::move(bytes), room + terminatorBytes, size), size};
 }
 
 }  // namespace StringServices

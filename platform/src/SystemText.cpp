@@ -2,20 +2,16 @@
 
 #include "platform/StringServices.h"
 
-#include <algorithm>
-#include <vector>
+#include <memory>
 
 namespace platform {
 
 GS::UniString uniStringFromSystemText(std::string_view text) {
-    const unsigned int encoding = GetApplicationTextEncoding();
-    const auto size = static_cast<long>(text.size());
-    const long room = StringServices::decodedRoom(encoding, size);
-    std::vector<unsigned short> units(static_cast<std::size_t>(room));
-    const long count =
-        StringServices::decode(encoding, text.data(), size, reinterpret_cast<char*>(units.data()));
-    if (count <= 0) return {};
-    return GS::UniString(units.data(), static_cast<unsigned int>(count));
+    const StringServices::Decoded decoded =
+        StringServices::decode(GetApplicationTextEncoding(), text.data(), static_cast<long>(text.size()));
+    const std::unique_ptr<unsigned short[]> owned(decoded.units);
+    if (decoded.count == 0) return {};
+    return GS::UniString(decoded.units, static_cast<unsigned int>(decoded.count));
 }
 
 GS::UniString uniStringFromSystemText(const char* text) {

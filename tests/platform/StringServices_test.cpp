@@ -3,23 +3,23 @@
 #include <gtest/gtest.h>
 
 #include <unicode/ucnv.h>
-#include <cstring>
+#include <unicode/unistr.h>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace {
 
-// Decoded from and into memory that is exactly as large as promised and not aligned.
+// Decoded from memory that is exactly as large as told and not aligned.
 std::u16string decoded(unsigned int encoding, const std::string& bytes) {
-    const auto count = static_cast<long>(bytes.size());
-    const auto room = static_cast<std::size_t>(StringServices::decodedRoom(encoding, count));
-    std::vector<char> units(room * 2 + 1);
-    const long length = StringServices::decode(encoding, bytes.data(), count, units.data() + 1);
-    EXPECT_EQ(length >= 0, StringServices::isWellFormed(encoding, bytes.data(), count));
-    std::u16string result(length < 0 ? 0 : static_cast<std::size_t>(length), u'\0');
-    std::memcpy(result.data(), units.data() + 1, result.size() * 2);
-    return result;
+    const std::string unaligned = 'x' + bytes;
+    const StringServices::Decoded text =
+        StringServices::decode(encoding, unaligned.data() + 1, static_cast<long>(bytes.size()));
+    const std::unique_ptr<unsigned short[]> owned(text.units);
+    if (text.units == nullptr) return u"malformed";
+    EXPECT_EQ(text.units[text.count], 0);
+    return std::u16string(text.units, text.units + text.count);
 }
 
 TEST(StringServices, DecodesOneByteEncodingsAsIcuDoes) {
@@ -45,41 +45,112 @@ TEST(StringServices, DecodesOneByteEncodingsAsIcuDoes) {
     }
 }
 
-// Every length up to a few blocks, with something that is not ASCII at every place: the ways through the
-// blocks, between them and behind the last.
+std::string encoded(unsigned int encoding, const std::u16string& units) {
+    const StringServices::EncodedText text = StringServices::encodeText(
+        encoding, reinterpret_cast<const char*>(units.data()), static_cast<long>(units.size()), 1);
+    const std::unique_ptr<char[]> owned(text.bytes);
+    if (text.bytes == nullptr) return "not encodable";
+    EXPECT_EQ(text.bytes[text.size - 1], 0);
+    return std::string(text.bytes, text.bytes + text.size - 1);
+}
+
+// Into memory that has just the room needed.
+std::string encodedInto(unsigned int encoding, const std::u16string& units, std::size_t room) {
+    std::vector<char> target(room);
+    const StringServices::Encoded done =
+        StringServices::encode(encoding, reinterpret_cast<const char*>(units.data()),
+                               static_cast<long>(units.size()), '?', target.data(), static_cast<long>(room));
+    return std::string(target.data(), static_cast<std::size_t>(done.bytes));
+}
+
+struct Character {
+    unsigned int encoding;
+    std::u16string units;
+    std::string bytes;
+};
+
+// Every length up to a few blocks and about the lengths where the ways change, with something that is not
+// ASCII at every place.
 TEST(StringServices, ConvertsRightAtEveryPlaceOfEveryLength) {
-    struct Case {
-        unsigned int encoding;
-        char16_t unit;
-        std::string bytes;
-    };
-    for (const Case& c :
-         {Case{kCFStringEncodingUTF8, u'\u00E9', "\xC3\xA9"},
-          Case{kCFStringEncodingUTF8, u'\u4E2D', "\xE4\xB8\xAD"},
-          Case{kCFStringEncodingMacRoman, u'\u00E9', "\x8E"},
-          Case{kCFStringEncodingWindowsLatin1, u'\u2026', "\x85"},
-          Case{kCFStringEncodingISOLatin1, u'\u00E9', "\xE9"}, Case{kCFStringEncodingASCII, u'~', "~"}}) {
-        for (std::size_t length = 1; length <= 40; ++length) {
-            for (std::size_t place = 0; place < length; ++place) {
+    for (const Character& c : {Character{kCFStringEncodingUTF8, u"\u00E9", "\xC3\xA9"},
+                               Character{kCFStringEncodingUTF8, u"\u4E2D", "\xE4\xB8\xAD"},
+                               Character{kCFStringEncodingUTF8, u"\U0001F600", "\xF0\x9F\x98\x80"},
+                               Character{kCFStringEncodingMacRoman, u"\u00E9", "\x8E"},
+                               Character{kCFStringEncodingWindowsLatin1, u"\u2026", "\x85"},
+                               Character{kCFStringEncodingISOLatin1, u"\u00E9", "\xE9"},
+                               Character{kCFStringEncodingASCII, u"~", "~"}}) {
+        for (std::size_t length = 1; length <= 515; ++length) {
+            if (length > 68 && length < 508) continue;
+            for (std::size_t place = 0; place<length; place += length> 68 ? 13 : 1) {
                 std::u16string units(length, u'a');
                 std::string bytes(length, 'a');
-                units[place] = c.unit;
+                units.replace(place, 1, c.units);
                 bytes.replace(place, 1, c.bytes);
-                ASSERT_EQ(decoded(c.encoding, bytes), units) << c.encoding << ' ' << length << ' ' << place;
-                std::vector<char> target(bytes.size());
-                const auto encoded = StringServices::encode(
-                    c.encoding, reinterpret_cast<const char*>(units.data()), static_cast<long>(length), '?',
-                    target.data(), static_cast<long>(target.size()));
-                ASSERT_EQ(encoded.units, static_cast<long>(length))
-                    << c.encoding << ' ' << length << ' ' << place;
-                ASSERT_EQ(std::string(target.begin(), target.end()), bytes);
+                const auto where = [&] {
+                    return std::to_string(c.encoding) + ' ' + std::to_string(length) + ' ' +
+                           std::to_string(place);
+                };
+                ASSERT_EQ(decoded(c.encoding, bytes), units) << where();
+                ASSERT_EQ(encoded(c.encoding, units), bytes) << where();
+                ASSERT_EQ(encodedInto(c.encoding, units, bytes.size()), bytes) << where();
             }
         }
     }
 }
 
+// Characters of every width in every order, in blocks that are all of one kind and in mixed ones.
+TEST(StringServices, ConvertsMixedTextAsIcuDoes) {
+    std::uint32_t random = 1;
+    for (int round = 0; round < 2000; ++round) {
+        std::u32string text;
+        for (int run = 0; run < 6; ++run) {
+            random = random * 1664525 + 1013904223;
+            const char32_t character = U"a\u00E9\u4E2D\U0001F600"[random >> 30];
+            text.append(random >> 16 & 15, character);
+        }
+        icu::UnicodeString units = icu::UnicodeString::fromUTF32(
+            reinterpret_cast<const UChar32*>(text.data()), static_cast<int32_t>(text.size()));
+        std::string bytes;
+        units.toUTF8String(bytes);
+        const std::u16string expected(units.getBuffer(), static_cast<std::size_t>(units.length()));
+        ASSERT_EQ(decoded(kCFStringEncodingUTF8, bytes), expected);
+        ASSERT_EQ(encoded(kCFStringEncodingUTF8, expected), bytes);
+        // What was cut in a character, or has a byte too many, is malformed.
+        if (bytes.empty()) continue;
+        if ((bytes.back() & 0x80) != 0) {
+            ASSERT_EQ(decoded(kCFStringEncodingUTF8, bytes.substr(0, bytes.size() - 1)), u"malformed");
+        }
+        bytes.insert(random % bytes.size(), "\xF0");
+        ASSERT_EQ(decoded(kCFStringEncodingUTF8, bytes), u"malformed");
+    }
+}
+
+// A text is encoded as its characters are one by one, also with some that the encoding lacks.
+TEST(StringServices, EncodesTextAsItsCharacters) {
+    const std::u16string characters[] = {u"a", u"a", u"a", u"\u00E9", u"\u4E2D", u"\U0001F600", {u'\xDC00'}};
+    std::uint32_t random = 1;
+    for (const unsigned int encoding :
+         {kCFStringEncodingMacRoman, kCFStringEncodingWindowsLatin1, kCFStringEncodingISOLatin1,
+          kCFStringEncodingASCII, kCFStringEncodingUTF8, kCFStringEncodingUTF32BE}) {
+        for (int round = 0; round < 2000; ++round) {
+            std::u16string units;
+            std::string bytes;
+            while (units.size() < static_cast<std::size_t>(round % 100)) {
+                random = random * 1664525 + 1013904223;
+                // Few kinds in one text, so that there are long runs as well.
+                const std::u16string& next =
+                    characters[(random >> 16) % static_cast<unsigned>(1 + round % 7)];
+                units += next;
+                bytes += encodedInto(encoding, next, 4);
+            }
+            ASSERT_EQ(encoded(encoding, units), bytes) << encoding;
+            ASSERT_EQ(encodedInto(encoding, units, bytes.size()), bytes) << encoding;
+        }
+    }
+}
+
 TEST(StringServices, HasNoEncodingBehindAnUnknownNumber) {
-    EXPECT_FALSE(StringServices::isWellFormed(0x0BADu, "a", 1));
+    EXPECT_EQ(StringServices::decode(0x0BADu, "a", 1).units, nullptr);
     EXPECT_EQ(StringServices::encode(0x0BADu, "a", 0, '?', nullptr, 0).units, 0);
     EXPECT_EQ(GetApplicationTextEncoding(), kCFStringEncodingMacRoman);
 }

@@ -97,16 +97,28 @@ int lowestLane(unsigned int mask) {
     return std::countr_zero(mask | 1u << (kLanes - 1));
 }
 
-void decodeAt(const OneByteTable& table, const char* bytes, char* units, long i) {
+inline void decodeAt(const OneByteTable& table, const char* bytes, char* units, long i) {
     setUnit(units, i, table.units[static_cast<unsigned char>(bytes[i])]);
 }
 
-void decodeBlock(const OneByteTable& table, const char* bytes, char* units) {
-    unsigned int above = widen(bytes, units);
-    if (above == 0 || table.ownCodePoints == 256) return;
-    for (int i = 0; i < kUsualAbove || above != 0; ++i, above &= above - 1) {
+// Looks up the units of the bytes in the mask.
+inline void decodeAbove(const OneByteTable& table, const char* bytes, char* units, unsigned int above) {
+    for (int i = 0; i < kUsualAbove; ++i, above &= above - 1)
         decodeAt(table, bytes, units, lowestLane(above));
-    }
+    for (; above != 0; above &= above - 1)
+        decodeAt(table, bytes, units, std::countr_zero(above));
+}
+
+// So many blocks, in which it is rare that all is ASCII unless it is so everywhere.
+template <int Blocks>
+inline void decodeBlocks(const OneByteTable& table, const char* bytes, char* units) {
+    unsigned int above[Blocks];
+    unsigned int any = 0;
+    for (int i = 0; i < Blocks; ++i)
+        any |= above[i] = widen(bytes + i * kLanes, units + i * kLanes * 2);
+    if (any == 0 || table.ownCodePoints == 256) return;
+    for (int i = 0; i < Blocks; ++i)
+        decodeAbove(table, bytes + i * kLanes, units + i * kLanes * 2, above[i]);
 }
 
 // Writes the byte of a unit, 0 when the encoding has none; false for 0.
@@ -123,9 +135,10 @@ bool encodeBlock(const OneByteTable& table, const char* units, char* bytes) {
     unsigned int above = narrow<0x7F>(units, bytes);
     if (above == 0) return true;
     bool complete = true;
-    for (int i = 0; i < kUsualAbove || above != 0; ++i, above &= above - 1) {
+    for (int i = 0; i < kUsualAbove; ++i, above &= above - 1)
         complete &= encodeAt(table, units, bytes, lowestLane(above));
-    }
+    for (; above != 0; above &= above - 1)
+        complete &= encodeAt(table, units, bytes, std::countr_zero(above));
     return complete;
 }
 
@@ -134,12 +147,21 @@ bool encodeBlock(const OneByteTable& table, const char* units, char* bytes) {
 long oneByteDecode(const OneByteTable& table, const char* bytes, long byteCount, char* units) {
     long i = 0;
     if (table.defined == 256) {
-        for (; byteCount - i >= kLanes; i += kLanes)
-            decodeBlock(table, bytes + i, units + i * 2);
+        for (; byteCount - i >= 2 * kLanes; i += 2 * kLanes)
+            decodeBlocks<2>(table, bytes + i, units + i * 2);
+        if (byteCount - i >= kLanes) {
+            decodeBlocks<1>(table, bytes + i, units + i * 2);
+            i += kLanes;
+        }
     } else {
         for (; byteCount - i >= kLanes; i += kLanes) {
             if (widen(bytes + i, units + i * 2) != 0) return -1;
         }
+    }
+    if (i < byteCount && i > 0 && table.defined == 256) {
+        // The last block, some of which gives the same units once more.
+        decodeBlocks<1>(table, bytes + (byteCount - kLanes), units + (byteCount - kLanes) * 2);
+        return byteCount;
     }
     for (; i < byteCount; ++i) {
         if (static_cast<unsigned char>(bytes[i]) >= table.defined) return -1;
@@ -159,15 +181,11 @@ StringServices::Encoded oneByteEncode(const OneByteTable& table, const char* uni
             in += kLanes;
             out += kLanes;
         }
-        // The rest, together with what stands before it to make a block, which gives the same bytes once
-        // more.
-        const long rest = unitCount - in;
-        const long again = kLanes - rest;
-        char block[kLanes];
-        if (target != nullptr && again > 0 && again <= in && again <= out && rest <= room - out &&
-            encodeBlock(table, units + (in - again) * 2, block)) {
-            std::memcpy(target + (out - again), block, kLanes);
-            return {unitCount, out + rest};
+        // The rest, with so much of what stands before it that it is a block, which gives the same bytes once
+        // more; unless a pair became one byte before.
+        if (target != nullptr && in == out && in >= kLanes && unitCount - in < kLanes && unitCount <= room) {
+            in = out = unitCount - kLanes;
+            if (encodeBlock(table, units + in * 2, target + out)) return {unitCount, unitCount};
         }
         for (long i = 0; i < kLanes && in < unitCount && out < room; ++i) {
             const std::uint16_t unit = unitAt(units, in);

@@ -8,94 +8,89 @@ namespace text {
 
 namespace {
 
-bool isAscii(const char* p) {
-    return (*p & 0x80) == 0;
-}
-
-// The four bytes at p, the first in the lowest place; zero bytes behind the end.
-std::uint32_t fourBytesAt(const char* p, const char* end) {
-    std::uint32_t bytes = 0;
-    if (end - p >= 4) {
-        std::memcpy(&bytes, p, sizeof bytes);
-        return bytes;
-    }
-    std::memcpy(&bytes, p, static_cast<std::size_t>(end - p));
+inline std::uint32_t fourBytesAt(const char* p) {
+    std::uint32_t bytes;
+    std::memcpy(&bytes, p, sizeof bytes);
     return bytes;
 }
 
-// Decodes the sequence of two to four bytes at p and moves both places behind it; false when it is malformed.
-// The order is that of how often they come.
-inline bool decodeSequence(const char*& p, const char* end, char* units, long& out) {
-    const std::uint32_t bytes = fourBytesAt(p, end);
+// Decodes the sequence whose first bytes are these, the first in the lowest place, and moves both places
+// behind it; false when it is malformed. The order is that of how often they come.
+inline bool decodeSequence(std::uint32_t bytes, const char*& p, char*& out) {
     const std::uint32_t second = bytes >> 8 & 0x3F;
-    if ((bytes & 0x0000C0E0) == 0x000080C0) {
-        const std::uint32_t c = (bytes & 0x1F) << 6 | second;
-        setUnit(units, out, c);
-        p += 2;
-        out += 1;
-        return c >= 0x80;
-    }
     const std::uint32_t third = bytes >> 16 & 0x3F;
     if ((bytes & 0x00C0C0F0) == 0x008080E0) {
         const std::uint32_t c = (bytes & 0x0F) << 12 | second << 6 | third;
-        setUnit(units, out, c);
+        setUnit(out, 0, c);
         p += 3;
-        out += 1;
+        out += 2;
         return c >= 0x800 && !isSurrogate(c);
+    }
+    if ((bytes & 0x0000C0E0) == 0x000080C0) {
+        setUnit(out, 0, (bytes & 0x1F) << 6 | second);
+        p += 2;
+        out += 2;
+        return (bytes & 0x1E) != 0;
     }
     if ((bytes & 0xC0C0C0F8) == 0x808080F0) {
         const std::uint32_t c = (bytes & 0x07) << 18 | second << 12 | third << 6 | (bytes >> 24 & 0x3F);
-        setUnit(units, out, 0xD7C0 + (c >> 10));
-        setUnit(units, out + 1, 0xDC00 | (c & 0x3FF));
+        setUnit(out, 0, 0xD7C0 + (c >> 10));
+        setUnit(out, 1, 0xDC00 | (c & 0x3FF));
         p += 4;
-        out += 2;
+        out += 4;
         return c >= 0x10000 && c <= 0x10FFFF;
     }
     return false;
 }
 
-// Writes the last block of the bytes, so that its units end at `unitsEnd`, if it is ASCII: what of it was
-// written before is written once more.
-bool widenLast(const char* end, char* unitsEnd) {
-    char block[kLanes * 2];
-    if (widen(end - kLanes, block) != 0) return false;
-    std::memcpy(unitsEnd - sizeof block, block, sizeof block);
+// The character at p, whose first four bytes are given; false when it is malformed.
+inline bool decodeCharacter(std::uint32_t bytes, const char*& p, char*& out) {
+    if ((bytes & 0x80) != 0) return decodeSequence(bytes, p, out);
+    setUnit(out, 0, bytes & 0x7F);
+    p += 1;
+    out += 2;
     return true;
 }
 
 }  // namespace
 
-// There is always room for as many units as bytes are left.
-long utf8Decode(const char* bytes, long byteCount, char* units) {
+long utf8DecodedRoom(const char* bytes, long byteCount) {
+    return byteCount <= kMostMeasured ? utf8Units(bytes, byteCount) : byteCount;
+}
+
+long utf8Decode(const char* bytes, long byteCount, char* units, long room) {
     const char* p = bytes;
     const char* const end = bytes + byteCount;
-    long out = 0;
-    while (p < end) {
-        const bool hasBlock = end - p >= kLanes;
-        if (hasBlock) {
-            const unsigned int above = widen(p, units + out * 2);
-            if (above == 0) {
-                p += kLanes;
-                out += kLanes;
-                continue;
-            }
-            p += std::countr_zero(above);
-            out += std::countr_zero(above);
-        } else if (out >= kLanes && out == p - bytes && widenLast(end, units + byteCount * 2)) {
-            return byteCount;
+    char* out = units;
+    const char* const unitsEnd = units + room * 2;
+    while (end - p >= kLanes && unitsEnd - out >= kLanes * 2) {
+        const unsigned int above = widen(p, out);
+        if (above == 0) {
+            p += kLanes;
+            out += kLanes * 2;
+            continue;
         }
-        // Character by character: those that are not ASCII, and at the end all.
-        while (p < end) {
-            if (!isAscii(p)) {
-                if (!decodeSequence(p, end, units, out)) return -1;
-            } else if (!hasBlock) {
-                setUnit(units, out++, static_cast<unsigned char>(*p++));
-            } else {
-                break;
-            }
+        p += std::countr_zero(above);
+        out += std::countr_zero(above) * 2;
+        std::uint32_t four;
+        while (end - p >= 4 && ((four = fourBytesAt(p)) & 0x80) != 0) {
+            if (!decodeSequence(four, p, out)) return -1;
         }
     }
-    return out;
+    const bool isAsciiSoFar = out - units == (p - bytes) * 2;
+    if (isAsciiSoFar && p > bytes && p < end && room == byteCount &&
+        widen(end - kLanes, units + (byteCount - kLanes) * 2) == 0) {
+        return byteCount;  // all was ASCII, of which a part was written once more
+    }
+    while (end - p >= 4) {
+        if (!decodeCharacter(fourBytesAt(p), p, out)) return -1;
+    }
+    for (auto rest = static_cast<std::uint32_t>(fewBytesAt(p, end - p)); p < end;) {
+        const char* const before = p;
+        if (!decodeCharacter(rest, p, out)) return -1;
+        rest >>= (p - before) * 8;
+    }
+    return (out - units) / 2;
 }
 
 }  // namespace text

@@ -26,108 +26,115 @@ inline std::uint32_t encodedBytes(std::uint32_t c) {
     return 0x808080F0 | c >> 18 | (c >> 4 & 0x3F00) | (c << 10 & 0x3F0000) | (c << 24 & 0x3F000000);
 }
 
-// How far an encoding came, and how far it may go.
-struct Progress {
-    const char* units;
+// Where an encoding stands: units read and bytes written.
+struct Place {
     long in;
-    long unitCount;
-    char* target;
     long out;
-    long targetSize;
-
-    bool hasBlock() const { return unitCount - in >= kLanes && targetSize - out >= kLanes; }
 };
 
-// Up to `end`, as long as there is room to write four bytes and no surrogate comes, nor ASCII if it ends
-// there.
-void encodeUnits(Progress& progress, long end, bool endAtAscii) {
-    long in = progress.in;
-    long out = progress.out;
-    const long lastOut = progress.targetSize - 4;
-    for (; in < end && out <= lastOut; ++in) {
-        const std::uint32_t unit = unitAt(progress.units, in);
+// The character at a place, with the loss byte if it is a surrogate without its partner; false when it cannot
+// be encoded.
+bool encodableAt(const char* units, long unitCount, long index, char lossByte, Character& c) {
+    c = characterAt(units, unitCount, index);
+    if (!isLone(c)) return true;
+    c.codePoint = static_cast<unsigned char>(lossByte);
+    return lossByte != 0;
+}
+
+// Character by character, as far as there is room. Without a target it only measures.
+Place encodeCharacters(const char* units, long unitCount, char lossByte, char* target, long targetSize) {
+    Place at{0, 0};
+    Character c;
+    while (at.in < unitCount && encodableAt(units, unitCount, at.in, lossByte, c)) {
+        const int length = encodedLength(c.codePoint);
+        if (target != nullptr) {
+            if (length > targetSize - at.out) break;
+            const std::uint32_t bytes = encodedBytes(c.codePoint);
+            std::memcpy(target + at.out, &bytes, static_cast<std::size_t>(length));
+        }
+        at.out += length;
+        at.in += c.units;
+    }
+    return at;
+}
+
+// Goes on up to `end` or a surrogate, or to ASCII if it ends there. Writes four bytes for each unit that is
+// not ASCII, however many of them count.
+template <bool EndAtAscii>
+inline Place encodeUnits(const char* units, long end, char* target, Place at) {
+    for (; at.in < end; ++at.in) {
+        const std::uint32_t unit = unitAt(units, at.in);
         if (unit < 0x80) {
-            if (endAtAscii) break;
-            progress.target[out++] = static_cast<char>(unit);
+            if (EndAtAscii) break;
+            target[at.out++] = static_cast<char>(unit);
         } else if (unit < 0x800) {
             const std::uint32_t bytes = encodedBytes(unit);
-            std::memcpy(progress.target + out, &bytes, sizeof bytes);
-            out += 2;
+            std::memcpy(target + at.out, &bytes, sizeof bytes);
+            at.out += 2;
         } else if (!isSurrogate(unit)) {
             const std::uint32_t bytes = encodedBytes(unit);
-            std::memcpy(progress.target + out, &bytes, sizeof bytes);
-            out += 3;
+            std::memcpy(target + at.out, &bytes, sizeof bytes);
+            at.out += 3;
         } else {
             break;
         }
     }
-    progress.in = in;
-    progress.out = out;
+    return at;
 }
 
-// One character, whatever it is; false when it has no room or cannot be encoded.
-bool encodeCharacter(Progress& progress, char lossByte) {
-    Character c = characterAt(progress.units, progress.unitCount, progress.in);
-    if (isLone(c)) {
-        if (lossByte == 0) return false;
-        c.codePoint = static_cast<unsigned char>(lossByte);
-    }
-    const int length = encodedLength(c.codePoint);
-    if (length > progress.targetSize - progress.out) return false;
-    const std::uint32_t bytes = encodedBytes(c.codePoint);
-    std::memcpy(progress.target + progress.out, &bytes, static_cast<std::size_t>(length));
-    progress.out += length;
-    progress.in += c.units;
-    return true;
+// Writes the last block; false when it is not all ASCII.
+bool narrowLast(const char* units, long unitCount, char* target) {
+    return narrow<0x7F>(units + (unitCount - kLanes) * 2, target + (unitCount - kLanes)) == 0;
 }
 
-// Writes the last block of the units, so that its bytes end at `bytesEnd`, if it is ASCII: what of it was
-// written before is written once more.
-bool narrowLast(const char* end, char* bytesEnd) {
-    char block[kLanes];
-    if (narrow<0x7F>(end - kLanes * 2, block) != 0) return false;
-    std::memcpy(bytesEnd - sizeof block, block, sizeof block);
-    return true;
-}
-
-StringServices::Encoded measured(const char* units, long unitCount, char lossByte) {
-    StringServices::Encoded encoded{0, 0};
-    while (encoded.units < unitCount) {
-        const Character c = characterAt(units, unitCount, encoded.units);
-        if (isLone(c) && lossByte == 0) break;
-        encoded.bytes += isLone(c) ? 1 : encodedLength(c.codePoint);
-        encoded.units += c.units;
-    }
-    return encoded;
-}
-
-}  // namespace
-
-StringServices::Encoded utf8Encode(const char* units, long unitCount, char lossByte, char* target,
-                                   long targetSize) {
-    if (target == nullptr) return measured(units, unitCount, lossByte);
-    Progress at{units, 0, unitCount, target, 0, targetSize};
+// With the room that utf8MostBytes tells.
+Place encodeWithRoom(const char* units, long unitCount, char lossByte, char* target) {
+    Place at{0, 0};
     while (at.in < unitCount) {
-        const bool hasBlock = at.hasBlock();
+        const bool hasBlock = unitCount - at.in >= kLanes;
         if (hasBlock) {
             const unsigned int above = narrow<0x7F>(units + at.in * 2, target + at.out);
             const int ascii = above == 0 ? static_cast<int>(kLanes) : std::countr_zero(above);
             at.in += ascii;
             at.out += ascii;
             if (above == 0) continue;
-            while (unitCount - at.in >= 8 && targetSize - at.out >= kThreeByteRoom &&
-                   unitAt(units, at.in) > 0x7FF && encodeThreeByteBlock(units + at.in * 2, target + at.out)) {
-                at.in += 8;
-                at.out += 24;
-            }
-        } else if (at.in >= kLanes && at.in == at.out && unitCount <= targetSize &&
-                   narrowLast(units + unitCount * 2, target + unitCount)) {
+        } else if (at.in >= kLanes && at.in == at.out && narrowLast(units, unitCount, target)) {
+            // All was ASCII, of which a part was written once more.
             return {unitCount, unitCount};
         }
-        const long before = at.in;
-        encodeUnits(at, hasBlock ? std::min(unitCount, at.in + 8) : unitCount, hasBlock);
-        if (at.in == before && at.in < unitCount && !encodeCharacter(at, lossByte)) break;
+        while (unitCount - at.in >= 8 && unitAt(units, at.in) > 0x7FF &&
+               encodeThreeByteBlock(units + at.in * 2, target + at.out)) {
+            at.in += 8;
+            at.out += 24;
+        }
+        at = hasBlock ? encodeUnits<true>(units, std::min(unitCount, at.in + 8), target, at)
+                      : encodeUnits<false>(units, unitCount, target, at);
+        Character c;
+        if (at.in < unitCount && isSurrogate(unitAt(units, at.in))) {
+            if (!encodableAt(units, unitCount, at.in, lossByte, c)) break;
+            const std::uint32_t bytes = encodedBytes(c.codePoint);
+            std::memcpy(target + at.out, &bytes, sizeof bytes);
+            at.out += encodedLength(c.codePoint);
+            at.in += c.units;
+        }
     }
+    return at;
+}
+
+}  // namespace
+
+bool asciiEncode(const char* units, long unitCount, char* target) {
+    for (long i = 0; unitCount - i >= kLanes; i += kLanes) {
+        if (narrow<0x7F>(units + i * 2, target + i) != 0) return false;
+    }
+    return narrowLast(units, unitCount, target);
+}
+
+StringServices::Encoded utf8Encode(const char* units, long unitCount, char lossByte, char* target,
+                                   long targetSize) {
+    const bool hasRoom = target != nullptr && targetSize >= utf8MostBytes(unitCount);
+    const Place at = hasRoom ? encodeWithRoom(units, unitCount, lossByte, target)
+                             : encodeCharacters(units, unitCount, lossByte, target, targetSize);
     return {at.in, at.out};
 }
 

@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
-#if defined(__SSE2__)
+#if defined(__SSE2__) && !defined(TESSARO_WITHOUT_VECTORS)
+#define TESSARO_HAS_SSE2
 #include <emmintrin.h>
 #endif
 
@@ -13,10 +14,83 @@ namespace text {
 
 constexpr long kLanes = 16;
 
+/// Bytes or units that are measured at once.
+constexpr long kMostMeasured = 512;
+
 /// Bytes that encodeThreeByteBlock may write, of which the first 24 count.
 constexpr long kThreeByteRoom = 26;
 
-#if defined(__SSE2__)
+/// Less than eight bytes, the first in the lowest place, and zeros.
+inline std::uint64_t fewBytesAt(const char* bytes, long count) {
+    if (count >= 4) {
+        std::uint32_t first;
+        std::uint32_t last;
+        std::memcpy(&first, bytes, sizeof first);
+        std::memcpy(&last, bytes + count - sizeof last, sizeof last);
+        return first | static_cast<std::uint64_t>(last) << (count - 4) * 8;
+    }
+    if (count == 0) return 0;
+    const auto at = [bytes](long i) {
+        return static_cast<std::uint64_t>(static_cast<unsigned char>(bytes[i])) << i * 8;
+    };
+    return at(0) | at(count / 2) | at(count - 1);
+}
+
+#if defined(TESSARO_HAS_SSE2)
+
+/// Calls `add` with the bytes in blocks of sixteen, the last filled up with zeros.
+template <typename Add>
+inline void forEachBlock(const char* bytes, long count, Add add) {
+    for (; count >= kLanes; bytes += kLanes, count -= kLanes)
+        add(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
+    if (count >= 8) {
+        std::uint64_t first;
+        std::memcpy(&first, bytes, sizeof first);
+        add(_mm_set_epi64x(static_cast<long long>(fewBytesAt(bytes + 8, count - 8)),
+                           static_cast<long long>(first)));
+    } else if (count > 0) {
+        add(_mm_cvtsi64_si128(static_cast<long long>(fewBytesAt(bytes, count))));
+    }
+}
+
+/// The sum of the lanes.
+inline long sumOfBytes(__m128i lanes) {
+    const __m128i sums = _mm_sad_epu8(lanes, _mm_setzero_si128());
+    return _mm_cvtsi128_si64(sums) + _mm_cvtsi128_si64(_mm_unpackhi_epi64(sums, sums));
+}
+
+/// Units of at most kMostMeasured bytes of UTF-8 that are well-formed; otherwise no fewer than can be decoded
+/// before the fault.
+inline long utf8Units(const char* bytes, long count) {
+    __m128i continuing = _mm_setzero_si128();
+    __m128i pairs = _mm_setzero_si128();
+    forEachBlock(bytes, count, [&](__m128i block) {
+        // A lane that is found is -1.
+        const __m128i four = _mm_set1_epi8(static_cast<char>(0xF0));
+        continuing = _mm_sub_epi8(continuing, _mm_cmplt_epi8(block, _mm_set1_epi8(-64)));
+        pairs = _mm_sub_epi8(pairs, _mm_cmpeq_epi8(_mm_max_epu8(block, four), block));
+    });
+    return count - sumOfBytes(continuing) + sumOfBytes(pairs);
+}
+
+/// Bytes that at most kMostMeasured units take in UTF-8; -1 when there are surrogates among them.
+inline long utf8Bytes(const char* units, long count) {
+    const __m128i zero = _mm_setzero_si128();
+    __m128i saved = zero;  // of three bytes for each unit
+    __m128i surrogates = zero;
+    forEachBlock(units, count * 2, [&](__m128i block) {
+        const __m128i upper = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xF800)));
+        const __m128i ascii =
+            _mm_cmpeq_epi16(_mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xFF80))), zero);
+        saved = _mm_sub_epi16(saved, _mm_add_epi16(ascii, _mm_cmpeq_epi16(upper, zero)));
+        surrogates =
+            _mm_or_si128(surrogates, _mm_cmpeq_epi16(upper, _mm_set1_epi16(static_cast<short>(0xD800))));
+    });
+    if (_mm_movemask_epi8(surrogates) != 0) return -1;
+    // Two are saved in each lane that was filled up.
+    const long filled = -count & 7;
+    return count * 3 - sumOfBytes(saved) + filled * 2;
+}
 
 /// Writes sixteen bytes as sixteen units. Returns the mask of the bytes above 7F.
 inline unsigned int widen(const char* bytes, char* units) {
@@ -74,6 +148,24 @@ inline bool encodeThreeByteBlock(const char* units, char* bytes) {
 }
 
 #else
+
+inline long utf8Units(const char* bytes, long count) {
+    long units = 0;
+    for (long i = 0; i < count; ++i)
+        units += ((bytes[i] & 0xC0) != 0x80) + (static_cast<unsigned char>(bytes[i]) >= 0xF0);
+    return units;
+}
+
+inline long utf8Bytes(const char* units, long count) {
+    long bytes = 0;
+    for (long i = 0; i < count; ++i) {
+        std::uint16_t unit;
+        std::memcpy(&unit, units + i * 2, sizeof unit);
+        if ((unit & 0xF800) == 0xD800) return -1;
+        bytes += unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3;
+    }
+    return bytes;
+}
 
 inline bool encodeThreeByteBlock(const char*, char*) {
     return false;
