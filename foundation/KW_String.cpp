@@ -36,7 +36,7 @@ KW_String::KW_String(KW_String const& other) : KW_String() {
 KW_String::KW_String(KW_String&& other) noexcept : KW_String(&other) {}
 
 KW_String::KW_String(unsigned short const* units, unsigned int count) : KW_String() {
-    THIS_Append(units, count);
+    KW_StringFill(*this, units, count);
 }
 
 KW_String::KW_String(unsigned short const* units) : KW_String() {

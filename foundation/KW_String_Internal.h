@@ -2,6 +2,9 @@
 
 #include "foundation/KW_String.h"
 
+#include <cstdint>
+#include <cstring>
+
 /// What the files of KW_String share among themselves.
 
 /// The operating system's number of an encoding. Every value without a name is the application's encoding.
@@ -14,3 +17,35 @@ long UTF32toUTF16(void const* source, unsigned short* target, long count, bool b
 
 /// A size in units as the fields hold it; throws std::bad_alloc when no string can be that long.
 unsigned int KW_StringUnits(unsigned long units);
+
+/// Copies units between arrays that do not overlap.
+inline void KW_StringCopyUnits(unsigned short* to, unsigned short const* from, unsigned long count) {
+    // Few units as a pair of wide moves that may overlap each other, which is quicker than a call.
+    const auto copyEnds = [=](auto wide) {
+        constexpr unsigned long kUnits = sizeof wide / sizeof *from;
+        auto last = wide;
+        std::memcpy(&wide, from, sizeof wide);
+        std::memcpy(&last, from + (count - kUnits), sizeof last);
+        std::memcpy(to, &wide, sizeof wide);
+        std::memcpy(to + (count - kUnits), &last, sizeof last);
+    };
+    if (count > 8) {
+        std::memcpy(to, from, count * sizeof *from);
+    } else if (count >= 4) {
+        copyEnds(std::uint64_t{});
+    } else if (count >= 2) {
+        copyEnds(std::uint32_t{});
+    } else if (count == 1) {
+        to[0] = from[0];
+    }
+}
+
+/// Makes a null string a copy of the units; it stays null when there are none.
+inline void KW_StringFill(KW_String& null, unsigned short const* units, unsigned int count) {
+    if (units == nullptr || count == 0) return;
+    null.capacity = KW_StringUnits(count + 1UL);
+    null.data = new unsigned short[null.capacity];
+    null.length = count;
+    KW_StringCopyUnits(null.data, units, count);
+    null.data[count] = 0;
+}

@@ -1,5 +1,4 @@
-#include "foundation/KW_String.h"
-
+#include "foundation/KW_String_Internal.h"
 #include "foundation/UnitSearch.h"
 
 #include <functional>
@@ -34,10 +33,10 @@ void KW_String::Split(KW_List<KW_String>& pieces, char separator) const {
     unsigned int start = 0;
     long next = 0;
     for (const unsigned int end : separators) {
-        pieces[next++].THIS_Append(data + start, end - start);
+        KW_StringFill(pieces[next++], data + start, end - start);
         start = end + 1;
     }
-    pieces[next].THIS_Append(data + start, length - start);
+    KW_StringFill(pieces[next], data + start, length - start);
 }
 
 void KW_String::SplitLines(KW_List<KW_String>& lines, bool removeEOL, bool resetList) const {

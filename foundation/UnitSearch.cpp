@@ -8,7 +8,7 @@ namespace {
 
 // Eight units at once, in the compiler's vector types, which it maps to what the processor has. A comparison
 // gives all ones or all zeros for each of them.
-constexpr unsigned long kLanes = 8;
+constexpr unsigned int kLanes = 8;
 using Units = std::uint16_t __attribute__((vector_size(16)));
 using Bytes = std::uint8_t __attribute__((vector_size(8)));
 
@@ -39,8 +39,14 @@ unsigned long firstLane(std::uint64_t set) {
     return static_cast<unsigned long>(std::countr_zero(set)) / 8;
 }
 
+// Also of none.
 std::uint64_t withoutFirst(std::uint64_t set) {
-    return set & ~(std::uint64_t{0xFF} << firstLane(set) * 8);
+    const std::uint64_t lowest = set & -set;
+    return set & ~(lowest * 0xFF);
+}
+
+unsigned long countLanes(std::uint64_t set) {
+    return (set & 0x0101010101010101) * 0x0101010101010101 >> 56;
 }
 
 unsigned long lastLane(std::uint64_t set) {
@@ -105,15 +111,31 @@ std::vector<unsigned int> positionsOfEither(unsigned short const* text, unsigned
                                             unsigned short one, unsigned short other) {
     const Units soughtOne = repeated(one);
     const Units soughtOther = repeated(other);
-    std::vector<unsigned int> positions;
-    unsigned int i = 0;
-    for (; length - i >= kLanes; i += kLanes) {
+    const auto matchesAt = [=](unsigned int i) {
         const Units units = unitsAt(text + i);
-        const auto matches = (units == soughtOne) | (units == soughtOther);
-        if (!any(matches)) continue;
-        for (std::uint64_t found = lanes(matches); found != 0; found = withoutFirst(found))
-            positions.push_back(i + static_cast<unsigned int>(firstLane(found)));
+        return (units == soughtOne) | (units == soughtOther);
+    };
+    constexpr unsigned int kGroup = 4 * kLanes;
+    std::vector<unsigned int> positions(2 * kGroup);
+    unsigned long count = 0;
+    unsigned int i = 0;
+    for (; length - i >= kGroup; i += kGroup) {
+        const decltype(matchesAt(0)) matches[] = {matchesAt(i), matchesAt(i + kLanes),
+                                                  matchesAt(i + 2 * kLanes), matchesAt(i + 3 * kLanes)};
+        if (!any(matches[0] | matches[1] | matches[2] | matches[3])) continue;
+        if (positions.size() - count < kGroup) positions.resize(2 * positions.size());
+        for (unsigned int block = 0; block < 4; ++block) {
+            std::uint64_t found = lanes(matches[block]);
+            const unsigned long behind = count + countLanes(found);
+            // Two in any case, whether there are so many or not: their number cannot be foreseen.
+            do {
+                for (int k = 0; k < 2; ++k, found = withoutFirst(found))
+                    positions[count++] = i + block * kLanes + static_cast<unsigned int>(firstLane(found));
+            } while (count < behind);
+            count = behind;
+        }
     }
+    positions.resize(count);
     for (; i < length; ++i) {
         if (text[i] == one || text[i] == other) positions.push_back(i);
     }
