@@ -64,14 +64,16 @@ unsigned long findFirst(unsigned short const* text, unsigned long length, unsign
                 matches(unitsAt(text + i + 2 * kLanes)) | matches(unitsAt(text + i + 3 * kLanes)))) {
         i += 4 * kLanes;
     }
+    if (length - start >= kLanes && length - i < 4 * kLanes) {
+        // The rest with the last eight, some of which were looked at before: mostly there is nothing in it.
+        auto found = matches(unitsAt(text + length - kLanes));
+        for (unsigned long k = i; length - k > kLanes; k += kLanes)
+            found |= matches(unitsAt(text + k));
+        if (!any(found)) return length;
+    }
     for (; length - i >= kLanes; i += kLanes) {
         const std::uint64_t found = lanes(matches(unitsAt(text + i)));
         if (found != 0) return i + firstLane(found);
-    }
-    if (i < length && length - start >= kLanes) {
-        // The last eight, some of which were looked at before.
-        const std::uint64_t found = lanes(matches(unitsAt(text + length - kLanes)));
-        return found != 0 ? length - kLanes + firstLane(found) : length;
     }
     while (i < length && !matchesOne(text[i]))
         ++i;

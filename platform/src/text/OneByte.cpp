@@ -93,8 +93,10 @@ namespace {
 // many as there mostly are, so that the number of them costs no wrongly foreseen branch.
 constexpr int kUsualAbove = 3;
 
+// The last of the lanes when there is none.
+template <int Lanes>
 int lowestLane(unsigned int mask) {
-    return std::countr_zero(mask | 1u << (kLanes - 1));
+    return std::countr_zero(mask | 1u << (Lanes - 1));
 }
 
 inline void decodeAt(const OneByteTable& table, const char* bytes, char* units, long i) {
@@ -102,9 +104,10 @@ inline void decodeAt(const OneByteTable& table, const char* bytes, char* units, 
 }
 
 // Looks up the units of the bytes in the mask.
+template <int Lanes>
 inline void decodeAbove(const OneByteTable& table, const char* bytes, char* units, unsigned int above) {
     for (int i = 0; i < kUsualAbove; ++i, above &= above - 1)
-        decodeAt(table, bytes, units, lowestLane(above));
+        decodeAt(table, bytes, units, lowestLane<Lanes>(above));
     for (; above != 0; above &= above - 1)
         decodeAt(table, bytes, units, std::countr_zero(above));
 }
@@ -118,7 +121,11 @@ inline void decodeBlocks(const OneByteTable& table, const char* bytes, char* uni
         any |= above[i] = widen(bytes + i * kLanes, units + i * kLanes * 2);
     if (any == 0 || table.ownCodePoints == 256) return;
     for (int i = 0; i < Blocks; ++i)
-        decodeAbove(table, bytes + i * kLanes, units + i * kLanes * 2, above[i]);
+        decodeAbove<kLanes>(table, bytes + i * kLanes, units + i * kLanes * 2, above[i]);
+}
+
+inline void decodeHalf(const OneByteTable& table, const char* bytes, char* units) {
+    decodeAbove<kLanes / 2>(table, bytes, units, widenHalf(bytes, units));
 }
 
 // Writes the byte of a unit, 0 when the encoding has none; false for 0.
@@ -129,17 +136,37 @@ bool encodeAt(const OneByteTable& table, const char* units, char* bytes, long i)
     return byte != 0;
 }
 
+template <std::uint16_t Last, int Lanes>
+inline unsigned int narrowBlock(const char* units, char* bytes) {
+    return Lanes == kLanes ? narrow<Last>(units, bytes) : narrowHalf<Last>(units, bytes);
+}
+
 // False, with nothing of use written, when the encoding may lack one of the units.
-bool encodeBlock(const OneByteTable& table, const char* units, char* bytes) {
-    if (table.ownCodePoints == 256) return narrow<0xFF>(units, bytes) == 0;
-    unsigned int above = narrow<0x7F>(units, bytes);
+template <int Lanes>
+inline bool encodeBlock(const OneByteTable& table, const char* units, char* bytes) {
+    if (table.ownCodePoints == 256) return narrowBlock<0xFF, Lanes>(units, bytes) == 0;
+    unsigned int above = narrowBlock<0x7F, Lanes>(units, bytes);
     if (above == 0) return true;
     bool complete = true;
     for (int i = 0; i < kUsualAbove; ++i, above &= above - 1)
-        complete &= encodeAt(table, units, bytes, lowestLane(above));
+        complete &= encodeAt(table, units, bytes, lowestLane<Lanes>(above));
     for (; above != 0; above &= above - 1)
         complete &= encodeAt(table, units, bytes, std::countr_zero(above));
     return complete;
+}
+
+// Goes on in whole blocks up to the last, some of which may give the same bytes once more. Returns the units
+// that are done, or as many as there are.
+template <int Lanes>
+inline long encodeBlocks(const OneByteTable& table, const char* units, long unitCount, char* bytes) {
+    long done = 0;
+    while (unitCount - done >= Lanes) {
+        if (!encodeBlock<Lanes>(table, units + done * 2, bytes + done)) return done;
+        done += Lanes;
+    }
+    if (done == 0 || done == unitCount) return done;
+    const long last = unitCount - Lanes;
+    return encodeBlock<Lanes>(table, units + last * 2, bytes + last) ? unitCount : last;
 }
 
 }  // namespace
@@ -158,9 +185,14 @@ long oneByteDecode(const OneByteTable& table, const char* bytes, long byteCount,
             if (widen(bytes + i, units + i * 2) != 0) return -1;
         }
     }
-    if (i < byteCount && i > 0 && table.defined == 256) {
-        // The last block, some of which gives the same units once more.
-        decodeBlocks<1>(table, bytes + (byteCount - kLanes), units + (byteCount - kLanes) * 2);
+    if (table.defined == 256 && i < byteCount && byteCount >= kLanes / 2) {
+        // The last block or the first and the last half of one, some of which gives the same units once more.
+        if (i > 0) {
+            decodeBlocks<1>(table, bytes + (byteCount - kLanes), units + (byteCount - kLanes) * 2);
+        } else {
+            decodeHalf(table, bytes, units);
+            decodeHalf(table, bytes + (byteCount - kLanes / 2), units + (byteCount - kLanes / 2) * 2);
+        }
         return byteCount;
     }
     for (; i < byteCount; ++i) {
@@ -174,18 +206,16 @@ StringServices::Encoded oneByteEncode(const OneByteTable& table, const char* uni
                                       char lossByte, char* target, long targetSize) {
     const long room = target == nullptr ? std::numeric_limits<long>::max() : targetSize;
     long in = 0;
-    long out = 0;
+    if (target != nullptr && unitCount <= room) {
+        in = unitCount < kLanes ? encodeBlocks<kLanes / 2>(table, units, unitCount, target)
+                                : encodeBlocks<kLanes>(table, units, unitCount, target);
+    }
+    long out = in;
     while (in < unitCount && out < room) {
         while (target != nullptr && unitCount - in >= kLanes && room - out >= kLanes &&
-               encodeBlock(table, units + in * 2, target + out)) {
+               encodeBlock<kLanes>(table, units + in * 2, target + out)) {
             in += kLanes;
             out += kLanes;
-        }
-        // The rest, with so much of what stands before it that it is a block, which gives the same bytes once
-        // more; unless a pair became one byte before.
-        if (target != nullptr && in == out && in >= kLanes && unitCount - in < kLanes && unitCount <= room) {
-            in = out = unitCount - kLanes;
-            if (encodeBlock(table, units + in * 2, target + out)) return {unitCount, unitCount};
         }
         for (long i = 0; i < kLanes && in < unitCount && out < room; ++i) {
             const std::uint16_t unit = unitAt(units, in);

@@ -62,15 +62,17 @@ inline long sumOfBytes(__m128i lanes) {
 /// Units of at most kMostMeasured bytes of UTF-8 that are well-formed; otherwise no fewer than can be decoded
 /// before the fault.
 inline long utf8Units(const char* bytes, long count) {
-    __m128i continuing = _mm_setzero_si128();
-    __m128i pairs = _mm_setzero_si128();
+    // Lane by lane, beginning in the middle, since there may be more pairs than continuing bytes in a lane.
+    constexpr int kMiddle = 0x40;
+    __m128i saved = _mm_set1_epi8(kMiddle);
     forEachBlock(bytes, count, [&](__m128i block) {
         // A lane that is found is -1.
         const __m128i four = _mm_set1_epi8(static_cast<char>(0xF0));
-        continuing = _mm_sub_epi8(continuing, _mm_cmplt_epi8(block, _mm_set1_epi8(-64)));
-        pairs = _mm_sub_epi8(pairs, _mm_cmpeq_epi8(_mm_max_epu8(block, four), block));
+        const __m128i continuing = _mm_cmplt_epi8(block, _mm_set1_epi8(-64));
+        const __m128i pairs = _mm_cmpeq_epi8(_mm_max_epu8(block, four), block);
+        saved = _mm_add_epi8(_mm_sub_epi8(saved, continuing), pairs);
     });
-    return count - sumOfBytes(continuing) + sumOfBytes(pairs);
+    return count - (sumOfBytes(saved) - kMiddle * kLanes);
 }
 
 /// Bytes that at most kMostMeasured units take in UTF-8; -1 when there are surrogates among them.
@@ -102,6 +104,13 @@ inline unsigned int widen(const char* bytes, char* units) {
     return static_cast<unsigned int>(_mm_movemask_epi8(block));
 }
 
+/// The same for eight bytes.
+inline unsigned int widenHalf(const char* bytes, char* units) {
+    const __m128i block = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(units), _mm_unpacklo_epi8(block, _mm_setzero_si128()));
+    return static_cast<unsigned int>(_mm_movemask_epi8(block)) & 0xFF;
+}
+
 /// Writes the lower bytes of sixteen units. Returns the mask of the units above `Last`, which is 7F or FF.
 template <std::uint16_t Last>
 inline unsigned int narrow(const char* units, char* bytes) {
@@ -116,6 +125,18 @@ inline unsigned int narrow(const char* units, char* bytes) {
     const __m128i within = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_and_si128(first, upper), zero),
                                            _mm_cmpeq_epi16(_mm_and_si128(second, upper), zero));
     return ~static_cast<unsigned int>(_mm_movemask_epi8(within)) & 0xFFFF;
+}
+
+/// The same for eight units.
+template <std::uint16_t Last>
+inline unsigned int narrowHalf(const char* units, char* bytes) {
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i lower = _mm_and_si128(block, _mm_set1_epi16(0xFF));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(lower, lower));
+    const __m128i upper = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(~Last)));
+    const __m128i within = _mm_packs_epi16(_mm_cmpeq_epi16(upper, zero), zero);
+    return ~static_cast<unsigned int>(_mm_movemask_epi8(within)) & 0xFF;
 }
 
 /// Writes eight units that take three bytes each in UTF-8; false, with nothing written, when one of them
@@ -171,9 +192,10 @@ inline bool encodeThreeByteBlock(const char*, char*) {
     return false;
 }
 
-inline unsigned int widen(const char* bytes, char* units) {
+template <int Lanes>
+inline unsigned int widenLanes(const char* bytes, char* units) {
     unsigned int above = 0;
-    for (int i = 0; i < kLanes; ++i) {
+    for (int i = 0; i < Lanes; ++i) {
         const std::uint16_t unit = static_cast<unsigned char>(bytes[i]);
         std::memcpy(units + i * 2, &unit, sizeof unit);
         above |= static_cast<unsigned int>(unit >> 7) << i;
@@ -181,16 +203,34 @@ inline unsigned int widen(const char* bytes, char* units) {
     return above;
 }
 
-template <std::uint16_t Last>
-inline unsigned int narrow(const char* units, char* bytes) {
+inline unsigned int widen(const char* bytes, char* units) {
+    return widenLanes<kLanes>(bytes, units);
+}
+
+inline unsigned int widenHalf(const char* bytes, char* units) {
+    return widenLanes<kLanes / 2>(bytes, units);
+}
+
+template <std::uint16_t Last, int Lanes>
+inline unsigned int narrowLanes(const char* units, char* bytes) {
     unsigned int above = 0;
-    for (int i = 0; i < kLanes; ++i) {
+    for (int i = 0; i < Lanes; ++i) {
         std::uint16_t unit;
         std::memcpy(&unit, units + i * 2, sizeof unit);
         bytes[i] = static_cast<char>(unit);
         above |= static_cast<unsigned int>(unit > Last) << i;
     }
     return above;
+}
+
+template <std::uint16_t Last>
+inline unsigned int narrow(const char* units, char* bytes) {
+    return narrowLanes<Last, kLanes>(units, bytes);
+}
+
+template <std::uint16_t Last>
+inline unsigned int narrowHalf(const char* units, char* bytes) {
+    return narrowLanes<Last, kLanes / 2>(units, bytes);
 }
 
 #endif
