@@ -14,26 +14,32 @@ inline std::uint32_t fourBytesAt(const char* p) {
     return bytes;
 }
 
+// The last bytes of a text, three at most, with zero bytes behind them.
+inline std::uint32_t lastBytes(const char* begin, const char* p, const char* end) {
+    if (p == end || end - begin < 4) return static_cast<std::uint32_t>(fewBytesAt(p, end - p));
+    return fourBytesAt(end - 4) >> (4 - (end - p)) * 8;
+}
+
 // Decodes the sequence whose first bytes are these, the first in the lowest place, and moves both places
 // behind it; false when it is malformed. The order is that of how often they come.
 inline bool decodeSequence(std::uint32_t bytes, const char*& p, char*& out) {
-    const std::uint32_t second = bytes >> 8 & 0x3F;
-    const std::uint32_t third = bytes >> 16 & 0x3F;
     if ((bytes & 0x00C0C0F0) == 0x008080E0) {
-        const std::uint32_t c = (bytes & 0x0F) << 12 | second << 6 | third;
-        setUnit(out, 0, c);
+        setUnit(out, 0, (bytes & 0x0F) << 12 | (bytes & 0x3F00) >> 2 | (bytes >> 16 & 0x3F));
         p += 3;
         out += 2;
-        return c >= 0x800 && !isSurrogate(c);
+        // Overlong is E0 with a second byte below A0, a surrogate ED with another.
+        const std::uint32_t kind = bytes & 0x200F;
+        return kind != 0 && kind != 0x200D;
     }
     if ((bytes & 0x0000C0E0) == 0x000080C0) {
-        setUnit(out, 0, (bytes & 0x1F) << 6 | second);
+        setUnit(out, 0, (bytes & 0x1F) << 6 | (bytes >> 8 & 0x3F));
         p += 2;
         out += 2;
         return (bytes & 0x1E) != 0;
     }
     if ((bytes & 0xC0C0C0F8) == 0x808080F0) {
-        const std::uint32_t c = (bytes & 0x07) << 18 | second << 12 | third << 6 | (bytes >> 24 & 0x3F);
+        const std::uint32_t c =
+            (bytes & 0x07) << 18 | (bytes & 0x3F00) << 4 | (bytes >> 10 & 0xFC0) | (bytes >> 24 & 0x3F);
         setUnit(out, 0, 0xD7C0 + (c >> 10));
         setUnit(out, 1, 0xDC00 | (c & 0x3FF));
         p += 4;
@@ -85,7 +91,7 @@ long utf8Decode(const char* bytes, long byteCount, char* units, long room) {
     while (end - p >= 4) {
         if (!decodeCharacter(fourBytesAt(p), p, out)) return -1;
     }
-    for (auto rest = static_cast<std::uint32_t>(fewBytesAt(p, end - p)); p < end;) {
+    for (std::uint32_t rest = lastBytes(bytes, p, end); p < end;) {
         const char* const before = p;
         if (!decodeCharacter(rest, p, out)) return -1;
         rest >>= (p - before) * 8;

@@ -87,6 +87,16 @@ bool narrowLast(const char* units, long unitCount, char* target) {
     return narrow<0x7F>(units + (unitCount - kLanes) * 2, target + (unitCount - kLanes)) == 0;
 }
 
+// Goes on as long as so many units of three bytes each come.
+template <int Units>
+inline void encodeThreeByteBlocks(const char* units, long unitCount, char* target, Place& at) {
+    while (unitCount - at.in >= Units && unitAt(units, at.in) > 0x7FF &&
+           encodeThreeByteBlock<Units>(units + at.in * 2, target + at.out)) {
+        at.in += Units;
+        at.out += Units * 3;
+    }
+}
+
 // With the room that utf8MostBytes tells.
 Place encodeWithRoom(const char* units, long unitCount, char lossByte, char* target) {
     Place at{0, 0};
@@ -102,11 +112,8 @@ Place encodeWithRoom(const char* units, long unitCount, char lossByte, char* tar
             // All was ASCII, of which a part was written once more.
             return {unitCount, unitCount};
         }
-        while (unitCount - at.in >= 8 && unitAt(units, at.in) > 0x7FF &&
-               encodeThreeByteBlock(units + at.in * 2, target + at.out)) {
-            at.in += 8;
-            at.out += 24;
-        }
+        encodeThreeByteBlocks<8>(units, unitCount, target, at);
+        if (!hasBlock) encodeThreeByteBlocks<4>(units, unitCount, target, at);
         at = hasBlock ? encodeUnits<true>(units, std::min(unitCount, at.in + 8), target, at)
                       : encodeUnits<false>(units, unitCount, target, at);
         Character c;

@@ -17,9 +17,6 @@ constexpr long kLanes = 16;
 /// Bytes or units that are measured at once.
 constexpr long kMostMeasured = 512;
 
-/// Bytes that encodeThreeByteBlock may write, of which the first 24 count.
-constexpr long kThreeByteRoom = 26;
-
 /// Less than eight bytes, the first in the lowest place, and zeros.
 inline std::uint64_t fewBytesAt(const char* bytes, long count) {
     if (count >= 4) {
@@ -139,14 +136,17 @@ inline unsigned int narrowHalf(const char* units, char* bytes) {
     return ~static_cast<unsigned int>(_mm_movemask_epi8(within)) & 0xFF;
 }
 
-/// Writes eight units that take three bytes each in UTF-8; false, with nothing written, when one of them
-/// takes another number or is a surrogate.
+/// Writes eight or four units that take three bytes each in UTF-8, and two bytes behind them; false, with
+/// nothing written, when one of them takes another number or is a surrogate.
+template <int Units>
 inline bool encodeThreeByteBlock(const char* units, char* bytes) {
-    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
+    static_assert(Units == 8 || Units == 4);
+    const auto* const from = reinterpret_cast<const __m128i*>(units);
+    const __m128i block = Units == 8 ? _mm_loadu_si128(from) : _mm_loadl_epi64(from);
     const __m128i upper = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xF800)));
     const __m128i other = _mm_or_si128(_mm_cmpeq_epi16(upper, _mm_setzero_si128()),
                                        _mm_cmpeq_epi16(upper, _mm_set1_epi16(static_cast<short>(0xD800))));
-    if (_mm_movemask_epi8(other) != 0) return false;
+    if ((_mm_movemask_epi8(other) & ((1 << Units * 2) - 1)) != 0) return false;
     const __m128i six = _mm_set1_epi16(0x3F);
     const __m128i first = _mm_srli_epi16(block, 12);
     const __m128i second = _mm_slli_epi16(_mm_and_si128(_mm_srli_epi16(block, 6), six), 8);
@@ -155,7 +155,6 @@ inline bool encodeThreeByteBlock(const char* units, char* bytes) {
     const __m128i third = _mm_or_si128(_mm_and_si128(block, six), _mm_set1_epi16(0x80));
     // Four bytes for each unit, of which the last is empty and overwritten by the next unit's first.
     const __m128i lower = _mm_unpacklo_epi16(firstTwo, third);
-    const __m128i higher = _mm_unpackhi_epi16(firstTwo, third);
     const auto store = [](char* to, __m128i twoUnits) {
         const auto pair = static_cast<std::uint64_t>(_mm_cvtsi128_si64(twoUnits));
         const std::uint64_t packed = (pair & 0xFFFFFF) | (pair >> 8 & 0xFFFFFF000000);
@@ -163,6 +162,8 @@ inline bool encodeThreeByteBlock(const char* units, char* bytes) {
     };
     store(bytes, lower);
     store(bytes + 6, _mm_unpackhi_epi64(lower, lower));
+    if (Units == 4) return true;
+    const __m128i higher = _mm_unpackhi_epi16(firstTwo, third);
     store(bytes + 12, higher);
     store(bytes + 18, _mm_unpackhi_epi64(higher, higher));
     return true;
@@ -188,6 +189,7 @@ inline long utf8Bytes(const char* units, long count) {
     return bytes;
 }
 
+template <int Units>
 inline bool encodeThreeByteBlock(const char*, char*) {
     return false;
 }
