@@ -9,8 +9,6 @@ namespace {
 using support::LibraryHost;
 using support::text;
 using support::utf8;
-using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -22,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(KWLibPart, ASearchHandsOutTheLocationOfWhatItFinds) {
+TEST_F(KWLibPart, ASearchHandsOutTheLocationOfWhatItFindsOrTellsWhatIsWrong) {
     API_LibPart part;
     ASSERT_EQ(KW_LibPart::Search(text("Chair"), APILib_Door, part), kNoError);
     EXPECT_EQ(part.index, 7);
@@ -30,13 +28,12 @@ TEST_F(KWLibPart, ASearchHandsOutTheLocationOfWhatItFinds) {
     EXPECT_EQ(utf8(KW_Location(*part.location)), "/Lib/Chair.gsm");
     delete part.location;
     EXPECT_THAT(host.calls, ElementsAre("LibPart_Search false false"));
-}
 
-TEST_F(KWLibPart, ASearchTellsWhatIsNotThereFromWhatHasNoDefinition) {
-    API_LibPart part;
     EXPECT_EQ(KW_LibPart::Search(text("Lost"), APILib_Door, part), kAPIErrMissingDefinition);
     EXPECT_EQ(part.location, nullptr);
+    EXPECT_EQ(KW_LibPart::Index(text("Lost"), APILib_Door), -1);
     EXPECT_EQ(KW_LibPart::Search(text("Chair.gsm"), APILib_Door, part), kAPIErrNoSuchPart);
+    EXPECT_EQ(KW_LibPart::Index(text("Chair.gsm"), APILib_Door), 7);
     searchAnswer = -123;
     EXPECT_EQ(KW_LibPart::Search(text("Chair"), APILib_Door, part), -123);
 }
@@ -53,11 +50,8 @@ TEST_F(KWLibPart, ANameThatNoPartCanHaveIsNotSearchedFor) {
 
 TEST_F(KWLibPart, ANameEndsBeforeItsLastDot) {
     const std::pair<KW_String, std::string> cases[] = {
-        {text("Chair"), "Chair"},
         {text("Chair.gsm"), "Chair"},
         {text("Chair."), "Chair"},
-        {text("Chair.v2.gsm"), "Chair.v2"},
-        {text("a/b.gsm"), "a/b"},
         {text(".gsm"), ""},
         {text(""), ""},
         {KW_String(), ""},
@@ -72,13 +66,11 @@ TEST_F(KWLibPart, ANameEndsBeforeItsLastDot) {
 
 TEST_F(KWLibPart, AFileIsLookedUpByItsNameWithoutFolderAndExtension) {
     const std::pair<const char*, std::string> cases[] = {
-        {"/Lib/Chair.gsm", "Chair"},
         {"/Lib/Chair", "Chair"},
         {"Chair.gsm", "Chair"},
         {"Chair", "Chair"},
-        {"/a.b/Chair.v2.gsm", "Chair.v2"},
         {"/a.b/Chair", ""},
-        {"/Lib/.gsm", ""},
+        {"/a.b/Chair.v2.gsm", "Chair.v2"},
         {"", ""},
     };
     for (const auto& [path, expected] : cases) {
@@ -89,12 +81,6 @@ TEST_F(KWLibPart, AFileIsLookedUpByItsNameWithoutFolderAndExtension) {
     KW_Location found;
     EXPECT_TRUE(KW_LibPart::Location(KW_Location(), APILib_Door, found)) << "no location: the empty name";
     EXPECT_EQ(searched.back(), "");
-}
-
-TEST_F(KWLibPart, AnIndexIsThatOfAPartWithADefinition) {
-    EXPECT_EQ(KW_LibPart::Index(text("Chair.gsm"), APILib_Door), 7);
-    EXPECT_EQ(KW_LibPart::Index(text("Lost"), APILib_Door), -1);
-    EXPECT_EQ(KW_LibPart::Index(text("Table"), APILib_Door), -1);
 }
 
 TEST_F(KWLibPart, ALocationIsTheOneThatTheHostHolds) {

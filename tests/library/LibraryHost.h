@@ -1,10 +1,10 @@
 #pragma once
 
 #include "files/KW_Location.h"
-#include "foundation/KW_String.h"
 #include "language/KW_Language.h"
 #include "platform/LibraryPart.h"
 #include "tests/support/RecordingHost.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -14,14 +14,6 @@
 #include <vector>
 
 namespace support {
-
-inline KW_String text(const std::string& utf8) {
-    return KW_String(utf8.c_str(), KW_String::Encoding_UTF8);
-}
-
-inline std::string utf8(const KW_String& string) {
-    return string.data == nullptr ? "null" : string.ToCStr(KW_String::Encoding_UTF8).data;
-}
 
 /// A host with libraries. Every location that it hands out is the caller's to release: the leak check at the
 /// end of the program counts.
