@@ -3,22 +3,11 @@
 #include "language/KW_Language.h"
 #include "settings/AddonIdentity.h"
 #include "settings/KW_AddonSettings.h"
+#include "tests/support/SettingsBytes.h"
 
 #include <cstdlib>
 
 const bool kSharesLanguage = !sett_ADDON_HAS_OWN_LANGUAGE;
-
-namespace {
-
-std::string halvesExchanged(std::string bytes) {
-    for (char& byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        byte = static_cast<char>(static_cast<unsigned char>(value << 4 | value >> 4));
-    }
-    return bytes;
-}
-
-}  // namespace
 
 LanguageFixture::LanguageFixture() {
     setenv("TESSARO_DATA_DIR", folder_.path().c_str(), 1);
@@ -35,11 +24,11 @@ const char* LanguageFixture::languageFile() {
 }
 
 void LanguageFixture::writeSettings(const std::string& file, const std::string& entries) const {
-    folder_.write(file, halvesExchanged(entries));
+    folder_.write(file, exchanged(entries));
 }
 
 std::string LanguageFixture::settings(const std::string& file) const {
-    return folder_.has(file) ? halvesExchanged(folder_.read(file)) : "(no file)";
+    return folder_.has(file) ? exchanged(folder_.read(file)) : "(no file)";
 }
 
 void LanguageFixture::reloadSettings() {

