@@ -1,6 +1,5 @@
 #include "platform/DialogManager.h"
 
-#include "platform/CallTrace.h"
 #include "platform/ImageCleanup.h"
 #include "tests/support/ScriptedPresenter.h"
 
@@ -19,7 +18,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr short kDialog = 32700;
-constexpr short kBareDialog = 32701;  ///< without items 1 and 2
 
 struct Message {
     short message;
@@ -60,12 +58,9 @@ protected:
         layout_.items = {item(1, DialogItemKind::Button), item(2, DialogItemKind::Button),
                          item(3, DialogItemKind::List), item(4, DialogItemKind::Text),
                          item(5, DialogItemKind::Button)};
-        bare_.resID = kBareDialog;
-        bare_.items = {item(7, DialogItemKind::Text)};
         control().setLayouts(platform::DialogLayouts{
             [this](RSResModule, short resID) -> const platform::DialogResource* {
-                if (resID == kDialog) return &layout_;
-                return resID == kBareDialog ? &bare_ : nullptr;
+                return resID == kDialog ? &layout_ : nullptr;
             },
             [](RSResModule, short, short number) { return "resource " + std::to_string(number); }});
     }
@@ -94,48 +89,27 @@ protected:
         for (int row = 0; row < rows; ++row)
             DGListInsertItem(dialogID, 3, DG_LIST_BOTTOM);
     }
-    /// Lets dialogs start with three rows of which the second is selected.
-    static void fillListAtInit() {
-        sAnswer = [](const Message& received) -> short {
-            if (received.message == DG_MSG_INIT) {
-                fillList(received.dialog, 3);
-                DGListSelectItem(received.dialog, 3, 2);
-            }
-            return received.message == DG_MSG_CLICK || received.message == DG_MSG_CLOSE ? received.item
-                                                                                        : short{0};
-        };
-    }
 
     platform::DialogResource layout_;
-    platform::DialogResource bare_;
 };
 
-TEST_F(DialogManagerTest, AModalDialogGoesFromInitToCloseAndReturnsWhatTheCallbackAnsweredToClose) {
+TEST_F(DialogManagerTest, AModalDialogReturnsWhatItsCallbackAnswersToTheCloseThatItsAnswerToAClickAskedFor) {
     ScriptedPresenter user;
     user.then(UserAction::click(kDialog, 5)).then(UserAction::click(0, 1));
     sAnswer = [](const Message& received) -> short {
         if (received.message == DG_MSG_CLOSE) return 77;
-        return received.message == DG_MSG_CLICK && received.item == 1 ? short{1} : short{0};
+        return received.message == DG_MSG_CLICK && received.item == 1 ? short{9} : short{0};
     };
     EXPECT_EQ(runModal(), 77);
     EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, kDialog, 0}, Message{DG_MSG_CLICK, kDialog, 5},
-                                       Message{DG_MSG_CLICK, kDialog, 1}, Message{DG_MSG_CLOSE, kDialog, 1}));
-    EXPECT_THAT(user.log, ElementsAre("shown 32700", "closed 32700 by 1"));
+                                       Message{DG_MSG_CLICK, kDialog, 1}, Message{DG_MSG_CLOSE, kDialog, 9}));
+    EXPECT_THAT(user.log, ElementsAre("shown 32700", "closed 32700 by 9"));
     EXPECT_EQ(control().find(kDialog), nullptr);
 }
 
-TEST_F(DialogManagerTest, ACallbackMayCloseADialogByAnotherItemThanTheOneClicked) {
-    ScriptedPresenter user;
-    user.then(UserAction::click(kDialog, 5));
-    sAnswer = [](const Message& received) -> short {
-        return received.message == DG_MSG_CLICK ? short{9} : received.item;
-    };
-    EXPECT_EQ(runModal(), 9);
-    EXPECT_EQ(sMessages.back(), (Message{DG_MSG_CLOSE, kDialog, 9}));
-}
-
 TEST_F(DialogManagerTest, NoDialogOpensWithoutALayoutACallbackAPresenterOrUnderAnIDInUse) {
-    EXPECT_EQ(runModal(), 0);
+    EXPECT_EQ(runModal(), 0) << "nobody looks";
+    EXPECT_EQ(DGAlert(-1, uni(""), uni(""), uni(""), uni("OK")), 1);
     ScriptedPresenter user;
     EXPECT_EQ(runModal(123), 0);
     EXPECT_EQ(DGModalDialog(1, kDialog, 1, nullptr, 0), 0);
@@ -147,71 +121,73 @@ TEST_F(DialogManagerTest, NoDialogOpensWithoutALayoutACallbackAPresenterOrUnderA
     EXPECT_EQ(sMessages.size(), 3U);
 }
 
-TEST_F(DialogManagerTest, TheCloseBoxOfAModalDialogClicksItsCancelItemEvenWhenItIsHidden) {
-    ScriptedPresenter user;
-    user.thenLook([] { DGHideItem(kDialog, 2); }).then(UserAction::close());
-    EXPECT_EQ(runModal(), 2);
-    EXPECT_EQ(sMessages[1], (Message{DG_MSG_CLICK, kDialog, 2}));
-}
-
-TEST_F(DialogManagerTest, TheCloseBoxClicksItemOneWhenThereIsNoItemTwo) {
-    ScriptedPresenter user;
-    std::erase_if(layout_.items, [](const auto& each) { return each.number == 2; });
-    user.then(UserAction::close(kDialog));
-    EXPECT_EQ(runModal(), 1);
-}
-
-TEST_F(DialogManagerTest, ADialogWithoutOKAndCancelStillCloses) {
-    ScriptedPresenter user;
-    user.then(UserAction::close());
-    EXPECT_EQ(runModal(kBareDialog), 2);
-    EXPECT_THAT(sMessages,
-                ElementsAre(Message{DG_MSG_INIT, kBareDialog, 0}, Message{DG_MSG_CLOSE, kBareDialog, 2}));
-}
-
-TEST_F(DialogManagerTest, AnAbandonedDialogClosesWhateverItsCallbackAnswers) {
-    ScriptedPresenter user;
-    user.then(UserAction::abandon());
-    sAnswer = [](const Message&) -> short { return 0; };
-    EXPECT_EQ(runModal(), 0);
-    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, kDialog, 0}, Message{DG_MSG_CLICK, kDialog, 2},
-                                       Message{DG_MSG_CLOSE, kDialog, 2}));
+TEST_F(DialogManagerTest, TheCloseBoxClicksTheCancelItemOrElseTheOkItemAndAbandoningClosesInAnyCase) {
+    const struct {
+        std::vector<short> items;
+        UserAction action;
+        bool callbackCloses;
+        short clicked;  // 0 for no click
+        short closedBy;
+    } cases[] = {
+        {{1, 2}, UserAction::close(), true, 2, 2},    {{1}, UserAction::close(kDialog), true, 1, 1},
+        {{7}, UserAction::close(), true, 0, 2},       {{1, 2}, UserAction::abandon(), true, 2, 2},
+        {{1, 2}, UserAction::abandon(), false, 2, 2}, {{7}, UserAction::abandon(), false, 0, 2},
+    };
+    for (const auto& each : cases) {
+        ScriptedPresenter user;
+        layout_.items.clear();
+        for (const short number : each.items)
+            layout_.items.push_back(item(number, DialogItemKind::Button));
+        user.thenLook([] { DGHideItem(kDialog, 2); }).then(each.action);  // also when it is hidden
+        sAnswer = [&each](const Message& received) { return each.callbackCloses ? received.item : short{0}; };
+        sMessages.clear();
+        EXPECT_EQ(runModal(), each.callbackCloses ? each.closedBy : 0);
+        std::vector<Message> expected = {{DG_MSG_INIT, kDialog, 0}};
+        if (each.clicked != 0) expected.push_back({DG_MSG_CLICK, kDialog, each.clicked});
+        expected.push_back({DG_MSG_CLOSE, kDialog, each.closedBy});
+        EXPECT_EQ(sMessages, expected);
+    }
 }
 
 TEST_F(DialogManagerTest, ActionsThatAreNotPossibleAreRefusedWithOneLineAndReachNoCallback) {
+    const std::pair<UserAction, const char*> cases[] = {
+        {UserAction::click(kDialog, 9), "dialog 32700 has no item 9"},
+        {UserAction::click(kDialog, 5), "dialog 32700: item 5 is hidden"},
+        {UserAction::click(kDialog, 1), "dialog 32700: item 1 is disabled"},
+        {UserAction::close(), "dialog 32700: item 2 is disabled"},
+        {UserAction::click(kDialog, 4), "dialog 32700: item 4 is not a button"},
+        {UserAction::selectRow(0, 1, 1), "dialog 32700: item 1 is not a list"},
+        {UserAction::selectRow(0, 3, 1), "dialog 32700: list 3 has no row 1"},
+        {UserAction::selectRow(0, 3, 0), "dialog 32700: list 3 has no row 0"},
+        {UserAction::click(8, 1), "dialog 8 is not open"},
+        {UserAction::answer(1), "no alert is open"},
+        {UserAction::chooseFile("/a"), "no file chooser is open"},
+    };
     ScriptedPresenter user;
     user.thenLook([] {
         DGHideItem(kDialog, 5);
         DGDisableItem(kDialog, 1);
+        DGDisableItem(kDialog, 2);
         sMessages.clear();
     });
-    user.then(UserAction::click(kDialog, 9))
-        .then(UserAction::click(kDialog, 5))
-        .then(UserAction::click(kDialog, 1));
-    user.then(UserAction::click(kDialog, 4))
-        .then(UserAction::click(kDialog, 3))
-        .then(UserAction::selectRow(0, 1, 1));
-    user.then(UserAction::selectRow(0, 3, 1))
-        .then(UserAction::selectRow(0, 3, 0))
-        .then(UserAction::click(8, 1));
-    user.then(UserAction::answer(1)).then(UserAction::chooseFile("/a"));
-    user.thenLook([] { EXPECT_THAT(sMessages, IsEmpty()); }).then(UserAction::close());
+    for (const auto& [action, refusal] : cases) {
+        user.then(action).thenLook(
+            [&user, refusal = std::string("refused: ") + refusal] { EXPECT_EQ(user.log.back(), refusal); });
+    }
+    user.thenLook([] { EXPECT_THAT(sMessages, IsEmpty()); }).then(UserAction::abandon());
     runModal();
-    const std::vector<std::string> refusals(user.log.begin() + 1, user.log.end() - 1);
-    EXPECT_THAT(refusals,
-                ElementsAre("refused: dialog 32700 has no item 9", "refused: dialog 32700: item 5 is hidden",
-                            "refused: dialog 32700: item 1 is disabled",
-                            "refused: dialog 32700: item 4 is not a button",
-                            "refused: dialog 32700: item 3 is not a button",
-                            "refused: dialog 32700: item 1 is not a list",
-                            "refused: dialog 32700: list 3 has no row 1",
-                            "refused: dialog 32700: list 3 has no row 0", "refused: dialog 8 is not open",
-                            "refused: no alert is open", "refused: no file chooser is open"));
+    EXPECT_EQ(user.log.size(), std::size(cases) + 2) << "shown, a line each, closed";
 }
 
 TEST_F(DialogManagerTest, SelectingARowSendsAChangeOnlyWhenTheSelectionDiffers) {
     ScriptedPresenter user;
-    fillListAtInit();
+    sAnswer = [](const Message& received) -> short {
+        if (received.message == DG_MSG_INIT) {
+            fillList(received.dialog, 3);
+            DGListSelectItem(received.dialog, 3, 2);
+        }
+        return received.message == DG_MSG_CHANGE ? short{0} : received.item;
+    };
     user.then(UserAction::selectRow(0, 3, 2)).then(UserAction::selectRow(0, 3, 3));
     user.thenLook([] {
         EXPECT_EQ(DGListGetSelected(kDialog, 3, 1), 3);
@@ -245,96 +221,45 @@ TEST_F(DialogManagerTest, ModelessDialogsHaveNumbersOfTheirOwnAndAreInvisibleUnt
                             "shown " + std::to_string(first), "closed " + std::to_string(first) + " by 0"));
 }
 
-TEST_F(DialogManagerTest, AModelessDialogMayCloseItselfInItsCallbackAndIsToldOnce) {
+TEST_F(DialogManagerTest, AModelessDialogIsToldOnceThatItClosesHoweverItDoes) {
     ScriptedPresenter user;
+    const short closedByHost = openModeless();
+    control().perform(UserAction::close(closedByHost));
+    EXPECT_THAT(sMessages,
+                ElementsAre(Message{DG_MSG_INIT, closedByHost, 0}, Message{DG_MSG_CLOSE, closedByHost, 0}));
+
     const short id = openModeless();
+    sMessages.clear();
     sAnswer = [](const Message& received) -> short {
         DGModelessClose(received.dialog);
         return received.item;
     };
     control().perform(UserAction::click(id, 5));
-    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, id, 0}, Message{DG_MSG_CLICK, id, 5},
-                                       Message{DG_MSG_CLOSE, id, 0}));
-    EXPECT_EQ(control().find(id), nullptr);
-}
-
-TEST_F(DialogManagerTest, AModelessDialogClosedWhileItIsInitialisedDidNotOpen) {
-    sAnswer = [](const Message& received) -> short {
-        if (received.message == DG_MSG_INIT) DGModelessClose(received.dialog);
-        return 0;
-    };
-    EXPECT_EQ(openModeless(false), 0);
+    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_CLICK, id, 5}, Message{DG_MSG_CLOSE, id, 0}));
+    EXPECT_EQ(openModeless(false), 0) << "closed while it was initialised";
     EXPECT_THAT(control().openDialogs(), IsEmpty());
-}
-
-TEST_F(DialogManagerTest, TheHostsCloseRequestOnAModelessDialogClosesItWithoutAClick) {
-    ScriptedPresenter user;
-    const short id = openModeless();
-    control().perform(UserAction::close(id));
-    EXPECT_THAT(sMessages, ElementsAre(Message{DG_MSG_INIT, id, 0}, Message{DG_MSG_CLOSE, id, 0}));
-}
-
-TEST_F(DialogManagerTest, AModelessDialogWaitsWhileAModalOneIsOpen) {
-    ScriptedPresenter user;
-    const short id = openModeless();
-    user.then(UserAction::click(id, 5)).then(UserAction::click(0, 1));
-    EXPECT_EQ(runModal(), 1);
-    EXPECT_THAT(user.log, testing::Contains("refused: dialog " + std::to_string(id) +
-                                            " waits until dialog 32700 is closed"));
-    control().perform(UserAction::click(0, 5));
-    EXPECT_EQ(sMessages.back(), (Message{DG_MSG_CLICK, id, 5}));
 }
 
 TEST_F(DialogManagerTest, AnAlertInACallbackLetsNothingElseBeUsedUntilItIsAnswered) {
     ScriptedPresenter user;
-    short answered = 0;
-    sAnswer = [&answered](const Message& received) -> short {
+    std::vector<short> answers;
+    sAnswer = [&answers](const Message& received) -> short {
         if (received.message == DG_MSG_CLICK && received.item == 5) {
-            answered = DGAlert(-1, uni(""), uni("Save?"), uni(""), uni("Yes"), uni("No"), uni(""));
+            answers.push_back(DGAlert(-1, uni(""), uni("Save?"), uni(""), uni("Yes"), uni("No"), uni("")));
+            answers.push_back(DGAlert(-1, uni(""), uni(""), uni(""), uni("OK")));
         }
         return received.message == DG_MSG_CLICK && received.item == 1 ? short{1} : short{0};
     };
     user.then(UserAction::click(0, 5)).then(UserAction::click(0, 1)).then(UserAction::answer(3));
-    user.then(UserAction::answer(2)).then(UserAction::click(0, 1));
+    user.then(UserAction::answer(1)).then(UserAction::close());
+    user.then(UserAction::click(0, 5)).then(UserAction::close()).then(UserAction::abandon());
+    user.then(UserAction::click(0, 1));
     runModal();
-    EXPECT_EQ(answered, 2);
-    EXPECT_THAT(
-        user.log,
-        ElementsAre("shown 32700", "alert -1 [|Save?|] [Yes|No|]", "refused: an alert waits for its answer",
-                    "refused: the alert has no button 3", "alert answered 2", "closed 32700 by 1"));
-}
-
-TEST_F(DialogManagerTest, AClosedAlertAnswersTheCancelButtonOrTheOnlyOne) {
-    const GS::UniString none;
-    EXPECT_EQ(DGAlert(-1, none, none, none, uni("OK")), 1);  // nobody looks
-    ScriptedPresenter user;
-    user.then(UserAction::close()).then(UserAction::abandon());
-    EXPECT_EQ(DGAlert(-1, none, none, none, uni("OK")), 1);
-    EXPECT_EQ(DGAlert(-1, none, none, none, uni("Save"), uni("Cancel"), uni("Discard")), 2);
-}
-
-TEST_F(DialogManagerTest, AFileChooserHandsOverThePathOrNothing) {
-    platform::FileChooserState chooser;
-    chooser.kind = platform::FileChooserState::Kind::SaveFile;
-    chooser.title = "Save";
-    chooser.name = "a.txt";
-    chooser.filters = {{"Text", "txt"}, {"All", ""}};
-    EXPECT_FALSE(control().runFileChooser(chooser));
-    ScriptedPresenter user;
-    user.then(UserAction::click(0, 1))
-        .then(UserAction::chooseFile(""))
-        .then(UserAction::chooseFile("/tmp/a.txt", 2));
-    user.then(UserAction::chooseFile("/tmp/a.txt", 1));
-    const auto chosen = control().runFileChooser(chooser);
-    ASSERT_TRUE(chosen);
-    EXPECT_EQ(chosen->path, "/tmp/a.txt");
-    EXPECT_EQ(chosen->filter, 1);
-    user.then(UserAction::close());
-    EXPECT_FALSE(control().runFileChooser(chooser));
-    EXPECT_THAT(user.log,
-                ElementsAre("chooser save [Save] [] [a.txt]", "refused: a file chooser waits for a choice",
-                            "refused: the path is empty", "refused: the chooser has no filter 3",
-                            "chooser closed", "chooser save [Save] [] [a.txt]", "chooser closed"));
+    EXPECT_THAT(answers, ElementsAre(1, 1, 2, 1)) << "closing answers the cancel button or the only one";
+    const std::vector<std::string> begin(user.log.begin(), user.log.begin() + 5);
+    EXPECT_THAT(begin, ElementsAre("shown 32700", "alert -1 [|Save?|] [Yes|No|]",
+                                   "refused: an alert waits for its answer",
+                                   "refused: the alert has no button 3", "alert answered 1"));
 }
 
 TEST_F(DialogManagerTest, TextsThatTheAddOnLeavesAloneComeFromItsResources) {
@@ -477,35 +402,6 @@ TEST_F(DialogManagerTest, BeforeAnImageGoesAwayItsModelessDialogsAreClosed) {
     platform::endCallsIntoImage(platform::imageOf(&noteMessage));
     EXPECT_EQ(control().find(id), nullptr);
     EXPECT_EQ(sMessages.back(), (Message{DG_MSG_CLOSE, id, 0}));
-}
-
-class CallLog : public platform::CallObserver {
-public:
-    CallLog() { platform::setCallObserver(this); }
-    ~CallLog() override { platform::setCallObserver(nullptr); }
-    void callEntered(const platform::TracedCall& call) override {
-        lines.push_back(std::string(call.direction == platform::CallDirection::ToHost ? "> " : "< ") +
-                        call.function);
-    }
-    void callLeft(const platform::TracedCall& call, const platform::TraceArguments& results) override {
-        std::string line = std::string("= ") + call.function;
-        for (const auto& [name, value] : results)
-            line += ' ' + std::to_string(std::get<std::int64_t>(value));
-        lines.push_back(line);
-    }
-    std::vector<std::string> lines;
-};
-
-TEST_F(DialogManagerTest, AnObserverSeesEveryCallWithItsResult) {
-    CallLog calls;
-    sAnswer = [](const Message& received) -> short {
-        return received.message == DG_MSG_INIT ? DGListInsertItem(received.dialog, 3, DG_LIST_BOTTOM)
-                                               : short{0};
-    };
-    const short id = openModeless(false);
-    EXPECT_THAT(calls.lines, ElementsAre("> DGModelessInit", "< DialogCallback", "> DGListInsertItem",
-                                         "= DGListInsertItem 1", "= DialogCallback 1",
-                                         "= DGModelessInit " + std::to_string(id)));
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ std::string path(const IO::Location& place) {
     return place.ToPath(&text) == kNoError ? GS::UniStringToUtf8(text) : "no location";
 }
 
-TEST(FileDialog, TheUserSeesTitleFolderNameAndFilters) {
+TEST(FileDialog, TheUserSeesTitleFolderNameAndFiltersAndCanOnlyChoose) {
     FTM::FileTypeManager manager("Module");
     FTM::RootGroup root(manager);
     const FTM::GeneralID text =
@@ -28,7 +28,8 @@ TEST(FileDialog, TheUserSeesTitleFolderNameAndFilters) {
     EXPECT_NE(text, nameless);
 
     ScriptedPresenter user;
-    user.then(UserAction::chooseFile("/b/other.txt", 1));
+    user.then(UserAction::click(0, 1)).then(UserAction::chooseFile(""));
+    user.then(UserAction::chooseFile("/b/other.txt", 2)).then(UserAction::chooseFile("/b/other.txt", 1));
     DG::FileDialog dialog(DG::FileDialog::Save);
     dialog.AddFilter(text, 0);
     dialog.AddFilter(nameless, 0);
@@ -43,7 +44,10 @@ TEST(FileDialog, TheUserSeesTitleFolderNameAndFilters) {
     EXPECT_EQ(path(dialog.GetSelectedFile(0)), "/b/other.txt");
     EXPECT_EQ(path(dialog.GetSelectedFile(1)), "no location");
     EXPECT_EQ(dialog.GetSelectedFilter(), 1);
-    EXPECT_THAT(user.log, testing::ElementsAre("chooser save [Salva] [/a] [report.txt]", "chooser closed"));
+    EXPECT_THAT(user.log, testing::ElementsAre("chooser save [Salva] [/a] [report.txt]",
+                                               "refused: a file chooser waits for a choice",
+                                               "refused: the path is empty",
+                                               "refused: the chooser has no filter 3", "chooser closed"));
     const auto& filters = user.choosers.front().filters;
     ASSERT_EQ(filters.size(), 2U);
     EXPECT_EQ(filters[0].description, "Testo \xC3\xA9 (*.txt)");
@@ -74,14 +78,17 @@ TEST(FileDialog, AChosenPathCountsFromTheFolderThatTheUserSees) {
 }
 
 TEST(FileDialog, CancellingChoosesNothingAlsoAfterAChoice) {
-    ScriptedPresenter user;
-    user.then(UserAction::chooseFile("/a.txt")).then(UserAction::close());
     DG::FileDialog dialog(DG::FileDialog::Save);
+    EXPECT_FALSE(dialog.Invoke()) << "nobody to ask";
+    ScriptedPresenter user;
+    user.then(UserAction::chooseFile("/a.txt")).then(UserAction::close()).then(UserAction::abandon());
     EXPECT_TRUE(dialog.Invoke());
     EXPECT_EQ(dialog.GetSelectedFilter(), 0);
-    EXPECT_FALSE(dialog.Invoke());
-    EXPECT_EQ(dialog.GetSelectionCount(), 0);
-    EXPECT_EQ(path(dialog.GetSelectedFile(0)), "no location");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_FALSE(dialog.Invoke());
+        EXPECT_EQ(dialog.GetSelectionCount(), 0);
+        EXPECT_EQ(path(dialog.GetSelectedFile(0)), "no location");
+    }
 }
 
 TEST(FileDialog, TypesAreForgottenWithTheirManager) {
@@ -108,11 +115,6 @@ TEST(FolderDialog, GivesTheChosenFolder) {
     EXPECT_FALSE(dialog.Invoke());
     EXPECT_EQ(path(dialog.GetFolder()), "no location");
     EXPECT_EQ(user.log.front(), "chooser folder [TessaroLibrary: Cartella] [] []");
-}
-
-TEST(FileDialog, NobodyToAskMeansCancelled) {
-    DG::FileDialog dialog(DG::FileDialog::Save);
-    EXPECT_FALSE(dialog.Invoke());
 }
 
 }  // namespace
