@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <array>
 #include <set>
 #include <string>
 #include <vector>
@@ -63,21 +64,16 @@ TEST(Location, UndecodableBytesStandAsLoneLowSurrogates) {
 }
 
 TEST(Location, TextThatNoPathCanStandForIsRefused) {
-    const std::vector<std::vector<unsigned short>> cases = {{'a', 0, 'b'}, {0xD800}, {0xD83D, 'x'}, {0xDC00},
-                                                            {0xDC7F},      {0xDD00}, {0xDFFF}};
+    const std::vector<std::vector<unsigned short>> cases = {{},       {'a', 0, 'b'}, {0xD800}, {0xD83D, 'x'},
+                                                            {0xDC00}, {0xDC7F},      {0xDD00}, {0xDFFF}};
     for (const auto& units : cases) {
         const Location location(GS::UniString(units.data(), static_cast<unsigned int>(units.size())));
         EXPECT_EQ(bytesOf(location), "(error)");
         EXPECT_NE(File(location, File::Create).GetStatus(), kNoError);
         EXPECT_NE(Folder(location).GetStatus(), kNoError);
     }
-}
-
-TEST(Location, WithoutAPathIsAnError) {
     GS::UniString path;
     EXPECT_NE(Location().ToPath(&path), kNoError);
-    EXPECT_EQ(bytesOf(Location()), "(error)");
-    EXPECT_NE(Folder(Location()).GetStatus(), kNoError);
 }
 
 TEST(Location, AChildIsJoinedWithOneSlash) {
@@ -89,18 +85,15 @@ TEST(Location, AChildIsJoinedWithOneSlash) {
 }
 
 TEST(Location, MovingTheLastNameSplitsFolderAndName) {
-    struct Case {
-        const char* path;
-        const char* folder;
-        const char* name;
-    };
-    for (const Case& c : {Case{"/a/b", "/a", "b"}, Case{"/a/b/", "/a", "b"}, Case{"/a//b", "/a", "b"},
-                          Case{"/b", "/", "b"}, Case{"b", ".", "b"}, Case{"x/b.txt", "x", "b.txt"}}) {
-        Location location = at(c.path);
-        Name name;
-        ASSERT_EQ(location.MoveLastLocalName(&name), kNoError) << c.path;
-        EXPECT_EQ(bytesOf(location), c.folder) << c.path;
-        EXPECT_EQ(bytesOf(Location(name.ToUniString())), c.name) << c.path;
+    const std::array<const char*, 3> cases[] = {{"/a/b", "/a", "b"},  {"/a/b/", "/a", "b"},
+                                                {"/a//b", "/a", "b"}, {"/b", "/", "b"},
+                                                {"b", ".", "b"},      {"x/b.txt", "x", "b.txt"}};
+    for (const auto& [path, folder, name] : cases) {
+        Location location = at(path);
+        Name last;
+        ASSERT_EQ(location.MoveLastLocalName(&last), kNoError) << path;
+        EXPECT_EQ(bytesOf(location), folder) << path;
+        EXPECT_EQ(bytesOf(Location(last.ToUniString())), name) << path;
     }
     for (const char* path : {"/", "//"}) {
         Location location = at(path);
@@ -146,7 +139,7 @@ protected:
     Listing listing_;
 };
 
-TEST_F(FolderTest, EnumerationGivesEveryEntryWithItsKind) {
+TEST_F(FolderTest, EnumerationGivesEveryEntryWithItsKindUntilTheCallbackAnswersFalse) {
     temp_.write("file.txt", "x");
     temp_.write(".hidden", "x");
     temp_.write("caf\xE9", "not UTF-8");
@@ -157,11 +150,7 @@ TEST_F(FolderTest, EnumerationGivesEveryEntryWithItsKind) {
     EXPECT_EQ(Folder(at(temp_.path())).Enumerate(note, &listing_), kNoError);
     EXPECT_THAT(listing_.entries, UnorderedElementsAre("file.txt", ".hidden", "caf\xE9", "folder/",
                                                        "link to folder/", "broken link", "pipe"));
-}
-
-TEST_F(FolderTest, ACallbackThatAnswersFalseEndsTheEnumerationWithAnError) {
-    temp_.write("a", "");
-    temp_.write("b", "");
+    listing_.entries.clear();
     listing_.goOn = false;
     EXPECT_EQ(Folder(at(temp_.path())).Enumerate(note, &listing_), kErrStopped);
     EXPECT_EQ(listing_.entries.size(), 1u);
@@ -179,40 +168,37 @@ TEST_F(FolderTest, WalkingDownEndsThoughLinksFormCircles) {
     EXPECT_THAT(listing_.entries, UnorderedElementsAre("a/", "b/", "sideways/", "b/", "loop"));
 }
 
-TEST_F(FolderTest, TheStatusAndTheTypesTellWhatIsThere) {
+TEST_F(FolderTest, TypesTellWhatIsThereAndDeletingTakesFilesAndLinksButNoFolder) {
     temp_.write("file", "x");
-    temp_.makeFolder("folder");
+    temp_.write("folder/inside", "x");
     std::filesystem::create_symlink("folder", temp_.path("link"));
     EXPECT_EQ(Folder(at(temp_.path("missing"))).GetStatus(), kErrNotFound);
     EXPECT_EQ(Folder(at(temp_.path("file"))).GetStatus(), kErrWrongType);
     EXPECT_FALSE(temp_.has("missing"));
 
-    const Folder folder(at(temp_.path()));
-    Folder::EntryType type = Folder::IsFolder;
-    EXPECT_EQ(folder.GetType(nameOf("file"), &type), kNoError);
-    EXPECT_EQ(type, Folder::IsFile);
-    EXPECT_EQ(folder.GetType(nameOf("link"), &type), kNoError);
-    EXPECT_EQ(type, Folder::IsFolder);
-    EXPECT_EQ(folder.GetType(nameOf("missing"), &type), kErrNotFound);
-    EXPECT_EQ(folder.GetType(Name(), &type), kErrBadLocation);
-    EXPECT_EQ(folder.GetType(Name(GS::UniStringFromUtf8("folder/x")), &type), kErrBadLocation);
-}
-
-TEST_F(FolderTest, DeletingTakesFilesAndLinksButNoFolder) {
-    temp_.write("folder/file", "x");
-    std::filesystem::create_symlink("folder", temp_.path("link"));
     Folder folder(at(temp_.path()));
-    const auto remove = [&folder](const char* name) {
-        return folder.Delete(nameOf(name), Folder::DeleteForGood, ReportAccessDenied);
+    const Name path(GS::UniStringFromUtf8("folder/inside"));
+    const struct {
+        Name name;
+        GSErrCode found;
+        Folder::EntryType type;
+        GSErrCode deleted;
+    } cases[] = {
+        {nameOf("file"), kNoError, Folder::IsFile, kNoError},
+        {nameOf("link"), kNoError, Folder::IsFolder, kNoError},
+        {nameOf("folder"), kNoError, Folder::IsFolder, kErrWrongType},
+        {nameOf("missing"), kErrNotFound, Folder::IsFile, kErrNotFound},
+        {Name(), kErrBadLocation, Folder::IsFile, kErrBadLocation},
+        {path, kErrBadLocation, Folder::IsFile, kErrBadLocation},
     };
-    EXPECT_EQ(remove("folder"), kErrWrongType);
-    EXPECT_EQ(remove("link"), kNoError);
-    EXPECT_EQ(remove("missing"), kErrNotFound);
-    EXPECT_EQ(
-        folder.Delete(Name(GS::UniStringFromUtf8("folder/file")), Folder::DeleteForGood, ReportAccessDenied),
-        kErrBadLocation);
-    EXPECT_EQ(temp_.read("folder/file"), "x");
-    EXPECT_FALSE(std::filesystem::is_symlink(temp_.path("link")));
+    for (const auto& each : cases) {
+        Folder::EntryType type = each.found == kNoError ? Folder::EntryType(1 - each.type) : each.type;
+        EXPECT_EQ(folder.GetType(each.name, &type), each.found);
+        EXPECT_EQ(type, each.type);
+        EXPECT_EQ(folder.Delete(each.name, Folder::DeleteForGood, ReportAccessDenied), each.deleted);
+    }
+    EXPECT_EQ(temp_.read("folder/inside"), "x");
+    EXPECT_EQ(temp_.count(), 1) << "the folder";
 }
 
 class SpecialLocationTest : public ::testing::Test {
@@ -242,21 +228,20 @@ protected:
 };
 
 TEST_F(SpecialLocationTest, TheSettingsFolderIsTheMostParticularOneThatIsSet) {
-    setenv("HOME", "/home/p", 1);
-    EXPECT_EQ(folder(), "/home/p/.config/Tessaro");
-    setenv("XDG_CONFIG_HOME", "relative", 1);
-    EXPECT_EQ(folder(), "/home/p/.config/Tessaro");
-    setenv("XDG_CONFIG_HOME", "/cfg", 1);
-    EXPECT_EQ(folder(), "/cfg/Tessaro");
-    setenv("TESSARO_DATA_DIR", "/data", 1);
-    EXPECT_EQ(folder(), "/data");
-    setenv("TESSARO_DATA_DIR", "data", 1);
-    EXPECT_EQ(folder(), std::filesystem::current_path().string() + "/data");
+    const std::array<std::string, 3> cases[] = {
+        {"HOME", "/home/p", "/home/p/.config/Tessaro"},
+        {"XDG_CONFIG_HOME", "relative", "/home/p/.config/Tessaro"},
+        {"XDG_CONFIG_HOME", "/cfg", "/cfg/Tessaro"},
+        {"TESSARO_DATA_DIR", "/data", "/data"},
+        {"TESSARO_DATA_DIR", "data", std::filesystem::current_path() / "data"},
+    };
+    for (const auto& [variable, value, expected] : cases) {
+        setenv(variable.c_str(), value.c_str(), 1);
+        EXPECT_EQ(folder(), expected) << variable << " " << value;
+    }
     FileSystem::SetSpecialLocation(FileSystem::SuiteSettingsFolder, at("/given"));
     EXPECT_EQ(folder(), "/given");
-}
 
-TEST_F(SpecialLocationTest, OtherNumbersAreErrorsThatLeaveTheLocation) {
     Location location = at("/before");
     EXPECT_NE(FileSystem::GetSpecialLocation(static_cast<FileSystem::SpecLocId>(3), &location), kNoError);
     EXPECT_EQ(bytesOf(location), "/before");
@@ -264,18 +249,18 @@ TEST_F(SpecialLocationTest, OtherNumbersAreErrorsThatLeaveTheLocation) {
 
 TEST_F(SpecialLocationTest, CreatingMakesTheFolderForItsOwnerOnly) {
     const TemporaryFolder temp;
-    setenv("TESSARO_DATA_DIR", temp.path("x/y").c_str(), 1);
-    EXPECT_EQ(FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder), kNoError);
-    EXPECT_EQ(FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder), kNoError);
+    temp.write("file", "");
+    const auto create = [&temp](const char* name) {
+        setenv("TESSARO_DATA_DIR", temp.path(name).c_str(), 1);
+        return FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder);
+    };
+    EXPECT_EQ(create("x/y"), kNoError);
+    EXPECT_EQ(create("x/y"), kNoError) << "once more";
     struct stat status {};
     ASSERT_EQ(stat(temp.path("x/y").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0700u);
-
-    temp.write("file", "");
-    setenv("TESSARO_DATA_DIR", temp.path("file").c_str(), 1);
-    EXPECT_NE(FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder), kNoError);
-    setenv("TESSARO_DATA_DIR", temp.path("file/z").c_str(), 1);
-    EXPECT_NE(FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder), kNoError);
+    EXPECT_NE(create("file"), kNoError);
+    EXPECT_NE(create("file/z"), kNoError);
 }
 
 }  // namespace

@@ -61,27 +61,26 @@ protected:
     TemporaryFolder temp_;
 };
 
-TEST_F(FileTest, TheOldContentStandsUntilTheReplacementIsClosed) {
+TEST_F(FileTest, TheOldContentStandsUntilAReplacementIsClosedAndTwoOfThemDoNotMix) {
     temp_.write("f", "old");
-    File file(at(temp_.path("f")), File::Create);
-    ASSERT_EQ(file.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
-    ASSERT_EQ(write(file, "new "), kNoError);
-    ASSERT_EQ(write(file, "content"), kNoError);
+    File first(at(temp_.path("f")), File::Create);
+    File second(at(temp_.path("f")), File::Create);
+    File third(at(temp_.path("f")), File::Create);
+    for (File* const file : {&first, &second, &third})
+        ASSERT_EQ(file->Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
+    ASSERT_EQ(write(first, "new "), kNoError);
+    ASSERT_EQ(write(second, "second"), kNoError);
+    ASSERT_EQ(write(first, "content"), kNoError);
     EXPECT_EQ(temp_.read("f"), "old");
-    EXPECT_EQ(file.Close(), kNoError);
+    EXPECT_EQ(first.Close(), kNoError);
     EXPECT_EQ(temp_.read("f"), "new content");
+    EXPECT_EQ(second.Close(), kNoError);
+    EXPECT_EQ(temp_.read("f"), "second");
+    EXPECT_EQ(third.Close(), kNoError);
+    EXPECT_EQ(temp_.read("f"), "") << "nothing was written";
     EXPECT_EQ(temp_.count(), 1);
-    EXPECT_FALSE(file.IsOpen());
-    EXPECT_EQ(file.Close(), kErrNotOpen);
-}
-
-TEST_F(FileTest, AReplacementToWhichNothingIsWrittenEmptiesTheFile) {
-    temp_.write("f", "old");
-    File file(at(temp_.path("f")));
-    ASSERT_EQ(file.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
-    EXPECT_EQ(file.Close(), kNoError);
-    EXPECT_EQ(temp_.read("f"), "");
-    EXPECT_EQ(temp_.count(), 1);
+    EXPECT_FALSE(first.IsOpen());
+    EXPECT_EQ(first.Close(), kErrNotOpen);
 }
 
 TEST_F(FileTest, AReplacementWhoseWritesAllFailedLeavesWhatWasThere) {
@@ -137,27 +136,6 @@ TEST_F(FileTest, OfASymbolicLinkTheTargetIsReplaced) {
     EXPECT_TRUE(std::filesystem::is_symlink(temp_.path("dangling")));
     EXPECT_EQ(temp_.read("elsewhere/target"), "new");
     EXPECT_EQ(temp_.read("elsewhere/created"), "made");
-}
-
-TEST_F(FileTest, TheLongestNameCanBeReplaced) {
-    const std::string name(255, 'n');
-    EXPECT_EQ(replace(temp_.path(name), "content"), kNoError);
-    EXPECT_EQ(temp_.read(name), "content");
-    EXPECT_EQ(File(at(temp_.path(name + "n")), File::Create).GetStatus(), kErrBadLocation);
-}
-
-TEST_F(FileTest, TwoReplacementsOfOneFileDoNotMix) {
-    File first(at(temp_.path("f")), File::Create);
-    File second(at(temp_.path("f")), File::Create);
-    ASSERT_EQ(first.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
-    ASSERT_EQ(second.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
-    ASSERT_EQ(write(first, "first"), kNoError);
-    ASSERT_EQ(write(second, "second"), kNoError);
-    EXPECT_EQ(first.Close(), kNoError);
-    EXPECT_EQ(temp_.read("f"), "first");
-    EXPECT_EQ(second.Close(), kNoError);
-    EXPECT_EQ(temp_.read("f"), "second");
-    EXPECT_EQ(temp_.count(), 1);
 }
 
 TEST_F(FileTest, WhatAKilledReplacementLeavesIsHiddenAndGoesWithTheNextOne) {
@@ -225,13 +203,25 @@ TEST_F(FileTest, CreationMakesAnEmptyFileOnlyWhereNoneIs) {
     temp_.makeFolder("folder");
     EXPECT_EQ(File(at(temp_.path("new")), File::Fail).GetStatus(), kErrNotFound);
     EXPECT_FALSE(temp_.has("new"));
-    EXPECT_EQ(File(at(temp_.path("new")), File::Create).GetStatus(), kNoError);
-    EXPECT_TRUE(temp_.has("new"));
-    EXPECT_EQ(File(at(temp_.path("f")), File::Create).GetStatus(), kNoError);
+    const std::pair<std::string, GSErrCode> cases[] = {
+        {"new", kNoError},
+        {"f", kNoError},
+        {"folder", kErrWrongType},
+        {"no folder/f", kErrNotFound},
+        {"f/f", kErrNotFound},
+        {std::string(255, 'n'), kNoError},  // the longest name there can be
+        {std::string(256, 'n'), kErrBadLocation},
+    };
+    for (const auto& [name, status] : cases) {
+        EXPECT_EQ(File(at(temp_.path(name)), File::Create).GetStatus(), status) << name;
+        if (status == kNoError) {
+            EXPECT_TRUE(temp_.has(name)) << name;
+        }
+    }
     EXPECT_EQ(temp_.read("f"), "old");
-    EXPECT_EQ(File(at(temp_.path("folder")), File::Create).GetStatus(), kErrWrongType);
-    EXPECT_EQ(File(at(temp_.path("no folder/f")), File::Create).GetStatus(), kErrNotFound);
-    EXPECT_EQ(File(at(temp_.path("f/f")), File::Create).GetStatus(), kErrNotFound);
+    const std::string longest(255, 'n');
+    EXPECT_EQ(replace(temp_.path(longest), "content"), kNoError);
+    EXPECT_EQ(temp_.read(longest), "content");
 }
 
 TEST_F(FileTest, ReadingCountsFromThePosition) {
@@ -254,38 +244,35 @@ TEST_F(FileTest, ReadingCountsFromThePosition) {
     EXPECT_EQ(file.GetRemainingLength(&rest), kNoError);
     EXPECT_EQ(rest, 0u);
     EXPECT_EQ(write(file, "x"), kErrNotOpen);
-}
-
-TEST_F(FileTest, AFileOf4GiBHasNo32BitLength) {
-    temp_.write("f", "");
     std::filesystem::resize_file(temp_.path("f"), std::uintmax_t{1} << 32);
-    File file(at(temp_.path("f")));
-    ASSERT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kNoError);
-    std::uint32_t length = 7;
-    EXPECT_EQ(file.GetLength(&length), kErrTooLarge);
-    EXPECT_EQ(length, 7u);
+    EXPECT_EQ(file.GetLength(&whole), kErrTooLarge) << "more than 32 bits";
+    EXPECT_EQ(whole, 10u);
 }
 
-TEST_F(FileTest, WhatIsOpenForWritingOnlyCannotBeRead) {
-    for (const File::OpenMode mode : {File::WriteMode, File::WriteEmptyMode, File::WriteAppendMode}) {
-        File file(at(temp_.path("f")), File::Create);
-        ASSERT_EQ(file.Open(mode, ReportAccessDenied), kNoError);
-        EXPECT_EQ(write(file, "x"), kNoError);
+TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwrittenAndOnlyTheReadingOnesCanRead) {
+    const struct {
+        File::OpenMode mode;
+        GSErrCode reading;
+        const char* content;
+    } cases[] = {
+        {File::WriteMode, kErrNotOpen, "01ab456789"},
+        {File::WriteEmptyMode, kErrNotOpen, "ab"},
+        {File::WriteAppendMode, kErrNotOpen, "0123456789ab"},
+        {File::ReadWriteMode, kNoError, "01ab456789"},
+    };
+    for (const auto& each : cases) {
+        temp_.write("f", "0123456789");
+        File file(at(temp_.path("f")));
+        ASSERT_EQ(file.Open(each.mode, ReportAccessDenied), kNoError);
+        EXPECT_EQ(file.SetPosition(each.mode == File::WriteEmptyMode ? 0 : 2), kNoError);
+        EXPECT_EQ(write(file, "ab"), kNoError);
         EXPECT_EQ(file.SetPosition(0), kNoError);
         char byte = 0;
-        EXPECT_EQ(file.Read(&byte, 1, nullptr), kErrNotOpen);
+        EXPECT_EQ(file.Read(&byte, 1, nullptr), each.reading);
+        EXPECT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kErrBusy);
+        EXPECT_EQ(file.Close(), kNoError);
+        EXPECT_EQ(temp_.read("f"), each.content);
     }
-}
-
-TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwritten) {
-    temp_.write("f", "0123456789");
-    File file(at(temp_.path("f")));
-    ASSERT_EQ(file.Open(File::ReadWriteMode, ReportAccessDenied), kNoError);
-    EXPECT_EQ(file.SetPosition(2), kNoError);
-    EXPECT_EQ(write(file, "ab"), kNoError);
-    EXPECT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kErrBusy);
-    EXPECT_EQ(file.Close(), kNoError);
-    EXPECT_EQ(temp_.read("f"), "01ab456789");
 }
 
 TEST_F(FileTest, WithoutTheRightToWriteNothingIsReplaced) {
