@@ -2,14 +2,13 @@
 
 #include "platform/Resources.h"
 #include "platform/UniString.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -36,8 +35,6 @@ constexpr const char* kIndex =
 class ResourceManager : public testing::Test {
 protected:
     ResourceManager() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "resources-XXXXXX").string();
-        bundle_ = mkdtemp(pattern.data());
         platform::setResourceProblemSink([this](const platform::ResourceProblem& problem) {
             problems_.push_back(
                 platform::describe(problem).substr(bundle_.size() + 11));  // after "/Resources/"
@@ -46,13 +43,10 @@ protected:
     ~ResourceManager() override {
         platform::setResourceProblemSink({});
         if (module_ != kNoResModule) RSCloseResourceFile(module_);
-        std::filesystem::remove_all(bundle_);
     }
 
     void write(const std::string& name, const std::string& content) {
-        const std::filesystem::path path = bundle_ + "/Resources/" + name;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << content;
+        folder_.write("Resources/" + name, content);
     }
 
     void open() {
@@ -67,7 +61,8 @@ protected:
         return GS::UniStringToUtf8(GS::UniString(buffer));
     }
 
-    std::string bundle_;
+    const TemporaryFolder folder_;
+    const std::string bundle_ = folder_.path();
     RSResModule module_ = kNoResModule;
     std::vector<std::string> problems_;
 };
@@ -77,7 +72,7 @@ TEST_F(ResourceManager, OpensOnlyFoldersThatHoldResources) {
     EXPECT_EQ(RSOpenResourceFile(""), kNoResModule);
     EXPECT_EQ(RSOpenResourceFile((bundle_ + "/nothing").c_str()), kNoResModule);
     EXPECT_EQ(RSOpenResourceFile(bundle_.c_str()), kNoResModule);
-    std::ofstream(bundle_ + "/Resources") << "a file";
+    folder_.write("Resources", "a file");
     EXPECT_EQ(RSOpenResourceFile(bundle_.c_str()), kNoResModule);
 }
 
@@ -143,24 +138,35 @@ TEST_F(ResourceManager, FixedTextIsInTheSystemEncoding) {
     EXPECT_STREQ(buffer, "\x8F \xDB ? ?.");
 }
 
-TEST_F(ResourceManager, FilesAreReadAtFirstUse) {
+TEST_F(ResourceManager, FilesAreReadAtFirstUseAndABrokenOrMissingOneIsToldOnce) {
     write("resources.toml", "broken");
     open();
     write("resources.toml", kIndex);
     write("texts.int.toml", "broken");
-    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n");
-    EXPECT_EQ(string(1000, 1), "uno");
+    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = unquoted\n");
+    EXPECT_EQ(string(1000, 1), "(none)");
+    EXPECT_EQ(string(1000, 2), "(none)");
     write("texts.int.toml", "[strings.1000]\n1 = 'one'\n");
     EXPECT_EQ(string(1001, 1), "one");
-    EXPECT_THAT(problems_, IsEmpty());
+    EXPECT_EQ(string(1006, 1), "(none)");
+    EXPECT_EQ(string(1006, 1), "(none)");
+    EXPECT_THAT(problems_, ElementsAre(testing::StartsWith("texts.ita.toml:3: "),
+                                       "texts.rus.toml: the file cannot be read"));
 }
 
-TEST_F(ResourceManager, AClosedModuleFindsNothing) {
+TEST_F(ResourceManager, HandlesOfOneBundleShareWhatWasReadAndAClosedOneFindsNothing) {
     write("resources.toml", kIndex);
-    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n[menu.2000]\ntitle = 'Menu'\n");
+    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = 2\n[menu.2000]\ntitle = 'Menu'\n");
     open();
+    const RSResModule hosts = module_;
     EXPECT_EQ(string(1000, 1), "uno");
+    open();
+    EXPECT_NE(module_, hosts);
+    EXPECT_EQ(RSCloseResourceFile(hosts), 0);
+    EXPECT_EQ(string(1000, 1), "uno");
+    EXPECT_EQ(problems_.size(), 1u);
     EXPECT_EQ(RSCloseResourceFile(module_), 0);
+
     EXPECT_EQ(RSCloseResourceFile(module_), -1);
     EXPECT_EQ(RSRemoveModuleImageCache(module_), 0);
     EXPECT_EQ(string(1000, 1), "(none)");
@@ -168,41 +174,12 @@ TEST_F(ResourceManager, AClosedModuleFindsNothing) {
     EXPECT_FALSE(platform::getMenuResource(module_, 2000, menu));
     EXPECT_EQ(platform::findDialogResource(module_, 1), nullptr);
     EXPECT_EQ(platform::findIcon(module_, 50), nullptr);
+
+    write("texts.ita.toml", "[strings.1000]\n1 = 'ein anderer'\n");
     const RSResModule closed = module_;
     open();
     EXPECT_NE(module_, closed);
-}
-
-TEST_F(ResourceManager, HandlesOfOneBundleShareWhatWasRead) {
-    write("resources.toml", kIndex);
-    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = 2\n");
-    const RSResModule hosts = RSOpenResourceFile(bundle_.c_str());
-    unsigned short buffer[kRSStringBufferUnits];
-    EXPECT_TRUE(RSGetIndString_ParamAdapter(RSStringLocalised, buffer, 1000, 1, hosts));
-    open();
-    EXPECT_NE(module_, hosts);
-    EXPECT_EQ(string(1000, 1), "uno");
-    EXPECT_EQ(problems_.size(), 1u);
-    EXPECT_EQ(RSCloseResourceFile(hosts), 0);
-    EXPECT_FALSE(RSGetIndString_ParamAdapter(RSStringLocalised, buffer, 1000, 1, hosts));
-    EXPECT_EQ(string(1000, 1), "uno");
-    EXPECT_EQ(RSCloseResourceFile(module_), 0);
-    write("texts.ita.toml", "[strings.1000]\n1 = 'ein anderer'\n");
-    open();
     EXPECT_EQ(string(1000, 1), "ein anderer");
-}
-
-TEST_F(ResourceManager, ABrokenOrMissingFileFailsItsLookupsAndIsToldOnce) {
-    write("resources.toml", kIndex);
-    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = unquoted\n");
-    open();
-    EXPECT_EQ(string(1000, 1), "(none)");
-    EXPECT_EQ(string(1000, 2), "(none)");
-    EXPECT_EQ(string(1001, 1), "(none)");
-    EXPECT_EQ(string(1001, 1), "(none)");
-    ASSERT_EQ(problems_.size(), 2u);
-    EXPECT_THAT(problems_[0], HasSubstr("texts.ita.toml:3: "));
-    EXPECT_EQ(problems_[1], "texts.int.toml: the file cannot be read");
 }
 
 TEST_F(ResourceManager, AnEntryThatIsNotWhatItShouldBeIsLeftOutAndTold) {
@@ -296,10 +273,8 @@ TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
     open();
     const platform::DialogResource* dialog = platform::findDialogResource(module_, 7);
     ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->resID, 7);
-    EXPECT_EQ(dialog->width, 300);
-    EXPECT_EQ(dialog->height, 200);
-    EXPECT_EQ(dialog->defaultItem, 2);
+    EXPECT_THAT((std::array{dialog->resID, dialog->width, dialog->height, dialog->defaultItem}),
+                ElementsAre(7, 300, 200, 2));
     ASSERT_EQ(dialog->items.size(), 3u);
     const platform::DialogItemResource& list = dialog->items[0];
     EXPECT_EQ(list.number, 3);
@@ -387,13 +362,12 @@ TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
     EXPECT_THAT(problems_, IsEmpty());
     EXPECT_EQ(string(1011, 1), "one");
     EXPECT_THAT(problems_, ElementsAre("texts.int.toml: the file cannot be read"));
-}
 
-TEST_F(ResourceManager, AnAddOnWithoutDialogsOfItsOwnHasTheFrameworks) {
-    write("resources.toml", "");
-    write("framework/layouts.toml", "[dialog.8]\nsize = [30, 30]\nitems = []\n");
+    problems_.clear();
+    RSCloseResourceFile(module_);
+    std::filesystem::remove(bundle_ + "/Resources/layouts.toml");
     open();
-    EXPECT_NE(platform::findDialogResource(module_, 8), nullptr);
+    EXPECT_EQ(platform::findDialogResource(module_, 7)->width, 20) << "it has no dialogs of its own";
     EXPECT_THAT(problems_, IsEmpty());
 }
 
@@ -412,30 +386,12 @@ TEST_F(ResourceManager, TheAddOnsOwnResourcesAreWhole) {
         EXPECT_NE(icon->label, "");
         EXPECT_THAT(icon->image, HasSubstr("<title>" + icon->label + "</title>"));
     }
-    struct Dialog {
-        short resID;
-        short width;
-        short height;
-        std::vector<short> items;
-    };
-    for (const Dialog& each : std::vector<Dialog>{
-             {32500, 960, 510, {1, 2, 4, 6, 7}},
-             {32501, 705, 503, {1, 2, 4, 5, 6, 7, 8, 11, 12, 13, 15, 16}},
-             {32734, 483, 282, {1, 2, 3, 6}},
-             {32755, 655, 172, {1, 2, 3, 4, 5, 6, 7}},
-         }) {
-        const platform::DialogResource* dialog = platform::findDialogResource(module_, each.resID);
-        ASSERT_NE(dialog, nullptr) << each.resID;
-        EXPECT_EQ(dialog->width, each.width);
-        EXPECT_EQ(dialog->height, each.height);
-        for (const short number : each.items) {
-            EXPECT_TRUE(std::any_of(dialog->items.begin(), dialog->items.end(),
-                                    [number](const auto& item) { return item.number == number; }))
-                << each.resID << " item " << number;
-        }
+    for (const short resID : {32500, 32501, 32734, 32755}) {
+        const platform::DialogResource* dialog = platform::findDialogResource(module_, resID);
+        ASSERT_NE(dialog, nullptr) << resID;
         for (const platform::DialogItemResource& item : dialog->items) {
-            EXPECT_LE(item.x + item.width, each.width) << each.resID << " item " << item.number;
-            EXPECT_LE(item.y + item.height, each.height) << each.resID << " item " << item.number;
+            EXPECT_LE(item.x + item.width, dialog->width) << resID << " item " << item.number;
+            EXPECT_LE(item.y + item.height, dialog->height) << resID << " item " << item.number;
         }
     }
     EXPECT_THAT(problems_, IsEmpty());
