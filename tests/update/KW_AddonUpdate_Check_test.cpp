@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -32,22 +33,26 @@ public:
         const TemporaryFolder gone;
         std::filesystem::current_path(gone.path());
         setenv("TESSARO_DATA_DIR", "data", 1);
+        IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder_);
         IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, IO::Location());
     }
     ~WithoutDataFolder() {
         unsetenv("TESSARO_DATA_DIR");
         std::filesystem::current_path(before_);
+        IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, folder_);
     }
     WithoutDataFolder(const WithoutDataFolder&) = delete;
     WithoutDataFolder& operator=(const WithoutDataFolder&) = delete;
 
 private:
     std::filesystem::path before_;
+    IO::Location folder_;
 };
 
 // ---- When a check is made
 
-TEST_F(UpdateCheck, IsSwitchedOnAndNotMadeByTheVeryFirstRun) {
+TEST_F(UpdateCheck, IsSwitchedOnAndNotMadeByTheRunThatFindsTheSettingEmpty) {
+    store("AutoUpdate", "");
     EXPECT_TRUE(autoUpdate());
     EXPECT_EQ(stored("AutoUpdate"), "1");
     EXPECT_TRUE(downloads_.empty());
@@ -55,67 +60,55 @@ TEST_F(UpdateCheck, IsSwitchedOnAndNotMadeByTheVeryFirstRun) {
     EXPECT_EQ(downloads_.size(), 1u);
 }
 
-TEST_F(UpdateCheck, IsMadeAutomaticallyWhenTheSettingIsOne) {
-    const std::pair<const char*, bool> values[] = {{"1", true},    {"01", true}, {" 1 ", true}, {"1x", true},
-                                                   {"0", false},   {"7", false}, {"-1", false}, {"11", false},
-                                                   {"yes", false}, {"x1", true}};
-    for (const auto& [value, made] : values) {
-        KW_AddonUpdate_ResetState();
-        downloads_.clear();
-        store("AutoUpdate", value);
-        store("LastUpdateCheck_220", "0");
-        EXPECT_TRUE(autoUpdate());
-        EXPECT_EQ(!downloads_.empty(), made) << value;
-        EXPECT_EQ(stored("AutoUpdate"), value);
-    }
-}
-
-TEST_F(UpdateCheck, IsTreatedAsNeverSwitchedWhenTheSettingIsEmpty) {
-    store("AutoUpdate", "");
-    EXPECT_TRUE(autoUpdate());
-    EXPECT_EQ(stored("AutoUpdate"), "1");
-    EXPECT_TRUE(downloads_.empty());
-}
-
 TEST(UpdateInterval, IsFourteenDays) {
     constexpr std::time_t kNow = 1'542'900'000;
     const std::pair<long, bool> cases[] = {
         {0, true},
-        {kNow - 1'209'599, false},
-        {kNow - 1'209'600, true},
-        {kNow - 1'209'601, true},
-        {kNow, false},
-        {kNow + 1, false},
-        {kNow + 100 * 365 * kDay, false},
-        {std::numeric_limits<long>::max(), false},
         {1, true},
         {-1, true},
         {std::numeric_limits<long>::min(), true},
+        {kNow - 1'209'600, true},
+        {kNow - 1'209'599, false},
+        {kNow + 1, false},
+        {std::numeric_limits<long>::max(), false},
     };
     for (const auto& [last, due] : cases)
         EXPECT_EQ(KW_AddonUpdate_IsCheckDue(kNow, last), due) << last;
 }
 
-TEST_F(UpdateCheck, IsMadeAutomaticallyOnceInFourteenDays) {
-    store("AutoUpdate", "1");
-    const std::pair<std::string, bool> cases[] = {
-        {secondsAgo(13 * kDay), false},
-        {secondsAgo(14 * kDay - 60), false},
-        {secondsAgo(14 * kDay + 1), true},
-        {secondsAgo(400 * kDay), true},
-        {secondsAgo(-kDay), false},
-        {"", true},
-        {"0", true},
-        {"garbage", false},
+TEST_F(UpdateCheck, IsMadeAutomaticallyWhenTheSettingIsOneAndFourteenDaysHavePassed) {
+    const struct {
+        std::string setting;
+        std::string time;
+        bool made;
+    } cases[] = {
+        {"1", "0", true},
+        {"01", "0", true},
+        {" 1 ", "0", true},
+        {"1x", "0", true},
+        {"x1", "0", true},
+        {"0", "0", false},
+        {"7", "0", false},
+        {"-1", "0", false},
+        {"11", "0", false},
+        {"yes", "0", false},
+        {"1", secondsAgo(14 * kDay - 60), false},
+        {"1", secondsAgo(14 * kDay + 1), true},
+        {"1", secondsAgo(-kDay), false},
+        {"1", "", true},
+        {"1", "garbage", false},
     };
-    for (const auto& [time, made] : cases) {
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.setting + ", " + each.time);
         KW_AddonUpdate_ResetState();
         downloads_.clear();
-        store("LastUpdateCheck_220", time);
+        store("AutoUpdate", each.setting);
+        store("LastUpdateCheck_220", each.time);
         EXPECT_TRUE(autoUpdate());
-        EXPECT_EQ(!downloads_.empty(), made) << time;
-        if (!made) {
-            EXPECT_EQ(stored("LastUpdateCheck_220"), time);
+        EXPECT_EQ(!downloads_.empty(), each.made);
+        EXPECT_EQ(stored("AutoUpdate"), each.setting);
+        if (!each.made) {
+            EXPECT_EQ(stored("LastUpdateCheck_220"), each.time);
             EXPECT_EQ(sUpdateStatus, kUpdateStatus_None);
         }
     }
@@ -125,7 +118,6 @@ TEST_F(UpdateCheck, IsMadeForTheUserAtAnyTimeAndRestartsTheClock) {
     store("LastUpdateCheck_220", secondsAgo(60));
     const long before = std::time(nullptr);
     EXPECT_TRUE(check(true));
-    EXPECT_EQ(downloads_.size(), 1u);
     EXPECT_GE(storedCheckTime(), before);
     EXPECT_LE(storedCheckTime(), std::time(nullptr));
     EXPECT_EQ(stored("AutoUpdate"), "");
@@ -133,30 +125,24 @@ TEST_F(UpdateCheck, IsMadeForTheUserAtAnyTimeAndRestartsTheClock) {
 
 // ---- How it starts
 
-TEST_F(UpdateCheck, DownloadsTheVersionsFileIntoTheDataFolder) {
-    EXPECT_TRUE(check(true));
-    ASSERT_EQ(downloads_.size(), 1u);
-    EXPECT_EQ(downloads_[0].url, "http://update.tessaro.example/update_plugins/versions16.txt");
-    EXPECT_EQ(downloads_[0].destination, folder_.path("__updcf__.tmp"));
-    EXPECT_EQ(downloads_[0].userData, nullptr);
-}
-
-TEST_F(UpdateCheck, DownloadsTheListOfPlusVersionsForAnAddOnThatHasOnlyThese) {
-    sett_ADDON_ONLY_PLUS_VERSION = true;
-    EXPECT_TRUE(check(true));
-    sett_ADDON_ONLY_PLUS_VERSION = false;
-    ASSERT_EQ(downloads_.size(), 1u);
-    EXPECT_EQ(downloads_[0].url, "http://update.tessaro.example/update_plugins/versions_plus.txt");
-}
-
-TEST_F(UpdateCheck, OpensItsDialogUnseenWhileItRuns) {
-    check(false);
-    EXPECT_EQ(sUpdateStatus, kUpdateStatus_Running);
-    ASSERT_NE(dialog(), nullptr);
-    EXPECT_EQ(dialog()->resID, 32755);
-    EXPECT_FALSE(dialog()->visible);
+TEST_F(UpdateCheck, DownloadsTheVersionsFileIntoTheDataFolderBehindAnUnseenDialog) {
+    for (const bool onlyPlus : {true, false}) {
+        KW_AddonUpdate_ResetState();
+        sett_ADDON_ONLY_PLUS_VERSION = onlyPlus;
+        check(true);
+        sett_ADDON_ONLY_PLUS_VERSION = false;
+        EXPECT_EQ(downloads_.back().url,
+                  std::string("http://update.tessaro.example/update_plugins/versions") +
+                      (onlyPlus ? "_plus.txt" : "16.txt"));
+        EXPECT_EQ(downloads_.back().destination, folder_.path("__updcf__.tmp"));
+        EXPECT_EQ(downloads_.back().userData, nullptr);
+        EXPECT_EQ(sUpdateStatus, kUpdateStatus_Running);
+        ASSERT_NE(dialog(), nullptr);
+        EXPECT_EQ(dialog()->resID, 32755);
+        EXPECT_FALSE(dialog()->visible);
+        EXPECT_EQ(host_.calls.back(), "RegisterModelessWindow 7 no callback null guid");
+    }
     EXPECT_TRUE(presenter_.log.empty());
-    EXPECT_EQ(host_.calls, std::vector<std::string>{"RegisterModelessWindow 7 no callback null guid"});
 }
 
 TEST_F(UpdateCheck, NeedsAVersionLine) {
@@ -239,10 +225,8 @@ TEST_F(UpdateCheck, ShowsAnUpdateAlwaysAndTheRestToTheUserWhoAsked) {
 }
 
 TEST_F(UpdateCheck, ReadsTheFileInTheEncodingItLooksLike) {
-    std::string utf16;
-    for (const char byte : std::string(kNewerLine))
-        utf16 += {byte, '\0'};
-    for (const std::string& file : {utf16, "\xFF\xFE" + utf16, "\xEF\xBB\xBF" + std::string(kNewerLine),
+    const std::string wide = utf16(kNewerLine);
+    for (const std::string& file : {wide, "\xFF\xFE" + wide, "\xEF\xBB\xBF" + std::string(kNewerLine),
                                     "\x8E caff\x8F\n" + std::string(kNewerLine)}) {
         check(true);
         finish(file);
@@ -250,73 +234,64 @@ TEST_F(UpdateCheck, ReadsTheFileInTheEncodingItLooksLike) {
     }
 }
 
-TEST_F(UpdateCheck, TellsTheUserOfAFailedDownloadWhoeverAsked) {
+TEST_F(UpdateCheck, TellsTheUserOfWhateverFailedWhoeverAsked) {
+    const std::function<void()> failures[] = {
+        [] { fail(); },
+        [] {
+            message(KW_URL_Opened);
+            fail();
+        },
+        [] {  // the file is gone
+            message(KW_URL_Opened);
+            message(KW_URL_Finished);
+        },
+        [] {
+            const WithoutDataFolder none;
+            message(KW_URL_Finished);
+        },
+        [this] {
+            sCurrentAddonVersion = text("TessaroLibrary 22.0 (AC220) 03/08/2018");  // the own line is invalid
+            finish(kNewerLine);
+        },
+    };
     for (const bool byUser : {true, false}) {
-        for (const bool opened : {true, false}) {
+        for (const auto& failure : failures) {
+            SCOPED_TRACE(&failure - failures);
             KW_AddonUpdate_ResetState();
             presenter_.alerts.clear();
             store("LastUpdateCheck_220", "0");
             check(byUser);
-            if (opened) message(KW_URL_Opened);
             presenter_.then(UserAction::answer(1));
-            fail();
+            failure();
             EXPECT_EQ(alertText(), suiteText(33));
-            EXPECT_EQ(dialog(), nullptr);
+            EXPECT_TRUE(dialog() == nullptr || !dialog()->visible);
             EXPECT_EQ(sUpdateStatus, kUpdateStatus_Running);
             EXPECT_GT(storedCheckTime(), 0);
+            EXPECT_FALSE(folder_.has("__updcf__.tmp"));
         }
     }
 }
 
-TEST_F(UpdateCheck, TellsTheUserWhenTheFileIsGone) {
-    check(true);
-    message(KW_URL_Opened);
-    presenter_.then(UserAction::answer(1));
-    message(KW_URL_Finished);
-    EXPECT_EQ(alertText(), suiteText(33));
-    EXPECT_EQ(sUpdateStatus, kUpdateStatus_Running);
-}
-
-TEST_F(UpdateCheck, TellsTheUserWhenTheDataFolderIsGone) {
-    check(true);
-    const WithoutDataFolder none;
-    presenter_.then(UserAction::answer(1));
-    message(KW_URL_Finished);
-    EXPECT_EQ(alertText(), suiteText(33));
-}
-
-TEST_F(UpdateCheck, TellsTheUserWhenTheOwnLineIsInvalid) {
-    EXPECT_TRUE(
-        KW_AddonUpdate_CheckForUpdate(true, text("TessaroLibrary 22.0 (AC220) 03/08/2018"), KW_String()));
-    presenter_.then(UserAction::answer(1));
-    finish(kNewerLine);
-    EXPECT_EQ(alertText(), suiteText(33));
-    EXPECT_EQ(sUpdateStatus, kUpdateStatus_Running);
-    EXPECT_FALSE(folder_.has("__updcf__.tmp"));
-}
-
 // ---- Two at a time, too late, too early
 
-TEST_F(UpdateCheck, IsNotStartedWhileAnotherOneRuns) {
-    check(true);
-    const short running = sIDUpdateDialog;
-    EXPECT_TRUE(KW_AddonUpdate_CheckForUpdate(true, text("Other 1.0.0.0 (AC220) 01/01/2018"), KW_String()));
-    EXPECT_TRUE(KW_AddonUpdate_CheckForUpdate(false, text("Other 1.0.0.0 (AC220) 01/01/2018"), KW_String()));
-    EXPECT_EQ(downloads_.size(), 1u);
-    EXPECT_EQ(sIDUpdateDialog, running);
-    finish("");
-    ASSERT_NE(dialog(), nullptr);
-    EXPECT_TRUE(dialog()->visible) << "the user still waits for the answer";
-    EXPECT_TRUE(sHasLibrary);
-}
-
-TEST_F(UpdateCheck, AnswersTheUserWhoAsksWhileAnAutomaticOneRuns) {
-    check(false);
-    check(true);
-    finish("");
-    EXPECT_EQ(downloads_.size(), 1u);
-    ASSERT_NE(dialog(), nullptr);
-    EXPECT_TRUE(dialog()->visible);
+TEST_F(UpdateCheck, IsNotStartedWhileAnotherOneRunsWhichAnswersTheUserWhoEverAsked) {
+    for (const bool userFirst : {true, false}) {
+        KW_AddonUpdate_ResetState();
+        store("LastUpdateCheck_220", "0");
+        downloads_.clear();
+        check(userFirst);
+        const short running = sIDUpdateDialog;
+        for (const bool byUser : {!userFirst, userFirst}) {
+            EXPECT_TRUE(
+                KW_AddonUpdate_CheckForUpdate(byUser, text("Other 1.0.0.0 (AC220) 01/01/2018"), KW_String()));
+        }
+        EXPECT_EQ(downloads_.size(), 1u);
+        EXPECT_EQ(sIDUpdateDialog, running);
+        finish("");
+        ASSERT_NE(dialog(), nullptr);
+        EXPECT_TRUE(dialog()->visible);
+        EXPECT_TRUE(sHasLibrary);
+    }
 }
 
 TEST_F(UpdateCheck, ReplacesAnEarlierResultOnTheScreen) {

@@ -81,58 +81,48 @@ TEST_F(ResultDialog, LeavesTheLibraryOutForAnAddOnWithoutOne) {
     }
 }
 
-TEST_F(ResultDialog, LeadsWhereItsButtonsSay) {
+TEST_F(ResultDialog, LeadsWhereItsButtonsSayAndCloses) {
     const std::string page = "http://update.tessaro.example/update_plugins/updates.htm?acver=22&lang=";
+    constexpr short kCloseBox = -1;
     const struct {
         short item;
         short language;
-        std::string address;
+        std::vector<std::string> addresses;
     } cases[] = {
-        {1, 1, "http://www.tessaro.example/"},
-        {5, 3, page + "3&addon=TessaroLibrary"},
-        {7, 3, page + "3&addon=TessaroLibrary&lib=Unknown"},
-        {7, 0, page + "0&addon=TessaroLibrary&lib=Unknown"},
+        {1, 1, {"http://www.tessaro.example/"}},
+        {5, 3, {page + "3&addon=TessaroLibrary"}},
+        {7, 0, {page + "0&addon=TessaroLibrary&lib=Unknown"}},
+        {2, 1, {}},
+        {kCloseBox, 1, {}},
     };
     for (const auto& each : cases) {
         gKW_Language = each.language;
         launched_.clear();
         check(true);
         finish(kNewerLine);
-        click(each.item);
-        EXPECT_EQ(launched_, std::vector<std::string>{each.address});
-        EXPECT_EQ(dialog(), nullptr);
-        EXPECT_FALSE(sUpdateCancelled);
-    }
-}
-
-TEST_F(ResultDialog, ClosesByItsCloseButtonAndItsCloseBox) {
-    for (const bool byButton : {true, false}) {
-        check(true);
-        finish(kNewerLine);
-        if (byButton) {
-            click(2);
+        if (each.item != kCloseBox) {
+            click(each.item);
         } else {
             platform::DialogControl::instance().perform(platform::UserAction::close(sIDUpdateDialog));
         }
+        EXPECT_EQ(launched_, each.addresses);
         EXPECT_EQ(dialog(), nullptr);
-        EXPECT_EQ(sUpdateCancelled, byButton);
+        EXPECT_EQ(sUpdateCancelled, each.item == 2);
         EXPECT_EQ(host_.calls.back(), "UnregisterModelessWindow");
     }
-    EXPECT_TRUE(launched_.empty());
 }
 
 TEST_F(ResultDialog, AnswersEachMessageAsItsHostExpects) {
     const auto handle = [](short message, short item) {
         return KW_AddonUpdate_ResultUpdate_Handler(message, 0, item, 0, 0);
     };
-    for (const short item : {-1, 1, 2, 5, 7})
-        EXPECT_EQ(handle(DG_MSG_CLICK, item), item);
-    for (const short item : {-2, 0, 3, 4, 6, 8})
-        EXPECT_EQ(handle(DG_MSG_CLICK, item), 0) << item;
+    for (const short item : {-2, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8}) {
+        const bool isButton = item == -1 || item == 1 || item == 2 || item == 5 || item == 7;
+        EXPECT_EQ(handle(DG_MSG_CLICK, item), isButton ? item : 0) << item;
+    }
     EXPECT_EQ(handle(DG_MSG_INIT, 0), 0);
     EXPECT_EQ(handle(DG_MSG_CLOSE, 2), 1);
     EXPECT_EQ(handle(DG_MSG_CHANGE, 1), 0);
-    EXPECT_EQ(handle(0, 1), 0);
 }
 
 }  // namespace

@@ -15,16 +15,6 @@ struct GrammarCase {
     int kind;
 };
 
-class VersionGrammar : public testing::TestWithParam<GrammarCase> {};
-
-TEST_P(VersionGrammar, GivesEachLineItsKind) {
-    KW_List<KW_String> tokens;
-    text(GetParam().line).SplitBySpaces(tokens);
-    EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), GetParam().kind) << GetParam().line;
-    EXPECT_EQ(KW_VersionLine(KW_UnitsOf(text(GetParam().line))).Kind(), GetParam().kind)
-        << "in place: " << GetParam().line;
-}
-
 const GrammarCase kGrammarCases[] = {
     {"TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018 ita int", 1},
     {"TessaroLibrary\t22.0.5.2210 \t (AC220) 15-10-2018", 1},
@@ -81,14 +71,18 @@ const GrammarCase kGrammarCases[] = {
     {"T 1.2.3.4 (AC220) 5/10/2018", 0},
 };
 
-INSTANTIATE_TEST_SUITE_P(Lines, VersionGrammar, testing::ValuesIn(kGrammarCases));
-
-TEST(VersionGrammar, HasNoVersionLineWithoutTokens) {
+TEST(VersionGrammar, GivesEachLineItsKind) {
+    for (const auto& [line, kind] : kGrammarCases) {
+        KW_List<KW_String> tokens;
+        text(line).SplitBySpaces(tokens);
+        EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), kind) << line;
+        EXPECT_EQ(KW_VersionLine(KW_UnitsOf(text(line))).Kind(), kind) << "in place: " << line;
+    }
     KW_List<KW_String> tokens;
     EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), KW_AddonUpdate_NoVersionLine);
     tokens.AddData(KW_String(), -1);
     tokens.AddData(KW_String(), -1);
-    EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), KW_AddonUpdate_NoVersionLine);
+    EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), KW_AddonUpdate_NoVersionLine) << "null strings";
 }
 
 TEST(VersionDate, IsRearrangedFromWhateverCharactersItHas) {
@@ -110,23 +104,6 @@ TEST(VersionDate, IsRearrangedFromWhateverCharactersItHas) {
     }
 }
 
-TEST(LinesInPlace, AreThoseOfSplitLines) {
-    for (const char* const all : {"a\nb\r\nc\rd", "\n\na\r\r\nb\n\r", "a", "a\r", "\r\n"}) {
-        KW_List<KW_String> lines;
-        text(all).SplitLines(lines, true, true);
-        const KW_String whole = text(all);
-        KW_Units rest = KW_UnitsOf(whole);
-        long count = 0;
-        for (; !rest.empty(); ++count) {
-            ASSERT_LT(count, lines.count) << all;
-            EXPECT_TRUE(KW_UnitsEqual(KW_TakeLine(rest), KW_UnitsOf(lines[count])))
-                << all << " line " << count;
-        }
-        // what follows the last line end counts as a line there also when there is nothing
-        EXPECT_EQ(lines.count, lines[lines.count - 1].length == 0 ? count + 1 : count) << all;
-    }
-}
-
 // ---- Records
 
 std::string languages(const KW_AddonUpdate_Addon& addon) {
@@ -136,23 +113,7 @@ std::string languages(const KW_AddonUpdate_Addon& addon) {
     return all;
 }
 
-TEST(AddonRecord, TakesTheFieldsOfItsLine) {
-    KW_AddonUpdate_Addon addon;
-    addon.text = text("kept");
-    KW_AddonUpdate_SplitAddonVersion(text("TessaroLibrary 22.0.4.2200 (AC220) 03/08/2018"), addon);
-    EXPECT_EQ(utf8(addon.name), "TessaroLibrary");
-    EXPECT_EQ(utf8(addon.versionText), "22.0.4.2200");
-    EXPECT_THAT(addon.versionNumbers, testing::ElementsAre(22, 0, 4, 2200));
-    EXPECT_EQ(addon.hostVersion, 22);
-    EXPECT_EQ(utf8(addon.date), "20180803");
-    EXPECT_EQ(utf8(addon.dateText), "03/08/2018");
-    EXPECT_EQ(addon.languages.count, 0);
-    EXPECT_TRUE(addon.inSE);
-    EXPECT_TRUE(addon.inSuite);
-    EXPECT_EQ(utf8(addon.text), "kept");
-}
-
-TEST(AddonRecord, NotesMarkersFromTheFifthTokenOn) {
+TEST(Records, NoteMarkersBehindTheirFields) {
     const struct {
         const char* markers;
         const char* languages;
@@ -168,16 +129,19 @@ TEST(AddonRecord, NotesMarkersFromTheFifthTokenOn) {
         {"nose NOSUITE itax it", "", true, true},
     };
     KW_AddonUpdate_Addon addon;
+    KW_AddonUpdate_Library library;
     for (const auto& each : cases) {
         const std::string line = std::string("T 1.2.3.4 (AC220) 03/08/2018 ") + each.markers;
         KW_AddonUpdate_SplitAddonVersion(text(line), addon);
+        KW_AddonUpdate_SplitLibVersion(text(std::string("T 03/08/2018 ") + each.markers), library);
         EXPECT_EQ(languages(addon), each.languages) << line;
         EXPECT_EQ(addon.inSE, each.inSE) << line;
         EXPECT_EQ(addon.inSuite, each.inSuite) << line;
+        EXPECT_EQ(library.inSuite, each.inSuite) << line;
     }
 }
 
-TEST(AddonRecord, KeepsSixteenBitsOfItsNumbers) {
+TEST(Records, KeepSixteenBitsOfTheirNumbers) {
     const struct {
         const char* version;
         const char* host;
@@ -198,24 +162,24 @@ TEST(AddonRecord, KeepsSixteenBitsOfItsNumbers) {
     }
 }
 
-TEST(AddonRecord, IsEmptiedByTheEmptyLine) {
+TEST(Records, AreEmptiedByTheEmptyLineAllButTheirText) {
     for (const KW_String& empty : {KW_String(), text("")}) {
         KW_AddonUpdate_Addon addon;
+        addon.text = text("kept");
         KW_AddonUpdate_SplitAddonVersion(text("T 1.2.3.4 (AC220) 03/08/2018 ita NoSuite"), addon);
+        EXPECT_EQ(addon.text, text("kept"));
         KW_AddonUpdate_SplitAddonVersion(empty, addon);
-        EXPECT_EQ(addon.name, text(""));
-        EXPECT_EQ(addon.versionText, text(""));
+        for (const KW_String& field : {addon.name, addon.versionText, addon.date, addon.dateText})
+            EXPECT_EQ(field, text("")) << "not the null string";
         EXPECT_THAT(addon.versionNumbers, testing::Each(0));
         EXPECT_EQ(addon.hostVersion, 0);
-        EXPECT_EQ(addon.date, text(""));
-        EXPECT_EQ(addon.dateText, text(""));
         EXPECT_EQ(addon.languages.count, 0);
         EXPECT_FALSE(addon.inSE);
         EXPECT_TRUE(addon.inSuite);
     }
 }
 
-TEST(AddonRecord, IsFilledSafelyFromLinesThatAreNone) {
+TEST(Records, AreFilledSafelyFromLinesThatAreNone) {
     for (const char* const line : {"x", "x 1", "x 1.2 (A", "x 1.2 (AC 1/", " ", "x y z 5"}) {
         KW_AddonUpdate_Addon addon;
         KW_AddonUpdate_SplitAddonVersion(text(line), addon);
@@ -226,7 +190,7 @@ TEST(AddonRecord, IsFilledSafelyFromLinesThatAreNone) {
     }
 }
 
-TEST(AddonRecord, IsCopiedWithEverythingInIt) {
+TEST(Records, AreCopiedWithEverythingInThem) {
     KW_AddonUpdate_Addon original;
     KW_AddonUpdate_SplitAddonVersion(text("T 1.2.3.4 (AC220) 03/08/2018 ita rus NoSE"), original);
     KW_AddonUpdate_Addon copy(original);
@@ -241,17 +205,6 @@ TEST(AddonRecord, IsCopiedWithEverythingInIt) {
         EXPECT_THAT(each->versionNumbers, testing::ElementsAre(1, 2, 3, 4));
         EXPECT_FALSE(each->inSE);
     }
-}
-
-TEST(LibraryRecord, TakesTheFieldsOfItsLine) {
-    KW_AddonUpdate_Library library;
-    KW_AddonUpdate_SplitLibVersion(text("Tessaro 01-10-2018 x NoSuite y"), library);
-    EXPECT_EQ(utf8(library.name), "Tessaro");
-    EXPECT_EQ(utf8(library.date), "20181001");
-    EXPECT_EQ(utf8(library.dateText), "01-10-2018");
-    EXPECT_FALSE(library.inSuite);
-    KW_AddonUpdate_SplitLibVersion(text("Tessaro 01/10/2018 nosuite"), library);
-    EXPECT_TRUE(library.inSuite);
 }
 
 TEST(TextLines, AreJoinedAndLeaveTheIndexOnTheLastOne) {
@@ -333,12 +286,6 @@ const std::string kSampleEntries =
     "addon TessaroLibrary 20180803  []\n"
     "library Tessaro 20181001 [New objects.]\n";
 
-std::string withLineEnds(std::string text, const std::string& end) {
-    for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += end.size())
-        text.replace(at, 1, end);
-    return text;
-}
-
 TEST_F(VersionsFile, IsReadIntoRecordsWhateverItsLineEnds) {
     for (const char* const end : {"\n", "\r\n", "\r"}) {
         messages.Reset();
@@ -350,29 +297,10 @@ TEST_F(VersionsFile, IsReadIntoRecordsWhateverItsLineEnds) {
     EXPECT_TRUE(folder.has("__updcf__.tmp"));
 }
 
-TEST_F(VersionsFile, AppendsToTheLists) {
-    ASSERT_TRUE(read("A 01/01/2018\n"));
-    ASSERT_TRUE(read("B 01/01/2018"));
-    EXPECT_EQ(entries(), "library A 20180101 []\nlibrary B 20180101 []\n");
-}
-
 TEST_F(VersionsFile, IsUtf8UnlessAByteOrderMarkSaysOtherwise) {
     ASSERT_TRUE(read("Caffè 01/01/2018"));
-    ASSERT_TRUE(
-        read("\xEF\xBB\xBF"
-             "Tè 01/01/2018"));
-    ASSERT_TRUE(
-        read(std::string("\xFF\xFE"
-                         "P\0\xF2\0 \0"
-                         "0\0"
-                         "1\0/\0"
-                         "0\0"
-                         "1\0/\0"
-                         "2\0"
-                         "0\0"
-                         "1\0"
-                         "8\0",
-                         28)));
+    ASSERT_TRUE(read("\xEF\xBB\xBFTè 01/01/2018"));
+    ASSERT_TRUE(read("\xFF\xFE" + utf16("P\xF2 01/01/2018")));
     EXPECT_EQ(entries(), "library Caffè 20180101 []\nlibrary Tè 20180101 []\nlibrary Pò 20180101 []\n");
 }
 
@@ -392,14 +320,10 @@ TEST_F(VersionsFile, TakesNoticesByTheirFirstToken) {
               "library message 20180101 []\n");
 }
 
-TEST_F(VersionsFile, StartsNoEntryAtATextLine) {
-    ASSERT_TRUE(read("# 01/01/2018\n#T 1.2.3.4 (AC220) 01/01/2018\n"));
-    EXPECT_EQ(entries(), "");
-}
-
-TEST_F(VersionsFile, HoldsNothingWhenEmptyOrUndecodable) {
+TEST_F(VersionsFile, HoldsNothingWhenEmptyUndecodableOrOnlyText) {
     EXPECT_TRUE(read(""));
     EXPECT_TRUE(read("\xC3\x28 01/01/2018"));
+    EXPECT_TRUE(read("# 01/01/2018\n#T 1.2.3.4 (AC220) 01/01/2018\n"));
     EXPECT_EQ(entries(), "");
 }
 

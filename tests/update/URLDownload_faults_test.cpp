@@ -1,4 +1,5 @@
 #include "tests/update/DownloadFixture.h"
+#include "tests/update/VersionText.h"
 
 #include <set>
 
@@ -10,27 +11,12 @@ const std::string kOldContent = "what stood there before";
 const std::string kFaultBody(support::kFaultBody);
 const std::string kHalf = kFaultBody.substr(0, kFaultBody.size() / 2);
 
-std::string withLineEnds(const std::string& end) {
-    std::string text;
-    for (const char character : kFaultBody)
-        text += character == '\n' ? end : std::string(1, character);
-    return text;
-}
-
 std::string hundredMegabytes() {
     const std::string megabyte = support::patternedBody(1'000'000);
     std::string body;
-    body.reserve(100 * megabyte.size());
     for (int i = 0; i < 100; ++i)
         body += megabyte;
     return body;
-}
-
-std::string utf16(const std::string& ascii) {
-    std::string bytes = "\xFF\xFE";
-    for (const char character : ascii)
-        bytes += {character, '\0'};
-    return bytes;
 }
 
 /// What a download from a fault server comes to: its messages, and what the destination then holds.
@@ -67,10 +53,10 @@ TEST(URLDownloadFaults, EveryFaultEndsInItsMessagesAndBytes) {
         {"compressed", "OPF", "\x1F\x8B\x08 no real gzip"},
         {"garbage", "OX", ""},
         {"portal", "OPF", "<html><title>Welcome</title>Please log in.</html>"},
-        {"utf16", "OPF", utf16(kFaultBody)},
+        {"utf16", "OPF", "\xFF\xFE" + utf16(kFaultBody)},
         {"bom", "OPF", "\xEF\xBB\xBF" + kFaultBody},
-        {"cr", "OPF", withLineEnds("\r")},
-        {"crlf", "OPF", withLineEnds("\r\n")},
+        {"cr", "OPF", withLineEnds(kFaultBody, "\r")},
+        {"crlf", "OPF", withLineEnds(kFaultBody, "\r\n")},
     };
     std::set<std::string> covered = {"silent", "stall-after-headers", "stall-half-way"};  // below
     const TemporaryFolder folder;

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <sstream>
 
 namespace {
 
@@ -167,49 +168,24 @@ KW_AddonUpdate_Comparison comparedByLists(const KW_String& own, const KW_String&
     return KW_AddonUpdate_UpToDate;
 }
 
-/// Pieces from which random texts come near the grammar often.
-std::string randomText(std::mt19937& random, std::size_t pieces) {
-    static const char* const kPieces[] = {"MESSAGE ",
-                                          "Tessaro ",
-                                          "T ",
-                                          "22.0.5.2210 ",
-                                          "1..2.3",
-                                          "...",
-                                          " (AC220) ",
-                                          "(AC22) ",
-                                          " (AC) ",
-                                          "(AC2x) ",
-                                          "T 1.2.3.4 (AC220) 15/10/2018 ",
-                                          "03/08/2018",
-                                          "3/8/18",
-                                          "15-10-2018 ",
-                                          "01/10/20189",
-                                          "# ",
-                                          "#",
-                                          "\n",
-                                          "\n",
-                                          "\r\n",
-                                          "\r",
-                                          "\t",
-                                          " ",
-                                          "*",
-                                          "http://",
-                                          "ita ",
-                                          "RUS ",
-                                          "NoSE ",
-                                          "NoSuite ",
-                                          "9999999999999999999.",
-                                          "\xC3\xA8",
-                                          "\xE6\x97\xA5",
-                                          "\xF0\x9F\x98\x80",
-                                          "\xEF\xBC\x91",
-                                          "T 1.0.0.0 (AC220) 16/10/2018\n"};
-    std::string all;
-    for (std::size_t i = 0; i < pieces; ++i) {
-        all += random() % 16 == 0 ? std::string(1, static_cast<char>(random() % 127 + 1))
-                                  : kPieces[random() % std::size(kPieces)];
+/// Pieces from which random texts come near the grammar often, with bars between them.
+const char kPieces[] =
+    "MESSAGE |Tessaro |T |22.0.5.2210 |1..2.3|...| (AC220) |(AC22) | (AC) |(AC2x) |03/08/2018|3/8/18|"
+    "15-10-2018 |01/10/20189|T 1.2.3.4 (AC220) 15/10/2018 |T 1.0.0.0 (AC220) 16/10/2018\n|"
+    "9999999999999999999.|# |#|\n|\n|\r\n|\r|\t| |*|http://|ita |RUS |NoSE |NoSuite |"
+    "\xC3\xA8|\xE6\x97\xA5|\xF0\x9F\x98\x80|\xEF\xBC\x91";
+
+std::string randomText(std::mt19937& random, std::size_t count) {
+    std::vector<std::string> pieces;
+    std::istringstream all(kPieces);
+    for (std::string piece; std::getline(all, piece, '|');)
+        pieces.push_back(piece);
+    std::string chosen;
+    for (std::size_t i = 0; i < count; ++i) {
+        chosen += random() % 16 == 0 ? std::string(1, static_cast<char>(random() % 127 + 1))
+                                     : pieces[random() % pieces.size()];
     }
-    return all;
+    return chosen;
 }
 
 TEST(VersionsInPlace, ComeToWhatListsOfLinesAndTokensComeTo) {
