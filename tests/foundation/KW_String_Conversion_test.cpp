@@ -6,25 +6,7 @@
 
 namespace {
 
-using Encoding = KW_String::Encoding;
-
-constexpr auto kSystem = KW_String::Encoding_System;
-constexpr auto kUTF7 = KW_String::Encoding_UTF7;
-constexpr auto kUTF8 = KW_String::Encoding_UTF8;
-constexpr auto kUTF16LE = KW_String::Encoding_UTF16LE;
-constexpr auto kUTF16BE = KW_String::Encoding_UTF16BE;
-constexpr auto kUTF32LE = KW_String::Encoding_UTF32LE;
-constexpr auto kUTF32BE = KW_String::Encoding_UTF32BE;
-constexpr auto kASCII = KW_String::Encoding_ASCII;
-constexpr auto kMacRoman = KW_String::Encoding_MacRoman;
-constexpr auto kWindows = KW_String::Encoding_WindowsLatin1;
-constexpr auto kLatin1 = KW_String::Encoding_ISOLatin1;
-
-// A literal's bytes, zero bytes inside included.
-template <std::size_t N>
-std::string bytes(char const (&literal)[N]) {
-    return std::string(literal, N - 1);
-}
+using namespace std::string_literals;
 
 // The counted bytes decoded, from memory that ends where they end.
 Content decoded(std::string const& source, Encoding encoding) {
@@ -62,10 +44,10 @@ TEST(KW_String_Conversion, DecodesAndEncodesEachEncoding) {
     for (Case const& c : std::vector<Case>{
              {kUTF7, "Hi Mom -+Jjo--!", u"Hi Mom -\u263A-!"},
              {kUTF8, "a\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80", u"a\u00E9\u4E2D\U0001F600"},
-             {kUTF16LE, bytes("a\0\x3D\xD8\x00\xDE"), u"a\U0001F600"},
-             {kUTF16BE, bytes("\0a\xD8\x3D\xDE\x00"), u"a\U0001F600"},
-             {kUTF32LE, bytes("a\0\0\0\x00\xF6\x01\0"), u"a\U0001F600"},
-             {kUTF32BE, bytes("\0\0\0a\0\x01\xF6\x00"), u"a\U0001F600"},
+             {kUTF16LE, "a\0\x3D\xD8\x00\xDE"s, u"a\U0001F600"},
+             {kUTF16BE, "\0a\xD8\x3D\xDE\x00"s, u"a\U0001F600"},
+             {kUTF32LE, "a\0\0\0\x00\xF6\x01\0"s, u"a\U0001F600"},
+             {kUTF32BE, "\0\0\0a\0\x01\xF6\x00"s, u"a\U0001F600"},
              {kASCII, "az\x7F", u"az\u007F"},
              {kMacRoman, "\xBD\xC6\xDB\xF0", u"\u03A9\u2206\u20AC\uF8FF"},
              {kWindows, "\x80\x81\x8D\x8F\x90\x9D\x9F\xE9",
@@ -73,9 +55,7 @@ TEST(KW_String_Conversion, DecodesAndEncodesEachEncoding) {
              {kLatin1, "\x80\xE9\xFF", u"\u0080\u00E9\u00FF"},
              {kSystem, "\x8E", u"\u00E9"},
              {static_cast<Encoding>(3), "\x8E", u"\u00E9"},
-             {static_cast<Encoding>(9), "\x8E", u"\u00E9"},
              {static_cast<Encoding>(99), "\x8E", u"\u00E9"},
-             {static_cast<Encoding>(104), "\x8E", u"\u00E9"},
              {static_cast<Encoding>(0xFFFFFFFF), "\x8E", u"\u00E9"},
          }) {
         EXPECT_EQ(decoded(c.bytes, c.encoding), c.units) << c.encoding;
@@ -87,34 +67,21 @@ TEST(KW_String_Conversion, DecodesAndEncodesEachEncoding) {
 }
 
 TEST(KW_String_Conversion, RefusesMalformedBytes) {
-    struct Case {
-        Encoding encoding;
-        std::string bytes;
-    };
-    for (Case const& c : std::vector<Case>{
+    // The other ways to spoil UTF-8 are tried one by one with its detection.
+    for (auto const& [encoding, bytes] : std::vector<std::pair<Encoding, std::string>>{
              {kUTF8, "a\x80"},
-             {kUTF8, "\xC0\x80"},
-             {kUTF8, "\xC1\xBF"},
              {kUTF8, "\xC3"},
-             {kUTF8, "\xE4\xB8"},
              {kUTF8, "aaaaaaaaaaaaaaa\xE4"},
-             {kUTF8, "\xE0\x9F\xBF"},
              {kUTF8, "\xED\xA0\x80"},
-             {kUTF8, "\xF0\x8F\xBF\xBF"},
-             {kUTF8, "\xF0\x9F\x98"},
-             {kUTF8, "\xF4\x90\x80\x80"},
-             {kUTF8, "\xF5\x80\x80\x80"},
-             {kUTF8, "\xFF"},
              {kUTF7, "a\xE9"},
              {kASCII, "abc\x80"},
              {kUTF16LE, "abc"},
              {kUTF16BE, "a"},
          }) {
-        EXPECT_EQ(decoded(c.bytes, c.encoding), std::nullopt)
-            << c.encoding << ' ' << testing::PrintToString(c.bytes);
+        EXPECT_EQ(decoded(bytes, encoding), std::nullopt) << encoding << ' ' << testing::PrintToString(bytes);
         KW_String kept = text(u"kept");
-        EXPECT_FALSE(KW_String::CStringToKW_String(
-            kept, c.bytes.data(), static_cast<unsigned int>(c.bytes.size()), c.encoding, true));
+        EXPECT_FALSE(KW_String::CStringToKW_String(kept, bytes.data(),
+                                                   static_cast<unsigned int>(bytes.size()), encoding, true));
         EXPECT_EQ(content(kept), u"kept");
         EXPECT_EQ(kept.capacity, 5u);
     }
@@ -134,12 +101,12 @@ TEST(KW_String_Conversion, WritesAQuestionMarkForEachCharacterThatIsMissing) {
              {kUTF8, u"\xD83D", "?"},
              {kUTF8, u"a\xDE00\xD83D\xD83D\xDE00z", "a??\xF0\x9F\x98\x80z"},
              {kASCII, u"\xD83Dx\xDE00", "?x?"},
-             {kUTF32LE, u"\xDE00", bytes("?\0\0\0")},
+             {kUTF32LE, u"\xDE00", "?\0\0\0"s},
              {kUTF7, u"\xDE00", "?"},
          }) {
         EXPECT_EQ(encoded(text(c.units), c.encoding), c.bytes) << c.encoding;
     }
-    EXPECT_EQ(encoded(text(u"a\xDE00"), kUTF16BE), bytes("\0a\xDE\x00")) << "UTF-16 holds any unit";
+    EXPECT_EQ(encoded(text(u"a\xDE00"), kUTF16BE), "\0a\xDE\x00"s) << "UTF-16 holds any unit";
 }
 
 // Every scalar value, in an order that mixes the lengths of their sequences, in texts of a few units.
@@ -201,12 +168,11 @@ TEST(KW_String_Conversion, ReportsWhyNothingWasConverted) {
     EXPECT_EQ(convert(kSystem, nullptr, 0, kUTF8, target, 8, true, true), -3);
     EXPECT_EQ(target[0], 0);
     EXPECT_EQ(target[1], 'x');
-    EXPECT_EQ(convert(KW_String::Encoding_None, nullptr, 0, KW_String::Encoding_None, nullptr, 0, true, true),
-              -3);
-    EXPECT_EQ(convert(KW_String::Encoding_None, "a", 0, KW_String::Encoding_None, target, 8, true, true), -4);
-    EXPECT_EQ(convert(KW_String::Encoding_Unsupported, "a", 0, kUTF8, target, 8, true, true), -4);
-    EXPECT_EQ(convert(kUTF8, "a", 0, KW_String::Encoding_None, target, 8, true, true), -5);
-    EXPECT_EQ(convert(kUTF8, "a", 0, KW_String::Encoding_Unsupported, target, 8, true, true), -5);
+    EXPECT_EQ(convert(kNone, nullptr, 0, kNone, nullptr, 0, true, true), -3);
+    EXPECT_EQ(convert(kNone, "a", 0, kNone, target, 8, true, true), -4);
+    EXPECT_EQ(convert(kUnsupported, "a", 0, kUTF8, target, 8, true, true), -4);
+    EXPECT_EQ(convert(kUTF8, "a", 0, kNone, target, 8, true, true), -5);
+    EXPECT_EQ(convert(kUTF8, "a", 0, kUnsupported, target, 8, true, true), -5);
     EXPECT_EQ(convert(kUTF8, "\xFF", 0, kUTF16LE, target, 8, true, true), -1);
     EXPECT_EQ(convert(kUTF8, "", -1, kUTF16LE, target, 8, true, true), -1)
         << "only a length of 0 tells an empty text";
@@ -220,24 +186,20 @@ TEST(KW_String_Conversion, ReportsWhyNothingWasConverted) {
 }
 
 TEST(KW_String_Conversion, TakesAnEmptySourceAsATerminator) {
-    struct Case {
-        Encoding target;
-        long width;
-    };
-    for (Case const& c :
-         std::vector<Case>{{kUTF8, 1}, {kSystem, 1}, {kUTF16LE, 2}, {kUTF16BE, 2}, {kUTF32LE, 4}}) {
+    for (auto const& [encoding, width] : std::vector<std::pair<Encoding, long>>{
+             {kUTF8, 1}, {kSystem, 1}, {kUTF16LE, 2}, {kUTF16BE, 2}, {kUTF32LE, 4}}) {
         for (const Encoding source : {kSystem, kUTF8, kUTF16LE, kUTF16BE, kUTF32LE, kUTF32BE}) {
             const std::string zeros(4, '\0');
             const auto convert = [&](char* target, long size, bool addTerminator) {
-                return KW_String::ConvertChangeEncoding(source, zeros.data(), 0, c.target, target, size,
+                return KW_String::ConvertChangeEncoding(source, zeros.data(), 0, encoding, target, size,
                                                         addTerminator, true);
             };
-            std::string target(static_cast<std::size_t>(c.width), 'x');
-            EXPECT_EQ(convert(nullptr, 0, true), c.width);
+            std::string target(static_cast<std::size_t>(width), 'x');
+            EXPECT_EQ(convert(nullptr, 0, true), width);
             EXPECT_EQ(convert(nullptr, 0, false), 0);
-            EXPECT_EQ(convert(target.data(), c.width - 1, true), -2);
+            EXPECT_EQ(convert(target.data(), width - 1, true), -2);
             EXPECT_EQ(target, std::string(target.size(), 'x'));
-            EXPECT_EQ(convert(target.data(), c.width, true), c.width);
+            EXPECT_EQ(convert(target.data(), width, true), width);
             EXPECT_EQ(target, std::string(target.size(), '\0'));
         }
     }
@@ -258,9 +220,9 @@ TEST(KW_String_Conversion, ReadsOnlyWholeUTF32Units) {
         EXPECT_EQ(decoded("a", encoding), u"");
         EXPECT_EQ(decoded("abc", encoding), u"");
     }
-    EXPECT_EQ(decoded(bytes("a\0\0\0bcd"), kUTF32LE), u"a");
-    EXPECT_EQ(decoded(bytes("a\0\0\0\0\0\0\0b\0\0\0"), kUTF32LE), std::u16string(u"a\0b", 3));
-    EXPECT_EQ(decoded(bytes("\0\xD8\0\0\xFF\xDF\0\0\0\0\x11\0\xFF\xFF\xFF\xFF"), kUTF32LE),
+    EXPECT_EQ(decoded("a\0\0\0bcd"s, kUTF32LE), u"a");
+    EXPECT_EQ(decoded("a\0\0\0\0\0\0\0b\0\0\0"s, kUTF32LE), std::u16string(u"a\0b", 3));
+    EXPECT_EQ(decoded("\0\xD8\0\0\xFF\xDF\0\0\0\0\x11\0\xFF\xFF\xFF\xFF"s, kUTF32LE),
               u"\uFFFD\uFFFD\uFFFD\uFFFD");
 }
 
@@ -345,17 +307,17 @@ TEST(KW_String_Conversion, EncodesARangeOrUpToTheTerminator) {
         }
         return done ? std::string(out, size) : "failed";
     };
-    EXPECT_EQ(range(0, 0), bytes("ab\0"));
-    EXPECT_EQ(range(1, 0), bytes("b\0"));
-    EXPECT_EQ(range(0, 5), bytes("ab\0cd\0"));
-    EXPECT_EQ(range(3, 99), bytes("cd\0")) << "never past the end";
-    EXPECT_EQ(range(3, 0xFFFFFFFF), bytes("cd\0"));
-    EXPECT_EQ(range(5, 0), bytes("\0"));
-    EXPECT_EQ(range(5, 3), bytes("\0"));
+    EXPECT_EQ(range(0, 0), "ab\0"s);
+    EXPECT_EQ(range(1, 0), "b\0"s);
+    EXPECT_EQ(range(0, 5), "ab\0cd\0"s);
+    EXPECT_EQ(range(3, 99), "cd\0"s) << "never past the end";
+    EXPECT_EQ(range(3, 0xFFFFFFFF), "cd\0"s);
+    EXPECT_EQ(range(5, 0), "\0"s);
+    EXPECT_EQ(range(5, 3), "\0"s);
     EXPECT_EQ(range(6, 0), "failed");
     EXPECT_EQ(KW_String::KW_StringToCStringLenBytes(kUTF32LE, string, 1, 0), 4);
     EXPECT_EQ(KW_String::KW_StringToCStringLenBytes(kUTF8, string, 6, 0), -1);
-    EXPECT_EQ(KW_String::KW_StringToCStringLenBytes(KW_String::Encoding_None, string, 0, 0), -1);
+    EXPECT_EQ(KW_String::KW_StringToCStringLenBytes(kNone, string, 0, 0), -1);
     EXPECT_EQ(KW_String::KW_StringToCStringLenBytes(kUTF8, KW_String(), 0, 0), -1);
     EXPECT_EQ(KW_String::KW_StringToCStringLenBytes(kUTF8, text(u""), 0, 0), 0);
 }
@@ -363,12 +325,12 @@ TEST(KW_String_Conversion, EncodesARangeOrUpToTheTerminator) {
 TEST(KW_String_Conversion, GivesAByteStringWithItsEncoding) {
     const KW_String cafe("Caf\xE9", kWindows);
     const KW_CString utf8 = cafe.ToCStr(kUTF8);
-    EXPECT_EQ(std::string(utf8.data, utf8.size), bytes("Caf\xC3\xA9\0"));
+    EXPECT_EQ(std::string(utf8.data, utf8.size), "Caf\xC3\xA9\0"s);
     EXPECT_EQ(utf8.encoding, kUTF8);
-    const KW_CString none = cafe.ToCStr(KW_String::Encoding_None);
+    const KW_CString none = cafe.ToCStr(kNone);
     EXPECT_EQ(none.data, nullptr);
     EXPECT_EQ(none.size, 0u);
-    EXPECT_EQ(none.encoding, KW_String::Encoding_None);
+    EXPECT_EQ(none.encoding, kNone);
     EXPECT_EQ(text(u"").ToCStr(kUTF32BE).size, 4u);
 }
 
@@ -377,12 +339,12 @@ TEST(KW_String_Conversion, LeavesSingleCharactersThatAreNoneAtZeroAndQuestionMar
     EXPECT_EQ(KW_String::CharToKW_Char('a', kUTF16LE), 0);
     EXPECT_EQ(KW_String::CharToKW_Char('a', kUTF32BE), 0);
     EXPECT_EQ(KW_String::CharToKW_Char('\x80', kASCII), 0);
-    EXPECT_EQ(KW_String::CharToKW_Char('a', KW_String::Encoding_None), 0);
+    EXPECT_EQ(KW_String::CharToKW_Char('a', kNone), 0);
     EXPECT_EQ(KW_String::KW_CharToChar(0xE9, kUTF8), '?');
     EXPECT_EQ(KW_String::KW_CharToChar('a', kUTF16LE), '?');
     EXPECT_EQ(KW_String::KW_CharToChar('a', kUTF32LE), '?');
     EXPECT_EQ(KW_String::KW_CharToChar(0xD83D, kUTF8), '?');
-    EXPECT_EQ(KW_String::KW_CharToChar('a', KW_String::Encoding_None), '?');
+    EXPECT_EQ(KW_String::KW_CharToChar('a', kNone), '?');
     EXPECT_EQ(KW_String::KW_CharToChar(0, kUTF8), 0);
 }
 

@@ -2,23 +2,9 @@
 
 namespace {
 
-using Encoding = KW_String::Encoding;
-
-constexpr auto kNone = KW_String::Encoding_None;
-constexpr auto kUnsupported = KW_String::Encoding_Unsupported;
-constexpr auto kSystem = KW_String::Encoding_System;
-constexpr auto kUTF7 = KW_String::Encoding_UTF7;
-constexpr auto kUTF8 = KW_String::Encoding_UTF8;
-constexpr auto kUTF16LE = KW_String::Encoding_UTF16LE;
-constexpr auto kUTF16BE = KW_String::Encoding_UTF16BE;
-constexpr auto kUTF32LE = KW_String::Encoding_UTF32LE;
-constexpr auto kUTF32BE = KW_String::Encoding_UTF32BE;
 constexpr auto kUntouched = static_cast<Encoding>(77);
 
-template <std::size_t N>
-std::string bytes(char const (&literal)[N]) {
-    return std::string(literal, N - 1);
-}
+using namespace std::string_literals;
 
 TEST(KW_String_Detection, KnowsTheByteOrderMarks) {
     struct Case {
@@ -31,9 +17,9 @@ TEST(KW_String_Detection, KnowsTheByteOrderMarks) {
              {"\xFE", 0, kUntouched},
              {"\xFE\xFF", 2, kUTF16BE},
              {"\xFF\xFE", 2, kUTF16LE},
-             {bytes("\xFF\xFE\0"), 2, kUTF16LE},
-             {bytes("\xFF\xFE\0\0"), 4, kUTF32LE},
-             {bytes("\xFF\xFE\x41\0"), 2, kUTF16LE},
+             {"\xFF\xFE\0"s, 2, kUTF16LE},
+             {"\xFF\xFE\0\0"s, 4, kUTF32LE},
+             {"\xFF\xFE\x41\0"s, 2, kUTF16LE},
              {"\xEF\xBB", 0, kUntouched},
              {"\xEF\xBB\xBF", 3, kUTF8},
              {"\x0E\xFE\xFFz", 3, kUnsupported},
@@ -49,8 +35,8 @@ TEST(KW_String_Detection, KnowsTheByteOrderMarks) {
              {"+/v/", 4, kUTF7},
              {"\x84\x31\x95\x33", 4, kUnsupported},
              {"\xDD\x73\x66\x73", 4, kUnsupported},
-             {bytes("\0\0\xFE\xFF"), 4, kUTF32BE},
-             {bytes("\0\0\xFE"), 0, kUntouched},
+             {"\0\0\xFE\xFF"s, 4, kUTF32BE},
+             {"\0\0\xFE"s, 0, kUntouched},
              {"abcd", 0, kUntouched},
          }) {
         const ExactBytes exact(c.bytes);
@@ -71,7 +57,7 @@ TEST(KW_String_Detection, GivesTheMarkOfEachEncodingThatHasOne) {
         EXPECT_EQ(KW_String::DetectBOM(mark.data, mark.size, detected), mark.size);
         EXPECT_EQ(detected, encoding);
     }
-    for (const Encoding encoding : {kNone, kUnsupported, kSystem, kUTF7, KW_String::Encoding_MacRoman}) {
+    for (const Encoding encoding : {kNone, kUnsupported, kSystem, kUTF7, kMacRoman}) {
         const KW_CString mark = KW_String::GetBOM(encoding);
         EXPECT_EQ(mark.data, nullptr);
         EXPECT_EQ(mark.size, 0u);
@@ -135,7 +121,7 @@ TEST(KW_String_Detection, TakesASCIIForUTF8OnlyWhenNoMoreIsRequired) {
     EXPECT_FALSE(KW_String::IsUTF8(nullptr, 3, false));
     EXPECT_TRUE(KW_String::IsUTF8("\xFF", 0, false));
     EXPECT_FALSE(KW_String::IsUTF8("\xFF", 0, true));
-    EXPECT_TRUE(KW_String::IsUTF8(bytes("a\0\xC3\xA9").data(), 4, true)) << "a zero byte is a character here";
+    EXPECT_TRUE(KW_String::IsUTF8("a\0\xC3\xA9"s.data(), 4, true)) << "a zero byte is a character here";
     EXPECT_FALSE(KW_String::IsUTF8("abc\xE2\x82", false));
 }
 
@@ -150,30 +136,27 @@ TEST(KW_String_Detection, DecodesATextInTheEncodingItFinds) {
     for (Case const& c : std::vector<Case>{
              {"\xEF\xBB\xBF\xC3\xA9", false, kSystem, kUTF8, u"\u00E9"},
              {"\xEF\xBB\xBF", true, kSystem, kUTF8, u""},
-             {bytes("\xFF\xFE\0\0"), true, kSystem, kUTF32LE, u""},
+             {"\xFF\xFE\0\0"s, true, kSystem, kUTF32LE, u""},
              {"\xFE\xFF", false, kSystem, kUTF16BE, u""},
              {"\xFE\xFF\x4E\x2D", false, kSystem, kUTF16BE, u"\u4E2D"},
              {"+/v8-+AOk-", true, kSystem, kUTF7, u"\u00E9"},
              {"\x0E\xFE\xFF\x8E", true, kUTF8, kUnsupported, u"\u00E9"},
              {"\xC3\xA9", false, kUTF8, kUTF8, u"\u00E9"},
              {"\x8E", false, kNone, kNone, u"\u00E9"},
-             {"\x8E", false, kUnsupported, kUnsupported, u"\u00E9"},
              {"\x8E", false, static_cast<Encoding>(5), static_cast<Encoding>(5), u"\u00E9"},
              {"", true, kSystem, kUTF32LE, u""},
              {"", false, kUTF8, kUTF8, u""},
-             {"", false, kNone, kNone, u""},
-             {bytes("h\0i\0"), true, kSystem, kUTF16LE, u"hi"},
-             {bytes("\0h\0i\0!"), true, kSystem, kUTF16BE, u"hi!"},
-             {bytes("a\0\0\0"), true, kSystem, kUTF32LE, u"a"},
-             {bytes("\0\0\0a\0\0\0b"), true, kSystem, kUTF32BE, u"ab"},
-             {bytes("\0\x10\xFF\xFF"), true, kSystem, kUTF32BE, u"\xDBFF\xDFFF"},
-             {bytes("\0\x11\0A\0\xFF\0A"), true, kSystem, kUTF16BE, u"\u0011A\u00FFA"},
-             {"plain", true, kSystem, kUTF8, u"plain"},
+             {"h\0i\0"s, true, kSystem, kUTF16LE, u"hi"},
+             {"\0h\0i\0!"s, true, kSystem, kUTF16BE, u"hi!"},
+             {"a\0\0\0"s, true, kSystem, kUTF32LE, u"a"},
+             {"\0\0\0a\0\0\0b"s, true, kSystem, kUTF32BE, u"ab"},
+             {"\0\x10\xFF\xFF"s, true, kSystem, kUTF32BE, u"\xDBFF\xDFFF"},
+             {"\0\x11\0A\0\xFF\0A"s, true, kSystem, kUTF16BE, u"\u0011A\u00FFA"},
              {"four", true, kSystem, kUTF8, u"four"},
              {"caf\xC3\xA9", true, kSystem, kUTF8, u"caf\u00E9"},
              {"Caf\xE9", true, kSystem, kNone, u"Caf\u00C8"},
-             {bytes("\0\0a\0\0"), true, kSystem, kUTF8, std::u16string(u"\0\0a\0\0", 5)},
-             {bytes("\0\0\xE9\0\0"), true, kSystem, kNone, std::u16string(u"\0\0\u00C8\0\0", 5)},
+             {"\0\0a\0\0"s, true, kSystem, kUTF8, std::u16string(u"\0\0a\0\0", 5)},
+             {"\0\0\xE9\0\0"s, true, kSystem, kNone, std::u16string(u"\0\0\u00C8\0\0", 5)},
              {"\xEF\xBB\xBF\xE9", true, kSystem, kUTF8, u""},
              {"\xFE\xFF\x4E", true, kSystem, kUTF16BE, u""},
              {"\xFF\xFE\xFF", true, kSystem, kUTF16LE, u""},

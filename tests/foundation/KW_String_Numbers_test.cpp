@@ -11,11 +11,7 @@ constexpr unsigned long kNoULong = std::numeric_limits<unsigned long>::max();
 constexpr double kNoDouble = 1.7976931348623157e308;
 
 TEST(KW_String_Numbers, ReadsSignedIntegers) {
-    struct Case {
-        char const* text;
-        long value;
-    };
-    for (Case const& c : std::vector<Case>{
+    for (auto const& [text, value] : std::vector<std::pair<char const*, long>>{
              {nullptr, 0},
              {"", 0},
              {"12ab", 12},
@@ -35,16 +31,12 @@ TEST(KW_String_Numbers, ReadsSignedIntegers) {
              {"18446744073709551617", 1},
              {"-18446744073709551617", -1},
          }) {
-        EXPECT_EQ(KW_String::ToLong(c.text), c.value) << (c.text == nullptr ? "null" : c.text);
+        EXPECT_EQ(KW_String::ToLong(text), value) << (text == nullptr ? "null" : text);
     }
 }
 
 TEST(KW_String_Numbers, ReadsUnsignedIntegers) {
-    struct Case {
-        char const* text;
-        unsigned long value;
-    };
-    for (Case const& c : std::vector<Case>{
+    for (auto const& [text, value] : std::vector<std::pair<char const*, unsigned long>>{
              {nullptr, 0},
              {"", 0},
              {"-5", 5},
@@ -53,19 +45,15 @@ TEST(KW_String_Numbers, ReadsUnsignedIntegers) {
              {"18446744073709551615", kNoULong},
              {"18446744073709551618", 2},
          }) {
-        EXPECT_EQ(KW_String::ToULong(c.text), c.value) << (c.text == nullptr ? "null" : c.text);
+        EXPECT_EQ(KW_String::ToULong(text), value) << (text == nullptr ? "null" : text);
     }
 }
 
 TEST(KW_String_Numbers, ReadsDoubles) {
-    struct Case {
-        std::string text;
-        double value;
-    };
     const std::string nines(5000, '9');
     const std::string zeros(5000, '0');
     const double infinity = std::numeric_limits<double>::infinity();
-    for (Case const& c : std::vector<Case>{
+    for (auto const& [text, value] : std::vector<std::pair<std::string, double>>{
              {"", 0.0},
              {"3,25", 3.25},
              {"x3.5y", 3.5},
@@ -96,9 +84,9 @@ TEST(KW_String_Numbers, ReadsDoubles) {
              {"1" + zeros, infinity},
              {"0." + zeros + "1", 0.0},
          }) {
-        const double value = KW_String::ToDouble(c.text.c_str());
-        EXPECT_DOUBLE_EQ(value, c.value) << c.text;
-        EXPECT_EQ(std::signbit(value), std::signbit(c.value)) << c.text;
+        const double read = KW_String::ToDouble(text.c_str());
+        EXPECT_DOUBLE_EQ(read, value) << text;
+        EXPECT_EQ(std::signbit(read), std::signbit(value)) << text;
     }
     EXPECT_EQ(KW_String::ToDouble(nullptr), 0.0);
     // The exponent wraps as a 64-bit value; whatever it is then, the answer comes at once.
@@ -122,7 +110,7 @@ TEST(KW_String_Numbers, TellsWhatIsANumber) {
         char const* const name = c.text == nullptr ? "null" : c.text;
         EXPECT_EQ(KW_String::IsIntegerNumber(c.text), c.integer) << name;
         EXPECT_EQ(KW_String::IsNumber(c.text), c.kind) << name;
-        const KW_String string(c.text, KW_String::Encoding_System);
+        const KW_String string(c.text, kSystem);
         EXPECT_EQ(KW_String::IsIntegerNumber(string), c.integer) << name;
         EXPECT_EQ(KW_String::IsNumber(string), c.kind) << name;
     }

@@ -4,18 +4,6 @@ namespace {
 
 constexpr unsigned int kHuge = 0xFFFFFFFF;
 
-TEST(KW_String_Search, FindsForwardAndBackward) {
-    const KW_String hello = text(u"hello");
-    EXPECT_EQ(hello.IndexOf(text(u"lo"), 0), 3);
-    EXPECT_EQ(hello.IndexOf(text(u"lo"), 4), -1);
-    EXPECT_EQ(hello.IndexOf(text(u"hello"), 0), 0);
-    EXPECT_EQ(hello.IndexOf(text(u"hellos"), 0), -1);
-    EXPECT_EQ(hello.LastIndexOf(text(u"l")), 3);
-    EXPECT_EQ(hello.LastIndexOf(text(u"l"), 2), 2);
-    EXPECT_EQ(hello.LastIndexOf(text(u"lo"), 3), 3) << "a match may reach past the start";
-    EXPECT_EQ(hello.LastIndexOf(text(u"lo"), 2), -1);
-}
-
 TEST(KW_String_Search, FindsNothingInOrOfNullAndEmptyAndBehindTheEnd) {
     for (Content const& held : std::vector<Content>{std::nullopt, u"", u"hello"}) {
         for (Content const& sought : std::vector<Content>{std::nullopt, u"", u"zz"}) {
@@ -66,19 +54,6 @@ TEST(KW_String_Search, NeverFindsTheZeroByteAndStopsForwardAtAZeroUnit) {
     EXPECT_EQ(string.IndexOf('b', 2), 2);
     EXPECT_EQ(string.LastIndexOf('b'), 2);
     EXPECT_EQ(string.IndexOf(text(u"b"), 0), 2) << "a search for a string goes by the length";
-}
-
-TEST(KW_String_Search, TellsPrefixesAndSuffixes) {
-    const KW_String hello = text(u"hello");
-    EXPECT_TRUE(hello.StartsWith(text(u"he"), 0));
-    EXPECT_TRUE(hello.StartsWith(text(u"llo"), 2));
-    EXPECT_FALSE(hello.StartsWith(text(u"llo"), 3));
-    EXPECT_FALSE(hello.StartsWith(text(u"llox"), 2));
-    EXPECT_FALSE(hello.StartsWith(text(u"o"), 5));
-    EXPECT_TRUE(hello.EndsWith(text(u"lo")));
-    EXPECT_TRUE(hello.EndsWith(hello));
-    EXPECT_FALSE(hello.EndsWith(text(u"hell")));
-    EXPECT_FALSE(hello.EndsWith(text(u"ahello")));
 }
 
 TEST(KW_String_Search, AgreesWithAPlainSearchOnRandomText) {

@@ -4,25 +4,23 @@ namespace {
 
 using Pieces = std::vector<Content>;
 
-Pieces split(Content const& held, char separator) {
+Pieces pieces(Content const& held, auto split) {
     KW_List<KW_String> list;
     list.AddData(text(u"before"), -1);
-    maybe(held).Split(list, separator);
+    split(maybe(held), list);
     return contents(list);
+}
+
+Pieces split(Content const& held, char separator) {
+    return pieces(held, [=](KW_String const& text, auto& list) { text.Split(list, separator); });
 }
 
 Pieces splitLines(Content const& held, bool removeEOL) {
-    KW_List<KW_String> list;
-    list.AddData(text(u"before"), -1);
-    maybe(held).SplitLines(list, removeEOL, true);
-    return contents(list);
+    return pieces(held, [=](KW_String const& text, auto& list) { text.SplitLines(list, removeEOL, true); });
 }
 
 Pieces splitBySpaces(Content const& held) {
-    KW_List<KW_String> list;
-    list.AddData(text(u"before"), -1);
-    maybe(held).SplitBySpaces(list);
-    return contents(list);
+    return pieces(held, [](KW_String const& text, auto& list) { text.SplitBySpaces(list); });
 }
 
 TEST(KW_String_Split, GivesOnePieceMoreThanThereAreSeparators) {

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr auto kSystem = KW_String::Encoding_System;
-
 TEST(KW_String, IsNullWithoutSourceAndEmptyWithAnEmptyOne) {
     const unsigned short noUnits[] = {0};
     EXPECT_EQ(content(KW_String()), std::nullopt);
@@ -20,12 +18,10 @@ TEST(KW_String, IsNullWithoutSourceAndEmptyWithAnEmptyOne) {
     EXPECT_EQ(content(KW_String("", kSystem)), u"");
     EXPECT_EQ(content(KW_String(noUnits)), u"");
     EXPECT_EQ(KW_String("", kSystem).capacity, 1u);
-}
-
-TEST(KW_String, IsNullWhenItsBytesCannotBeDecoded) {
-    EXPECT_EQ(content(KW_String("\xC3", KW_String::Encoding_UTF8)), std::nullopt);
-    EXPECT_EQ(content(KW_String("a", KW_String::Encoding_None)), std::nullopt);
-    EXPECT_EQ(content(KW_String("a", KW_String::Encoding_Unsupported)), std::nullopt);
+    // Nor has it text when its bytes cannot be decoded.
+    EXPECT_EQ(content(KW_String("\xC3", kUTF8)), std::nullopt);
+    EXPECT_EQ(content(KW_String("a", kNone)), std::nullopt);
+    EXPECT_EQ(content(KW_String("a", kUnsupported)), std::nullopt);
 }
 
 TEST(KW_String, TakesACountOfBytesOrAllUpToTheTerminator) {
@@ -90,9 +86,9 @@ TEST(KW_String, TakesOverTheBufferOfAPointedToString) {
 
 TEST(KW_String, StaysAsItIsWhenSetFails) {
     KW_String string = text(u"abc");
-    EXPECT_FALSE(string.Set("\xFF", 1, KW_String::Encoding_UTF8));
+    EXPECT_FALSE(string.Set("\xFF", 1, kUTF8));
     EXPECT_EQ(content(string), u"abc");
-    EXPECT_FALSE(string.Set("abc", 3, KW_String::Encoding_UTF16LE));
+    EXPECT_FALSE(string.Set("abc", 3, kUTF16LE));
     EXPECT_EQ(content(string), u"abc");
     EXPECT_TRUE(string.Set("xyz", 2, kSystem));
     EXPECT_EQ(content(string), u"xy");
@@ -176,11 +172,11 @@ TEST(KW_String, AppendsUnitsAndBytes) {
     KW_String string;
     string.THIS_Append(static_cast<unsigned short const*>(nullptr), 3);
     string.THIS_Append(nullptr, 3, kSystem);
-    string.THIS_Append("\xFF", 1, KW_String::Encoding_UTF8);
+    string.THIS_Append("\xFF", 1, kUTF8);
     EXPECT_EQ(content(string), std::nullopt);
     string.THIS_Append("", 0, kSystem);
     EXPECT_EQ(content(string), u"") << "empty bytes are text";
-    string.THIS_Append("a\xE9z", 2, KW_String::Encoding_ISOLatin1);
+    string.THIS_Append("a\xE9z", 2, kLatin1);
     string.THIS_Append(text(u"xyz").data, 2);
     EXPECT_EQ(content(string), u"a\u00E9xy");
     EXPECT_EQ(string.capacity, 5u);
@@ -217,7 +213,6 @@ TEST(KW_String, ConcatenatesAlsoWithItself) {
 }
 
 TEST(KW_String, ReadsBytesFromItsOwnBuffer) {
-    constexpr auto kUTF16LE = KW_String::Encoding_UTF16LE;
     KW_String string = text(u"abc");
     string.THIS_Append(reinterpret_cast<char const*>(string.data), 6, kUTF16LE);
     EXPECT_EQ(content(string), u"abcabc");
@@ -269,10 +264,10 @@ TEST(KW_CString, OwnsItsBytes) {
     KW_CString bytes = text(u"abc").ToCStr(kSystem);
     const KW_CString copy(bytes);
     EXPECT_NE(copy.data, bytes.data);
-    text(u"z").ToCStr(bytes, KW_String::Encoding_UTF8);
+    text(u"z").ToCStr(bytes, kUTF8);
     EXPECT_STREQ(bytes.data, "z");
     EXPECT_EQ(bytes.size, 2u);
-    EXPECT_EQ(bytes.encoding, KW_String::Encoding_UTF8);
+    EXPECT_EQ(bytes.encoding, kUTF8);
     EXPECT_STREQ(copy.data, "abc");
     KW_String().ToCStr(bytes, kSystem);
     EXPECT_EQ(bytes.data, nullptr);

@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr auto kSystem = KW_String::Encoding_System;
-
 class KW_Text_ScannerTest : public testing::Test {
 protected:
     void set(Content const& units, unsigned long position = 0) {
@@ -159,10 +157,6 @@ TEST_F(KW_Text_ScannerTest, ReadsIntegers) {
         EXPECT_EQ(value, c.value) << testing::PrintToString(c.text);
         EXPECT_EQ(scanner.position, c.position) << testing::PrintToString(c.text);
     }
-    set(u"  /* x */ 42 rest");
-    long value = 0;
-    scanner.ReadLong(value, 3, true);
-    EXPECT_EQ(content(scanner.ReadToken(0, true)), std::nullopt);
 }
 
 TEST_F(KW_Text_ScannerTest, ReadsQuotedStrings) {
@@ -222,10 +216,10 @@ TEST_F(KW_Text_ScannerTest, FindsText) {
         EXPECT_EQ(scanner.position, c.position);
     }
     set(u"na\u00EFve \u4E2D", 6);
-    EXPECT_EQ(scanner.FindText("\xC3\xAF", 0, true, KW_String::Encoding_UTF8), 2);
+    EXPECT_EQ(scanner.FindText("\xC3\xAF", 0, true, kUTF8), 2);
     EXPECT_EQ(scanner.position, 3u) << "a start before the cursor may move it back";
-    EXPECT_EQ(scanner.FindText("\x4E\x2D\0", 0, true, KW_String::Encoding_UTF16BE), 6);
-    EXPECT_EQ(scanner.FindText("\xFF", 0, true, KW_String::Encoding_UTF8), -1);
+    EXPECT_EQ(scanner.FindText("\x4E\x2D\0", 0, true, kUTF16BE), 6);
+    EXPECT_EQ(scanner.FindText("\xFF", 0, true, kUTF8), -1);
 }
 
 TEST_F(KW_Text_ScannerTest, TellsWhatAnIntegerIs) {

@@ -10,6 +10,22 @@
 #include <string_view>
 #include <vector>
 
+using Encoding = KW_String::Encoding;
+
+constexpr auto kNone = KW_String::Encoding_None;
+constexpr auto kUnsupported = KW_String::Encoding_Unsupported;
+constexpr auto kSystem = KW_String::Encoding_System;
+constexpr auto kUTF7 = KW_String::Encoding_UTF7;
+constexpr auto kUTF8 = KW_String::Encoding_UTF8;
+constexpr auto kUTF16LE = KW_String::Encoding_UTF16LE;
+constexpr auto kUTF16BE = KW_String::Encoding_UTF16BE;
+constexpr auto kUTF32LE = KW_String::Encoding_UTF32LE;
+constexpr auto kUTF32BE = KW_String::Encoding_UTF32BE;
+constexpr auto kASCII = KW_String::Encoding_ASCII;
+constexpr auto kMacRoman = KW_String::Encoding_MacRoman;
+constexpr auto kWindows = KW_String::Encoding_WindowsLatin1;
+constexpr auto kLatin1 = KW_String::Encoding_ISOLatin1;
+
 /// What a string holds, in a form that compares and prints: nothing for the null string.
 using Content = std::optional<std::u16string>;
 
