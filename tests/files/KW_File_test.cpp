@@ -1,64 +1,52 @@
 #include "files/KW_File.h"
 
+#include "tests/support/ResourceLimit.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
 
 #include <string>
 
 namespace {
 
 using namespace std::string_literals;
+using support::utf8;
 
 constexpr auto kSystem = KW_String::Encoding_System;
 constexpr auto kUTF8 = KW_String::Encoding_UTF8;
 
 class KW_FileTest : public ::testing::Test {
 protected:
-    KW_Location at(const std::string& name) const {
-        return KW_Location(KW_String(temp_.path(name).c_str(), kUTF8));
-    }
-    /// What ReadBin reads of `name`, with `size` as it leaves it.
-    std::string readBin(const std::string& name, unsigned long& size, unsigned long position) const {
-        char buffer[64] = {};
-        bool exists = false;
-        EXPECT_EQ(KW_File::ReadBin(at(name), buffer, &size, &exists, position), 0);
-        EXPECT_TRUE(exists);
-        return buffer;
-    }
+    KW_Location at(const std::string& name) const { return KW_Location(support::text(temp_.path(name))); }
 
     TemporaryFolder temp_;
 };
 
-std::string utf8(const KW_String& string) {
-    return string.data == nullptr ? "(null)" : string.ToCStr(kUTF8).data;
-}
-
 TEST_F(KW_FileTest, ReadBinReadsTheWholeFileOrAsMuchAsAskedFor) {
     temp_.write("f", "0123456789");
-    unsigned long size = 0;
-    EXPECT_EQ(readBin("f", size, 0), "0123456789");
-    EXPECT_EQ(size, 10u);
-    size = 4;
-    EXPECT_EQ(readBin("f", size, 2), "2345");
-    EXPECT_EQ(size, 4u);
-    // What cannot be read in full does not change the size.
-    size = 20;
-    readBin("f", size, 0);
-    EXPECT_EQ(size, 20u);
-    size = 0;
-    readBin("f", size, 2);
-    EXPECT_EQ(size, 0u);
-
     temp_.write("empty", "");
-    size = 0;
-    EXPECT_EQ(readBin("empty", size, 5), "");
-    EXPECT_EQ(size, 0u);
-}
-
-TEST_F(KW_FileTest, ReadBinOfAMissingFileIsNoFailure) {
+    struct Case {
+        const char* file;
+        unsigned long asked;
+        unsigned long position;
+        const char* read;
+        unsigned long size;  // what cannot be read in full does not change it
+    };
+    for (const Case& c :
+         {Case{"f", 0, 0, "0123456789", 10}, Case{"f", 4, 2, "2345", 4}, Case{"f", 20, 0, nullptr, 20},
+          Case{"f", 0, 2, nullptr, 0}, Case{"empty", 0, 5, "", 0}}) {
+        char buffer[64] = {};
+        unsigned long size = c.asked;
+        bool exists = false;
+        EXPECT_EQ(KW_File::ReadBin(at(c.file), buffer, &size, &exists, c.position), 0);
+        EXPECT_TRUE(exists);
+        EXPECT_EQ(size, c.size);
+        if (c.read != nullptr) {
+            EXPECT_STREQ(buffer, c.read);
+        }
+    }
+    // A missing file is no failure.
     unsigned long size = 7;
     bool exists = true;
     char untouched = 'u';
@@ -105,22 +93,16 @@ TEST_F(KW_FileTest, HostErrorsHaveCodesOfTheirOwn) {
     EXPECT_EQ(KW_File::WriteBin(KW_Location(KW_String("/dev/full", kUTF8)), "x", 1, false, true), 4);
     EXPECT_EQ(KW_File::WriteBin(at("folder"), "x", 1, false, true), 6);
     EXPECT_EQ(KW_File::WriteBin(KW_Location(), "x", 1, false, true), 6);
-    KW_File file;
-    EXPECT_EQ(file.Open(at("missing"), OpenMode_Read), 3);
-    EXPECT_FALSE(temp_.has("missing"));
 }
 
 TEST_F(KW_FileTest, AFailedWriteLeavesTheOldContent) {
     temp_.write("f", "old");
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{100, before.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
     const std::string large(1000, 'x');
+    auto fullDisk = std::make_unique<ResourceLimit>(RLIMIT_FSIZE, 100);
     EXPECT_EQ(KW_File::WriteBin(at("f"), large.data(), 1000, false, true), 4);
     EXPECT_EQ(KW_File::WriteBin(at("f"), large.data(), 1000, true, true), 4);
     EXPECT_EQ(KW_File::WriteFullText(at("f"), KW_String(large.c_str(), kUTF8), kUTF8, false, false), 4);
-    setrlimit(RLIMIT_FSIZE, &before);
+    fullDisk.reset();
     EXPECT_EQ(temp_.read("f"), "old");
     EXPECT_EQ(temp_.count(), 1);
 }
@@ -172,7 +154,7 @@ TEST_F(KW_FileTest, TextIsReadByItsMarkThenAsDetectedOrGiven) {
     EXPECT_EQ(utf8(text), "before");
 }
 
-TEST_F(KW_FileTest, MembersNeedAnOpenedFile) {
+TEST_F(KW_FileTest, MembersNeedAnOpenedFileAndHoldOneAtATime) {
     KW_File file;
     KW_String text;
     unsigned long written = 5;
@@ -181,14 +163,16 @@ TEST_F(KW_FileTest, MembersNeedAnOpenedFile) {
     EXPECT_EQ(written, 5u);
     EXPECT_EQ(file.WriteFullText(text, kSystem, true, &written), 1);
     EXPECT_EQ(written, 0u);
-}
 
-TEST_F(KW_FileTest, AnUnknownModeIsRefusedAndItsHostFileHeld) {
-    KW_File file;
-    EXPECT_EQ(file.Open(at("f"), static_cast<KW_File_OpenMode>(5)), 6);
+    ASSERT_EQ(file.Open(at("first"), OpenMode_Write), 0);
+    EXPECT_EQ(file.WriteFullText(KW_String("1", kUTF8), kUTF8, false, nullptr), 0);
+    ASSERT_EQ(file.Open(at("second"), OpenMode_Write), 0);
+    EXPECT_EQ(temp_.read("first"), "1") << "closed when another was opened";
+
+    EXPECT_EQ(file.Open(at("third"), static_cast<KW_File_OpenMode>(5)), 6) << "there is no such mode";
     ASSERT_NE(file.file, nullptr);
     EXPECT_FALSE(file.file->IsOpen());
-    EXPECT_TRUE(temp_.has("f"));
+    EXPECT_TRUE(temp_.has("third"));
 }
 
 TEST_F(KW_FileTest, EveryModeButReadingCreatesAndOnlyWriteReplaces) {
@@ -203,14 +187,6 @@ TEST_F(KW_FileTest, EveryModeButReadingCreatesAndOnlyWriteReplaces) {
         EXPECT_EQ(temp_.has(name), mode != 0);
         EXPECT_EQ(temp_.read("f"), mode == 2 ? "" : "old content");
     }
-}
-
-TEST_F(KW_FileTest, OpeningAnotherFileClosesTheOneThatWasHeld) {
-    KW_File file;
-    ASSERT_EQ(file.Open(at("first"), OpenMode_Write), 0);
-    EXPECT_EQ(file.WriteFullText(KW_String("1", kUTF8), kUTF8, false, nullptr), 0);
-    ASSERT_EQ(file.Open(at("second"), OpenMode_Write), 0);
-    EXPECT_EQ(temp_.read("first"), "1");
 }
 
 TEST_F(KW_FileTest, DeletingTakesFilesOnly) {
