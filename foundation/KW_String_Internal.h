@@ -40,12 +40,13 @@ inline void KW_StringCopyUnits(unsigned short* to, unsigned short const* from, u
     }
 }
 
-/// Makes a null string a copy of the units; it stays null when there are none.
-inline void KW_StringFill(KW_String& null, unsigned short const* units, unsigned int count) {
+/// Makes a null string hold a copy of the units; it stays null when there are none.
+inline void KW_StringFill(KW_String& string, unsigned short const* units, unsigned int count) {
     if (units == nullptr || count == 0) return;
-    null.capacity = KW_StringUnits(count + 1UL);
-    null.data = new unsigned short[null.capacity];
-    null.length = count;
-    KW_StringCopyUnits(null.data, units, count);
-    null.data[count] = 0;
+    const unsigned int capacity = KW_StringUnits(count + 1UL);
+    string.data = new unsigned short[capacity];
+    string.capacity = capacity;
+    string.length = count;
+    KW_StringCopyUnits(string.data, units, count);
+    string.data[count] = 0;
 }

@@ -100,6 +100,7 @@ inline void encodeThreeByteBlocks(const char* units, long unitCount, char* targe
 // With the room that utf8MostBytes tells.
 Place encodeWithRoom(const char* units, long unitCount, char lossByte, char* target) {
     Place at{0, 0};
+    bool isAsciiSoFar = true;
     while (at.in < unitCount) {
         const bool hasBlock = unitCount - at.in >= kLanes;
         if (hasBlock) {
@@ -108,10 +109,10 @@ Place encodeWithRoom(const char* units, long unitCount, char lossByte, char* tar
             at.in += ascii;
             at.out += ascii;
             if (above == 0) continue;
-        } else if (at.in >= kLanes && at.in == at.out && narrowLast(units, unitCount, target)) {
-            // All was ASCII, of which a part was written once more.
-            return {unitCount, unitCount};
+        } else if (isAsciiSoFar && at.in >= kLanes && narrowLast(units, unitCount, target)) {
+            return {unitCount, unitCount};  // a part of it was written once more
         }
+        isAsciiSoFar = false;
         encodeThreeByteBlocks<8>(units, unitCount, target, at);
         if (!hasBlock) encodeThreeByteBlocks<4>(units, unitCount, target, at);
         at = hasBlock ? encodeUnits<true>(units, std::min(unitCount, at.in + 8), target, at)
