@@ -4,6 +4,7 @@
 #include "platform/DialogControl.h"
 #include "platform/HttpOptions.h"
 #include "platform/ImageCleanup.h"
+#include "platform/RunLoop.h"
 #include "tests/support/ScriptedPresenter.h"
 
 #include <dlfcn.h>

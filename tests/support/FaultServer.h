@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -44,9 +43,8 @@ using Script = std::function<void(Connection& connection, const std::string& req
 /// own.
 class FaultServer {
 public:
+    /// Without a script the port refuses connections.
     explicit FaultServer(Script script, int port = 0);
-    /// A port that nobody listens on.
-    static std::unique_ptr<FaultServer> refusing() { return std::make_unique<FaultServer>(Script()); }
     ~FaultServer();
     FaultServer(const FaultServer&) = delete;
     FaultServer& operator=(const FaultServer&) = delete;

@@ -73,13 +73,8 @@ std::string utf16(std::string_view ascii) {
 
 std::string withLineEnds(std::string_view end) {
     std::string text;
-    for (const char character : kFaultBody) {
-        if (character == '\n') {
-            text += end;
-        } else {
-            text += character;
-        }
-    }
+    for (const char character : kFaultBody)
+        text += character == '\n' ? end : std::string_view(&character, 1);
     return text;
 }
 

@@ -96,9 +96,9 @@ GSErrCode onLibPartGet(APIClient, API_LibPart* part) {
     return sHost->libPartGet ? sHost->libPartGet(part) : kAPIErrNoHostFunction;
 }
 
-GSErrCode onCommandTest(APIClient, const API_ModulID* module, GSType command, std::int32_t version) {
+GSErrCode onCommandTest(APIClient, const API_ModulID*, GSType, std::int32_t) {
     record("Command_Test");
-    return sHost->commandTest ? sHost->commandTest(*module, command, version) : -1;
+    return -1;
 }
 
 GSErrCode onCommandPublish(APIClient, const API_ModulID*, GSType, std::int32_t) {
@@ -126,38 +126,33 @@ GSErrCode onRenderingEngineMenuName(APIClient, const API_ModulID* engine, GS::Un
 }
 
 template <typename Function>
-void fill(APIImportedFunctions& table, const std::set<HostSlot>& emptySlots, HostSlot slot,
-          Function function) {
-    if (emptySlots.contains(slot)) return;
+void fill(APIImportedFunctions& table, HostSlot slot, Function function) {
     table.slots[static_cast<std::size_t>(slot)] = reinterpret_cast<APIHostFunction>(function);
 }
 
 }  // namespace
 
 APIImportedFunctions RecordingHost::table(const std::set<HostSlot>& emptySlots) {
+    using enum HostSlot;
     APIImportedFunctions result{};
-    fill<HostFunction::RegisterMenu>(result, emptySlots, HostSlot::RegisterMenu, onRegisterMenu);
-    fill<HostFunction::RegisterBuiltInLibrary>(result, emptySlots, HostSlot::RegisterBuiltInLibrary,
-                                               onRegisterBuiltInLibrary);
-    fill<HostFunction::InstallMenuHandler>(result, emptySlots, HostSlot::InstallMenuHandler,
-                                           onInstallMenuHandler);
-    fill<HostFunction::KeepInMemory>(result, emptySlots, HostSlot::KeepInMemory, onKeepInMemory);
-    fill<HostFunction::Environment>(result, emptySlots, HostSlot::Environment, onEnvironment);
-    fill<HostFunction::Interface>(result, emptySlots, HostSlot::Interface, onInterface);
-    fill<HostFunction::RegisterModelessWindow>(result, emptySlots, HostSlot::RegisterModelessWindow,
-                                               onRegisterModelessWindow);
-    fill<HostFunction::UnregisterModelessWindow>(result, emptySlots, HostSlot::UnregisterModelessWindow,
+    fill<HostFunction::RegisterMenu>(result, RegisterMenu, onRegisterMenu);
+    fill<HostFunction::RegisterBuiltInLibrary>(result, RegisterBuiltInLibrary, onRegisterBuiltInLibrary);
+    fill<HostFunction::InstallMenuHandler>(result, InstallMenuHandler, onInstallMenuHandler);
+    fill<HostFunction::KeepInMemory>(result, KeepInMemory, onKeepInMemory);
+    fill<HostFunction::Environment>(result, Environment, onEnvironment);
+    fill<HostFunction::Interface>(result, Interface, onInterface);
+    fill<HostFunction::RegisterModelessWindow>(result, RegisterModelessWindow, onRegisterModelessWindow);
+    fill<HostFunction::UnregisterModelessWindow>(result, UnregisterModelessWindow,
                                                  onUnregisterModelessWindow);
-    fill<HostFunction::LibPartSearch>(result, emptySlots, HostSlot::LibPartSearch, onLibPartSearch);
-    fill<HostFunction::LibPartGet>(result, emptySlots, HostSlot::LibPartGet, onLibPartGet);
-    fill<HostFunction::CommandTest>(result, emptySlots, HostSlot::CommandTest, onCommandTest);
-    fill<HostFunction::CommandPublish>(result, emptySlots, HostSlot::CommandPublish, onCommandPublish);
-    fill<HostFunction::RenderingEngineCount>(result, emptySlots, HostSlot::RenderingEngineCount,
-                                             onRenderingEngineCount);
-    fill<HostFunction::RenderingEngineID>(result, emptySlots, HostSlot::RenderingEngineID,
-                                          onRenderingEngineID);
-    fill<HostFunction::RenderingEngineMenuName>(result, emptySlots, HostSlot::RenderingEngineMenuName,
-                                                onRenderingEngineMenuName);
+    fill<HostFunction::LibPartSearch>(result, LibPartSearch, onLibPartSearch);
+    fill<HostFunction::LibPartGet>(result, LibPartGet, onLibPartGet);
+    fill<HostFunction::CommandTest>(result, CommandTest, onCommandTest);
+    fill<HostFunction::CommandPublish>(result, CommandPublish, onCommandPublish);
+    fill<HostFunction::RenderingEngineCount>(result, RenderingEngineCount, onRenderingEngineCount);
+    fill<HostFunction::RenderingEngineID>(result, RenderingEngineID, onRenderingEngineID);
+    fill<HostFunction::RenderingEngineMenuName>(result, RenderingEngineMenuName, onRenderingEngineMenuName);
+    for (const HostSlot slot : emptySlots)
+        result.slots[static_cast<std::size_t>(slot)] = nullptr;
     return result;
 }
 

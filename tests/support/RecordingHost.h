@@ -38,7 +38,6 @@ public:
     std::uint16_t mainVersion = 22;
     /// Answers the environment requests but for 'APPL'; none: kAPIErrNoHostFunction.
     std::function<GSErrCode(API_EnvironmentID, void*, void*, void*)> environment;
-    std::function<GSErrCode(const API_ModulID&, GSType, std::int32_t)> commandTest;
     std::function<GSErrCode(API_LibPart*)> libPartSearch;
     std::function<GSErrCode(API_LibPart*)> libPartGet;
     /// Rendering engines, number 1 first, with their menu names in UTF-8.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/DialogControl.h"
-#include "platform/RunLoop.h"
 
 #include <gtest/gtest.h>
 #include <deque>
@@ -30,11 +29,6 @@ public:
             look();
             return platform::UserAction{};
         });
-    }
-    /// Lets the run loop go on until `reached` answers true.
-    ScriptedPresenter& thenWaitUntil(std::function<bool()> reached) {
-        steps_.push_back({nullptr, std::move(reached)});
-        return *this;
     }
 
     /// What was seen, a line each: "shown 32734", "closed 32734 by 1", "alert -1 [|text|] [OK||]",
@@ -75,32 +69,19 @@ public:
             ADD_FAILURE() << "something waits for the user and the script has no step left";
             return platform::UserAction::abandon();
         }
-        if (steps_.front().reached) {
-            if (steps_.front().reached()) {
-                steps_.pop_front();
-            } else {
-                platform::RunLoop::main().dispatch(10);
-            }
-            return {};
-        }
-        const auto act = std::move(steps_.front().act);
+        const auto act = std::move(steps_.front());
         steps_.pop_front();
         return act();
     }
 
 private:
-    struct Step {
-        std::function<platform::UserAction()> act;
-        std::function<bool()> reached;
-    };
-
     ScriptedPresenter& thenDo(std::function<platform::UserAction()> act) {
-        steps_.push_back({std::move(act), nullptr});
+        steps_.push_back(std::move(act));
         return *this;
     }
     static std::string joined(const GS::UniString (&texts)[3]) {
         return UniStringToUtf8(texts[0]) + '|' + UniStringToUtf8(texts[1]) + '|' + UniStringToUtf8(texts[2]);
     }
 
-    std::deque<Step> steps_;
+    std::deque<std::function<platform::UserAction()>> steps_;
 };
