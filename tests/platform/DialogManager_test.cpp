@@ -1,6 +1,5 @@
 #include "platform/DialogManager.h"
 
-#include "platform/ImageCleanup.h"
 #include "tests/support/ScriptedPresenter.h"
 
 #include <gmock/gmock.h>
@@ -150,7 +149,8 @@ TEST_F(DialogManagerTest, TheCloseBoxClicksTheCancelItemOrElseTheOkItemAndAbando
 }
 
 TEST_F(DialogManagerTest, ActionsThatAreNotPossibleAreRefusedWithOneLineAndReachNoCallback) {
-    const std::pair<UserAction, const char*> cases[] = {
+    const short modeless = openModeless();
+    const std::pair<UserAction, std::string> cases[] = {
         {UserAction::click(kDialog, 9), "dialog 32700 has no item 9"},
         {UserAction::click(kDialog, 5), "dialog 32700: item 5 is hidden"},
         {UserAction::click(kDialog, 1), "dialog 32700: item 1 is disabled"},
@@ -160,6 +160,8 @@ TEST_F(DialogManagerTest, ActionsThatAreNotPossibleAreRefusedWithOneLineAndReach
         {UserAction::selectRow(0, 3, 1), "dialog 32700: list 3 has no row 1"},
         {UserAction::selectRow(0, 3, 0), "dialog 32700: list 3 has no row 0"},
         {UserAction::click(8, 1), "dialog 8 is not open"},
+        {UserAction::click(modeless, 5),
+         "dialog " + std::to_string(modeless) + " waits until dialog 32700 is closed"},
         {UserAction::answer(1), "no alert is open"},
         {UserAction::chooseFile("/a"), "no file chooser is open"},
     };
@@ -177,6 +179,8 @@ TEST_F(DialogManagerTest, ActionsThatAreNotPossibleAreRefusedWithOneLineAndReach
     user.thenLook([] { EXPECT_THAT(sMessages, IsEmpty()); }).then(UserAction::abandon());
     runModal();
     EXPECT_EQ(user.log.size(), std::size(cases) + 2) << "shown, a line each, closed";
+    control().perform(UserAction::click(0, 5));
+    EXPECT_EQ(sMessages.back(), (Message{DG_MSG_CLICK, modeless, 5})) << "it waits no longer";
 }
 
 TEST_F(DialogManagerTest, SelectingARowSendsAChangeOnlyWhenTheSelectionDiffers) {
@@ -393,15 +397,6 @@ TEST_F(DialogManagerTest, AnExceptionOfACallbackStopsAtTheManager) {
     EXPECT_EQ(runModal(), 2);
     EXPECT_THAT(user.log,
                 testing::Contains("refused: dialog 32700: its callback threw an exception at message click"));
-}
-
-TEST_F(DialogManagerTest, BeforeAnImageGoesAwayItsModelessDialogsAreClosed) {
-    const short id = openModeless();
-    platform::endCallsIntoImage(platform::imageOf(&DGModelessClose));
-    EXPECT_NE(control().find(id), nullptr);
-    platform::endCallsIntoImage(platform::imageOf(&noteMessage));
-    EXPECT_EQ(control().find(id), nullptr);
-    EXPECT_EQ(sMessages.back(), (Message{DG_MSG_CLOSE, id, 0}));
 }
 
 }  // namespace

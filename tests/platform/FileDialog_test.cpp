@@ -25,7 +25,11 @@ TEST(FileDialog, TheUserSeesTitleFolderNameAndFiltersAndCanOnlyChoose) {
     const FTM::GeneralID text =
         root.AddType({"Testo \x8E (*.txt)", "TXT", 0x47534143, 0x54455854, 145, nullptr, nullptr, true});
     const FTM::GeneralID nameless = root.AddType({nullptr, nullptr, 0, 0, 0, nullptr, nullptr, true});
-    EXPECT_NE(text, nameless);
+    FTM::GeneralID forgotten;
+    {
+        FTM::FileTypeManager other("Module that goes away");
+        forgotten = FTM::RootGroup(other).AddType({"Text", "txt", 0, 0, 0, nullptr, nullptr, true});
+    }
 
     ScriptedPresenter user;
     user.then(UserAction::click(0, 1)).then(UserAction::chooseFile(""));
@@ -33,7 +37,7 @@ TEST(FileDialog, TheUserSeesTitleFolderNameAndFiltersAndCanOnlyChoose) {
     DG::FileDialog dialog(DG::FileDialog::Save);
     dialog.AddFilter(text, 0);
     dialog.AddFilter(nameless, 0);
-    dialog.AddFilter(FTM::GeneralID{9999}, 0);
+    dialog.AddFilter(forgotten, 0);
     dialog.SetTitle(GS::UniStringFromUtf8("Salva"));
     dialog.SetFolder(location("/a"));
     dialog.SelectFile(location("/elsewhere/report.txt"), true);
@@ -79,6 +83,8 @@ TEST(FileDialog, AChosenPathCountsFromTheFolderThatTheUserSees) {
 
 TEST(FileDialog, CancellingChoosesNothingAlsoAfterAChoice) {
     DG::FileDialog dialog(DG::FileDialog::Save);
+    DG::FolderDialog folders;
+    folders.SetTitle(GS::UniStringFromUtf8("Cartella"));
     EXPECT_FALSE(dialog.Invoke()) << "nobody to ask";
     ScriptedPresenter user;
     user.then(UserAction::chooseFile("/a.txt")).then(UserAction::close()).then(UserAction::abandon());
@@ -89,32 +95,12 @@ TEST(FileDialog, CancellingChoosesNothingAlsoAfterAChoice) {
         EXPECT_EQ(dialog.GetSelectionCount(), 0);
         EXPECT_EQ(path(dialog.GetSelectedFile(0)), "no location");
     }
-}
-
-TEST(FileDialog, TypesAreForgottenWithTheirManager) {
-    FTM::GeneralID type;
-    {
-        FTM::FileTypeManager manager("Module");
-        type = FTM::RootGroup(manager).AddType({"Text", "txt", 0, 0, 0, nullptr, nullptr, true});
-    }
-    ScriptedPresenter user;
-    user.then(UserAction::close());
-    DG::FileDialog dialog(DG::FileDialog::Save);
-    dialog.AddFilter(type, 0);
-    dialog.Invoke();
-    EXPECT_TRUE(user.choosers.front().filters.empty());
-}
-
-TEST(FolderDialog, GivesTheChosenFolder) {
-    ScriptedPresenter user;
-    user.then(UserAction::chooseFile("/libraries/QRN_Library")).then(UserAction::close());
-    DG::FolderDialog dialog;
-    dialog.SetTitle(GS::UniStringFromUtf8("TessaroLibrary: Cartella"));
-    ASSERT_TRUE(dialog.Invoke());
-    EXPECT_EQ(path(dialog.GetFolder()), "/libraries/QRN_Library");
-    EXPECT_FALSE(dialog.Invoke());
-    EXPECT_EQ(path(dialog.GetFolder()), "no location");
-    EXPECT_EQ(user.log.front(), "chooser folder [TessaroLibrary: Cartella] [] []");
+    user.then(UserAction::chooseFile("/libraries/QRN")).then(UserAction::close());
+    EXPECT_TRUE(folders.Invoke());
+    EXPECT_EQ(path(folders.GetFolder()), "/libraries/QRN");
+    EXPECT_FALSE(folders.Invoke());
+    EXPECT_EQ(path(folders.GetFolder()), "no location");
+    EXPECT_EQ(user.log.end()[-2], "chooser folder [Cartella] [] []");
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 #include "platform/FileSystem.h"
 
+#include "tests/support/ResourceLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -40,22 +40,6 @@ mode_t modeOf(const std::string& path) {
     return status.st_mode & 07777;
 }
 
-/// Files may not grow beyond `bytes` while this lives.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit before_{};
-};
-
 class FileTest : public ::testing::Test {
 protected:
     TemporaryFolder temp_;
@@ -85,7 +69,7 @@ TEST_F(FileTest, TheOldContentStandsUntilAReplacementIsClosedAndTwoOfThemDoNotMi
 
 TEST_F(FileTest, AReplacementWhoseWritesAllFailedLeavesWhatWasThere) {
     temp_.write("old", "old");
-    const FileSizeLimit limit(100);
+    const ResourceLimit limit(RLIMIT_FSIZE, 100);
     EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
     EXPECT_EQ(replace(temp_.path("new"), std::string(5000, 'x')), kErrNoSpace);
     EXPECT_EQ(temp_.read("old"), "old");
@@ -100,7 +84,7 @@ TEST_F(FileTest, RecoveryTakesBackOnlyTheWriteThatFailed) {
         ASSERT_EQ(file.Open(mode, ReportAccessDenied), kNoError);
         ASSERT_EQ(write(file, "good"), kNoError);
         {
-            const FileSizeLimit limit(20);
+            const ResourceLimit limit(RLIMIT_FSIZE, 20);
             std::uint64_t written = 0;
             const std::string tooMuch(5000, 'x');
             EXPECT_EQ(file.Write(tooMuch.data(), tooMuch.size(), &written), kErrNoSpace);

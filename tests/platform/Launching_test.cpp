@@ -17,7 +17,6 @@ using support::FakeOpener;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Not;
 
 int launchAddress(const std::string& address) {
@@ -130,24 +129,6 @@ TEST(Launching, TheServiceRefusesWrongArguments) {
     }
     EXPECT_EQ(ICStop(service), 0);
     EXPECT_EQ(ICStop(service), kICBadArgument) << "closed once already";
-}
-
-TEST(Launching, AHandlerGetsTheRequestsInsteadOfTheDesktop) {
-    const FakeOpener opener;
-    std::vector<std::pair<platform::LaunchRequest::Kind, std::string>> seen;
-    platform::setLaunchHandler([&](const platform::LaunchRequest& request) {
-        seen.emplace_back(request.kind, request.target);
-        return request.target == "-refused" ? 1 : 0;
-    });
-    EXPECT_EQ(OpenDocument("-x"), 0);
-    EXPECT_EQ(OpenDocument("-refused"), 1);
-    EXPECT_EQ(launchAddress("http://a.example/\x8E"), 0);
-    EXPECT_EQ(launchAddress("ftp://a.example/"), kICNoAddress);
-    platform::setLaunchHandler({});
-    using Kind = platform::LaunchRequest::Kind;
-    EXPECT_THAT(seen, ElementsAre(std::pair(Kind::Document, "-x"), std::pair(Kind::Document, "-refused"),
-                                  std::pair(Kind::WebAddress, "http://a.example/\xC3\xA9")));
-    EXPECT_THAT(opener.arguments(), IsEmpty());
 }
 
 }  // namespace

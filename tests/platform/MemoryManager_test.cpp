@@ -54,17 +54,4 @@ TEST(MemoryManager, RefusesSizesThatCannotBe) {
     EXPECT_EQ(BMGetHandleSize(nullptr), 0);
 }
 
-TEST(MemoryManager, FailsWhenATestAsksForIt) {
-    BMFailAfter(2);
-    BMHandle handle = BMAllocateHandle(8, 2, 0);
-    handle = BMReallocHandle(handle, 16, 2, 0);
-    ASSERT_NE(handle, nullptr);
-    EXPECT_EQ(BMReallocHandle(handle, 24, 2, 0), nullptr);
-    EXPECT_EQ(BMAllocateHandle(8, 2, 0), nullptr);
-    BMFailAfter(-1);
-    handle = BMAllocateHandle(8, 2, 0);
-    EXPECT_NE(handle, nullptr);
-    BMKillHandle(&handle);
-}
-
 }  // namespace

@@ -10,6 +10,7 @@
 #include <array>
 #include <filesystem>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -39,6 +40,7 @@ protected:
             problems_.push_back(
                 platform::describe(problem).substr(bundle_.size() + 11));  // after "/Resources/"
         });
+        write("resources.toml", kIndex);
     }
     ~ResourceManager() override {
         platform::setResourceProblemSink({});
@@ -70,46 +72,44 @@ protected:
 TEST_F(ResourceManager, OpensOnlyFoldersThatHoldResources) {
     EXPECT_EQ(RSOpenResourceFile(nullptr), kNoResModule);
     EXPECT_EQ(RSOpenResourceFile(""), kNoResModule);
-    EXPECT_EQ(RSOpenResourceFile((bundle_ + "/nothing").c_str()), kNoResModule);
+    std::filesystem::remove_all(bundle_ + "/Resources");
     EXPECT_EQ(RSOpenResourceFile(bundle_.c_str()), kNoResModule);
     folder_.write("Resources", "a file");
     EXPECT_EQ(RSOpenResourceFile(bundle_.c_str()), kNoResModule);
 }
 
 TEST_F(ResourceManager, AStringIsFoundByBaseAndLanguage) {
-    write("resources.toml", kIndex);
-    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n[strings.1010]\n1 = 'altro'\n7 = ''\n");
+    write("texts.ita.toml",
+          "[strings.1000]\n1 = 'uno'\n[strings.1010]\n1 = 'altro'\n7 = ''\n"
+          "8 = '\xC3\xA8 \xE2\x82\xAC \xE6\x97\xA5 \xF0\x9F\x99\x82.'\n");
     write("texts.int.toml", "[strings.1000]\n1 = 'one'\n2 = 'two'\n");
     write("texts.rus.toml", "[strings.1000]\n1 = '\xD0\xB4\xD0\xB0 \xF0\x9F\x99\x82'\n");
     open();
-    struct Case {
-        short resID;
-        short index;
-        const char* text;
+    const std::tuple<short, short, const char*> cases[] = {
+        {1000, 1, "uno"},
+        {1001, 1, "one"},
+        {1001, 2, "two"},
+        {1000, 2, "(none)"},  // the fallback of strings is the add-on's business
+        {1006, 1, "\xD0\xB4\xD0\xB0 \xF0\x9F\x99\x82"},
+        {1010, 1, "altro"},
+        {1010, 7, ""},
+        {1002, 1, "(none)"},  // no language has this number
+        {1011, 1, "(none)"},  // the language has no such table
+        {999, 1, "(none)"},
+        {1000, 0, "(none)"},
+        {1000, -1, "(none)"},
+        {-1, 1, "(none)"},
     };
-    for (const Case& each : std::vector<Case>{
-             {1000, 1, "uno"},
-             {1001, 1, "one"},
-             {1001, 2, "two"},
-             {1000, 2, "(none)"},  // the fallback of strings is the add-on's business
-             {1006, 1, "\xD0\xB4\xD0\xB0 \xF0\x9F\x99\x82"},
-             {1010, 1, "altro"},
-             {1010, 7, ""},
-             {1002, 1, "(none)"},  // no language has this number
-             {1011, 1, "(none)"},  // the language has no such table
-             {999, 1, "(none)"},
-             {1000, 0, "(none)"},
-             {1000, -1, "(none)"},
-             {-1, 1, "(none)"},
-         }) {
-        EXPECT_EQ(string(each.resID, each.index), each.text) << each.resID << ", " << each.index;
-    }
+    for (const auto& [resID, index, text] : cases)
+        EXPECT_EQ(string(resID, index), text) << resID << ", " << index;
+    char fixed[kRSStringBufferUnits];
+    ASSERT_TRUE(RSGetIndString_ParamAdapter(RSStringFixed, fixed, 1010, 8, module_));
+    EXPECT_STREQ(fixed, "\x8F \xDB ? ?.") << "in the system encoding";
     EXPECT_THAT(problems_, IsEmpty());
 }
 
 TEST_F(ResourceManager, ATextFillsTheBufferToItsLastUnitAndNotBeyond) {
     const std::string fits(kRSStringBufferUnits - 1, 'x');
-    write("resources.toml", kIndex);
     // A character of two code units each: 499 of them and one "x" fill 999 units.
     std::string pairs = "x";
     for (int i = 0; i < 499; ++i)
@@ -129,15 +129,6 @@ TEST_F(ResourceManager, ATextFillsTheBufferToItsLastUnitAndNotBeyond) {
                                        "texts.ita.toml:5: text \"4\" is longer than 999 units"));
 }
 
-TEST_F(ResourceManager, FixedTextIsInTheSystemEncoding) {
-    write("resources.toml", kIndex);
-    write("texts.ita.toml", "[strings.1000]\n1 = '\xC3\xA8 \xE2\x82\xAC \xE6\x97\xA5 \xF0\x9F\x99\x82.'\n");
-    open();
-    char buffer[kRSStringBufferUnits];
-    ASSERT_TRUE(RSGetIndString_ParamAdapter(RSStringFixed, buffer, 1000, 1, module_));
-    EXPECT_STREQ(buffer, "\x8F \xDB ? ?.");
-}
-
 TEST_F(ResourceManager, FilesAreReadAtFirstUseAndABrokenOrMissingOneIsToldOnce) {
     write("resources.toml", "broken");
     open();
@@ -155,7 +146,6 @@ TEST_F(ResourceManager, FilesAreReadAtFirstUseAndABrokenOrMissingOneIsToldOnce) 
 }
 
 TEST_F(ResourceManager, HandlesOfOneBundleShareWhatWasReadAndAClosedOneFindsNothing) {
-    write("resources.toml", kIndex);
     write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = 2\n[menu.2000]\ntitle = 'Menu'\n");
     open();
     const RSResModule hosts = module_;
@@ -243,10 +233,13 @@ TEST_F(ResourceManager, AnEntryThatIsNotWhatItShouldBeIsLeftOutAndTold) {
     }
 }
 
-TEST_F(ResourceManager, AMenuHasItsTitleAndItemsAndBorrowsWhatIsMissing) {
-    write("resources.toml", kIndex);
-    write("texts.ita.toml", "[menu.2000]\ntitle = 'Libreria'\n[strings.1000]\n1 = 'uno'\n");
-    write("texts.int.toml", "[menu.2000]\ntitle = 'Library'\n[strings.1000]\n1 = 'one'\n2 = 'two'\n");
+TEST_F(ResourceManager, MenusAndDialogsBorrowTheTextsThatTheirLanguageLacks) {
+    write("texts.ita.toml",
+          "[menu.2000]\ntitle = 'Libreria'\n[strings.1000]\n1 = 'uno'\n"
+          "[dialog.7]\ntitle = 'Titolo'\n3 = 'tre'\n");
+    write("texts.int.toml",
+          "[menu.2000]\ntitle = 'Library'\n[strings.1000]\n1 = 'one'\n2 = 'two'\n"
+          "[dialog.7]\ntitle = 'Title'\n3 = 'three'\n4 = 'four'\n");
     write("texts.rus.toml", "not toml");
     open();
     platform::MenuResource menu;
@@ -261,10 +254,22 @@ TEST_F(ResourceManager, AMenuHasItsTitleAndItemsAndBorrowsWhatIsMissing) {
     EXPECT_FALSE(platform::getMenuResource(module_, 2002, menu));
     EXPECT_FALSE(platform::getMenuResource(module_, 1000, menu));
     EXPECT_EQ(menu.title, "Library");
+
+    const auto text = [this](short item) { return platform::dialogItemText(module_, 7, item); };
+    EXPECT_EQ(text(3), "three");
+    string(1000, 1);  // a dialog has the language of the last string
+    EXPECT_EQ(text(3), "tre");
+    EXPECT_EQ(text(0), "Titolo");
+    EXPECT_EQ(text(4), "four");
+    string(1001, 1);
+    EXPECT_EQ(text(3), "three");
+    string(5, 1);  // no resource of any language
+    EXPECT_EQ(text(3), "three");
+    EXPECT_EQ(text(5), "");
+    EXPECT_EQ(platform::dialogItemText(module_, 8, 3), "");
 }
 
 TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
-    write("resources.toml", kIndex);
     write("layouts.toml",
           "[dialog.7]\nsize = [300, 200]\ndefault = 2\nitems = [\n"
           "{ number = 3, kind = 'list', frame = [1, 2, 30, 40], anchors = ['right', 'bottom'] },\n"
@@ -288,27 +293,7 @@ TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
     EXPECT_THAT(problems_, IsEmpty());
 }
 
-TEST_F(ResourceManager, ADialogsOwnTextsFollowTheLanguageOfTheLastString) {
-    write("resources.toml", kIndex);
-    write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n[dialog.7]\ntitle = 'Titolo'\n3 = 'tre'\n");
-    write("texts.int.toml",
-          "[strings.1000]\n1 = 'one'\n[dialog.7]\ntitle = 'Title'\n3 = 'three'\n4 = 'four'\n");
-    open();
-    EXPECT_EQ(platform::dialogItemText(module_, 7, 3), "three");
-    string(1000, 1);
-    EXPECT_EQ(platform::dialogItemText(module_, 7, 3), "tre");
-    EXPECT_EQ(platform::dialogItemText(module_, 7, 0), "Titolo");
-    EXPECT_EQ(platform::dialogItemText(module_, 7, 4), "four");
-    string(1001, 1);
-    EXPECT_EQ(platform::dialogItemText(module_, 7, 3), "three");
-    string(5, 1);  // no resource of any language
-    EXPECT_EQ(platform::dialogItemText(module_, 7, 3), "three");
-    EXPECT_EQ(platform::dialogItemText(module_, 7, 5), "");
-    EXPECT_EQ(platform::dialogItemText(module_, 8, 3), "");
-}
-
 TEST_F(ResourceManager, PicturesAreKeptUntilTheCacheIsDropped) {
-    write("resources.toml", kIndex);
     write("icons/50.svg", "<svg/>");
     write("icons/52.png", "PNG");
     open();
@@ -372,6 +357,7 @@ TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
 }
 
 TEST_F(ResourceManager, TheAddOnsOwnResourcesAreWhole) {
+    std::filesystem::remove_all(bundle_ + "/Resources");
     std::filesystem::create_directory_symlink(TESSARO_LIBRARY_RESOURCES, bundle_ + "/Resources");
     open();
     for (short language = 0; language < 7; ++language) {
