@@ -2,8 +2,10 @@
 
 #include "host/ErrorCodes.h"
 #include "host/Host.h"
+#include "platform/ProjectInfo.h"
 
 #include <gtest/gtest.h>
+#include <filesystem>
 #include <stdexcept>
 
 namespace {
@@ -30,17 +32,23 @@ protected:
         return slot<HostFunction::Environment>(HostSlot::Environment)(client_, request, par1, nullptr,
                                                                       nullptr);
     }
+    std::string menuName(const API_ModulID& engine) {
+        GS::UniString name;
+        const auto ask = slot<HostFunction::RenderingEngineMenuName>(HostSlot::RenderingEngineMenuName);
+        return ask(client_, &engine, &name) == kNoError ? GS::UniStringToUtf8(name) : "error";
+    }
 
     Host host_;
     host::AddOn* client_ = nullptr;
 };
 
-TEST_F(HostFunctionsTest, OnlyAddOnsThatAreLoadedAreServed) {
+TEST_F(HostFunctionsTest, OnlyAddOnsThatAreLoadedAreServedAndOnlyWithParameters) {
     const auto keep = slot<HostFunction::KeepInMemory>(HostSlot::KeepInMemory);
     EXPECT_EQ(keep(client_, true), 0);
     EXPECT_TRUE(client_->keepInMemory);
     EXPECT_EQ(keep(nullptr, true), host::kErrBadClient);
     EXPECT_EQ(keep(this, true), host::kErrBadClient);
+    EXPECT_EQ(slot<HostFunction::LibPartGet>(HostSlot::LibPartGet)(client_, nullptr), host::kErrBadParameter);
 }
 
 TEST_F(HostFunctionsTest, MenuItemsAreReachedByMenuAndNumberOthersAreErrors) {
@@ -66,16 +74,13 @@ TEST_F(HostFunctionsTest, MenuItemsAreReachedByMenuAndNumberOthersAreErrors) {
               host::kErrNotSupported);
 }
 
-TEST_F(HostFunctionsTest, AMenuIsRegisteredOnceAndOnlyWhenTheResourcesHaveIt) {
+TEST_F(HostFunctionsTest, AMenuIsRegisteredOnceAndOnlyWhenTheResourcesHaveItItsHandlerAnyTime) {
     const auto registerMenu = slot<HostFunction::RegisterMenu>(HostSlot::RegisterMenu);
     const APIMenuRegistration again{1001, 0, 13, 0};
     const APIMenuRegistration missing{1002, 0, 13, 0};
     EXPECT_EQ(registerMenu(client_, &again), host::kErrAlreadyThere);
     EXPECT_EQ(registerMenu(client_, &missing), host::kErrNoResource);
     EXPECT_EQ(registerMenu(client_, nullptr), host::kErrBadParameter);
-}
-
-TEST_F(HostFunctionsTest, HandlersMayBeInstalledForMenusThatAreNotRegistered) {
     const auto install = slot<HostFunction::InstallMenuHandler>(HostSlot::InstallMenuHandler);
     EXPECT_EQ(install(client_, 4242, [](const API_MenuParams*) { return kNoError; }), 0);
     EXPECT_EQ(install(client_, 4242, nullptr), host::kErrBadParameter);
@@ -130,13 +135,74 @@ TEST_F(HostFunctionsTest, WhatTheHostThrowsBecomesAnErrorCode) {
     EXPECT_EQ(environment(APIEnv_ProjectID, nullptr), host::kErrInternal);
 }
 
-TEST_F(HostFunctionsTest, EverySlotOfTheSuiteIsFilledAndNoOther) {
-    std::size_t filled = 0;
-    for (const APIHostFunction function : host::functionTable().slots)
-        filled += function != nullptr ? 1 : 0;
-    EXPECT_EQ(filled, 15U);
-    EXPECT_NE(slot<HostFunction::LibPartGet>(HostSlot::LibPartGet), nullptr);
-    EXPECT_EQ(slot<HostFunction::LibPartGet>(HostSlot::LibPartGet)(client_, nullptr), host::kErrBadParameter);
+TEST_F(HostFunctionsTest, TheProjectIsUntitledUntilItHasAFile) {
+    host::Project& project = host_.project();
+    API_ProjectInfo info{};
+    ASSERT_EQ(environment(APIEnv_ProjectID, &info), kNoError);
+    EXPECT_TRUE(info.untitled);
+    EXPECT_TRUE(info.location.IsEmpty());
+
+    ASSERT_TRUE(project.setFile("/Projects/Caff\xC3\xA8.pln"));
+    ASSERT_EQ(environment(APIEnv_ProjectID, &info), kNoError);
+    EXPECT_FALSE(info.untitled);
+    EXPECT_EQ(info.location, IO::Location(GS::UniStringFromUtf8("/Projects/Caff\xC3\xA8.pln")));
+
+    for (const char* const noFile : {"", "/", "/Projects/"})
+        EXPECT_FALSE(project.setFile(noFile));
+    EXPECT_EQ(project.path(), "/Projects/Caff\xC3\xA8.pln");
+    ASSERT_TRUE(project.setFile("House.pln"));
+    EXPECT_EQ(project.path(), std::filesystem::current_path() / "House.pln");
+
+    project.startNew();
+    ASSERT_EQ(environment(APIEnv_ProjectID, &info), kNoError);
+    EXPECT_TRUE(info.untitled);
+    EXPECT_TRUE(info.location.IsEmpty());
+    EXPECT_EQ(environment(APIEnv_ProjectID, nullptr), host::kErrBadParameter);
+}
+
+TEST_F(HostFunctionsTest, AddOnsListTheEnginesAndChangeTheCurrentOne) {
+    host_.renderingEngines().replace({"Uno", "Due"});
+    const auto identifier = slot<HostFunction::RenderingEngineID>(HostSlot::RenderingEngineID);
+    EXPECT_EQ(slot<HostFunction::RenderingEngineCount>(HostSlot::RenderingEngineCount)(client_), 2);
+    API_ModulID first{};
+    API_ModulID second{};
+    API_ModulID current{};
+    ASSERT_EQ(identifier(client_, 1, &first), kNoError);
+    ASSERT_EQ(identifier(client_, 2, &second), kNoError);
+    EXPECT_NE(first, second);
+    for (const int wrong : {-1, 0, 3})
+        EXPECT_EQ(identifier(client_, wrong, &current), host::kErrNotFound);
+    EXPECT_EQ(menuName(first), "Uno");
+    EXPECT_EQ(menuName(second), "Due");
+    EXPECT_EQ(menuName({7, 7}), "error");
+
+    ASSERT_EQ(environment(APIEnv_GetRenderingEngineID, &current), kNoError);
+    EXPECT_EQ(current, first);
+    ASSERT_EQ(environment(APIEnv_SetRenderingEngineID, &second), kNoError);
+    ASSERT_EQ(environment(APIEnv_GetRenderingEngineID, &current), kNoError);
+    EXPECT_EQ(current, second);
+    API_ModulID unknown{7, 7};
+    EXPECT_EQ(environment(APIEnv_SetRenderingEngineID, &unknown), host::kErrNotFound);
+    EXPECT_EQ(host_.renderingEngines().current(), 2);
+}
+
+TEST_F(HostFunctionsTest, WithoutACurrentEngineTheHostCannotTell) {
+    API_ModulID engine{};
+    host_.renderingEngines().clearCurrent();
+    EXPECT_EQ(environment(APIEnv_GetRenderingEngineID, &engine), host::kErrNotFound);
+    host_.renderingEngines().replace({});
+    EXPECT_EQ(environment(APIEnv_GetRenderingEngineID, &engine), host::kErrNotFound);
+    EXPECT_FALSE(host_.renderingEngines().setCurrent(1));
+}
+
+TEST_F(HostFunctionsTest, ANewListDoesNotReuseIdentifiers) {
+    API_ModulID before{};
+    API_ModulID after{};
+    ASSERT_EQ(environment(APIEnv_GetRenderingEngineID, &before), kNoError);
+    host_.renderingEngines().replace({"Other"});
+    ASSERT_EQ(environment(APIEnv_GetRenderingEngineID, &after), kNoError);
+    EXPECT_NE(before, after);
+    EXPECT_EQ(menuName(before), "error");
 }
 
 }  // namespace

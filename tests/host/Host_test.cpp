@@ -6,15 +6,13 @@
 #include "platform/ImageCleanup.h"
 #include "platform/RunLoop.h"
 #include "tests/support/ScriptedPresenter.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <dlfcn.h>
 #include <gmock/gmock.h>
-#include <filesystem>
-#include <fstream>
 
 namespace {
 
-namespace fs = std::filesystem;
 using host::AddOn;
 using host::Host;
 using platform::DialogControl;
@@ -46,11 +44,7 @@ bool isInMemory(const std::string& name) {
 }
 
 TEST(Host, ABundleThatCannotBeUsedIsRefusedWithOneLineThatSaysWhyAndLeavesNothingBehind) {
-    struct Case {
-        const char* bundle;
-        const char* reason;
-    };
-    const Case cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"NO_GET_EXPORTED", "NO_GET_EXPORTED.so does not export GetExportedFuncAddrs"},
         {"NO_SET_IMPORTED", "NO_SET_IMPORTED.so does not export SetImportedFuncAddrs"},
         {"WRONG_INTERFACE_VERSION",
@@ -63,27 +57,25 @@ TEST(Host, ABundleThatCannotBeUsedIsRefusedWithOneLineThatSaysWhyAndLeavesNothin
         {"INITIALISATION_FAILS", "Initialize answered error 0x81060999"},
     };
     Host host;
-    for (const Case& each : cases) {
-        EXPECT_EQ(failure(host, bundlePath(each.bundle)), each.reason);
-        EXPECT_FALSE(isInMemory(each.bundle)) << each.bundle;
+    for (const auto& [bundle, reason] : cases) {
+        EXPECT_EQ(failure(host, bundlePath(bundle)), reason);
+        EXPECT_FALSE(isInMemory(bundle)) << bundle;
     }
     EXPECT_THAT(failure(host, bundlePath("UNRESOLVED")), HasSubstr("nobodyDefinesThis"));
     EXPECT_THAT(host.addOns(), testing::IsEmpty());
 }
 
 TEST(Host, APathThatIsNoBundleIsRefused) {
-    const fs::path folder = fs::path(testing::TempDir()) / "host_test_no_bundles";
-    fs::create_directories(folder / "Empty.bundle");
-    fs::create_directories(folder / "Text.bundle");
-    std::ofstream(folder / "Text.bundle" / "Text.so") << "this is no shared object\n";
-    std::ofstream(folder / "File.bundle") << "\n";
+    const TemporaryFolder folder;
+    folder.makeFolder("Empty.bundle");
+    folder.write("Text.bundle/Text.so", "this is no shared object\n");
+    folder.write("File.bundle", "\n");
     Host host;
-    EXPECT_EQ(failure(host, folder / "Missing.bundle"), "there is no such folder");
+    EXPECT_EQ(failure(host, folder.path("Missing.bundle")), "there is no such folder");
     EXPECT_EQ(failure(host, ""), "there is no such folder");
-    EXPECT_EQ(failure(host, folder / "File.bundle"), "not a bundle: it is not a folder");
-    EXPECT_EQ(failure(host, folder / "Empty.bundle"), "not a bundle: it holds no shared object Empty.so");
-    EXPECT_THAT(failure(host, folder / "Text.bundle"), HasSubstr("its shared object cannot be loaded: "));
-    fs::remove_all(folder);
+    EXPECT_EQ(failure(host, folder.path("File.bundle")), "not a bundle: it is not a folder");
+    EXPECT_EQ(failure(host, folder.path("Empty.bundle")), "not a bundle: it holds no shared object Empty.so");
+    EXPECT_THAT(failure(host, folder.path("Text.bundle")), HasSubstr("its shared object cannot be loaded: "));
 }
 
 TEST(Host, AnAddOnGoesThroughItsLifeAndLeavesMemory) {
@@ -101,22 +93,23 @@ TEST(Host, AnAddOnGoesThroughItsLifeAndLeavesMemory) {
     EXPECT_NE(loaded(host, "Sample"), nullptr);
 }
 
-TEST(Host, SeveralAddOnsHaveEachTheirOwnMenusAndComeAndGoInAnyOrder) {
-    Host host;
-    AddOn* const first = loaded(host, "Sample");
-    AddOn* const second = loaded(host, "Second");
-    ASSERT_TRUE(first != nullptr && second != nullptr);
-    EXPECT_FALSE(host.choose(*second, 1001, 4));
-    EXPECT_TRUE(second->menus.all()[0].items[3].checked());
-    EXPECT_FALSE(first->menus.all()[0].items[3].checked());
-    EXPECT_FALSE(host.unload(*first));
-    EXPECT_FALSE(host.choose(*second, 1001, 4));
-    EXPECT_FALSE(second->menus.all()[0].items[3].checked());
-    AddOn* const again = loaded(host, "Sample");
-    ASSERT_NE(again, nullptr);
-    EXPECT_FALSE(host.choose(*again, 1001, 4));
-    EXPECT_FALSE(host.unload(*second));
-    EXPECT_TRUE(again->menus.all()[0].items[3].checked());
+TEST(Host, SeveralAddOnsHaveEachTheirOwnMenusComeAndGoInAnyOrderAndEndWithTheHost) {
+    {
+        Host host;
+        AddOn* const first = loaded(host, "Sample");
+        AddOn* const second = loaded(host, "Second");
+        ASSERT_TRUE(first != nullptr && second != nullptr);
+        EXPECT_FALSE(host.choose(*second, 1001, 4));
+        EXPECT_TRUE(second->menus.all()[0].items[3].checked());
+        EXPECT_FALSE(first->menus.all()[0].items[3].checked());
+        EXPECT_FALSE(host.unload(*first));
+        EXPECT_FALSE(host.choose(*second, 1001, 4));
+        EXPECT_FALSE(second->menus.all()[0].items[3].checked());
+        EXPECT_NE(loaded(host, "Sample"), nullptr);
+    }
+    EXPECT_FALSE(isInMemory("Sample"));
+    EXPECT_FALSE(isInMemory("Second"));
+    EXPECT_EQ(Host::current(), nullptr);
 }
 
 TEST(Host, AChoiceThatCannotBeCarriedOutIsRefused) {
@@ -131,7 +124,7 @@ TEST(Host, AChoiceThatCannotBeCarriedOutIsRefused) {
     EXPECT_EQ(host.choose(*addOn, 1001, 1), "Sample has installed no handler for menu 1001");
 }
 
-TEST(Host, UnloadingEndsModelessDialogsAndWaitsForModalOnes) {
+TEST(Host, UnloadingEndsModelessDialogsAndTransfersAndWaitsForModalOnes) {
     ScriptedPresenter user;
     Host host;
     AddOn* const addOn = loaded(host, "Sample");
@@ -139,34 +132,15 @@ TEST(Host, UnloadingEndsModelessDialogsAndWaitsForModalOnes) {
     user.thenLook([&] { EXPECT_TRUE(host.unload(*addOn)); }).then(UserAction::close());
     EXPECT_FALSE(host.choose(*addOn, 1001, 1));
     EXPECT_FALSE(host.choose(*addOn, 1001, 3));
-    EXPECT_EQ(addOn->modelessWindows.size(), 1U);
-    ASSERT_EQ(DialogControl::instance().openDialogs().size(), 1U);
-    EXPECT_FALSE(host.unload(*addOn));
-    EXPECT_THAT(DialogControl::instance().openDialogs(), testing::IsEmpty());
-    EXPECT_FALSE(isInMemory("Sample"));
-}
-
-TEST(Host, UnloadingEndsATransferThatIsUnderWay) {
-    Host host;
-    AddOn* const addOn = loaded(host, "Sample");
-    ASSERT_NE(addOn, nullptr);
     EXPECT_FALSE(host.choose(*addOn, 1001, 8));
+    EXPECT_EQ(addOn->modelessWindows.size(), 1U);
+    EXPECT_EQ(DialogControl::instance().openDialogs().size(), 1U);
     EXPECT_EQ(platform::transfersUnderWay(), 1U);
     EXPECT_FALSE(host.unload(*addOn));
+    EXPECT_THAT(DialogControl::instance().openDialogs(), testing::IsEmpty());
     EXPECT_EQ(platform::transfersUnderWay(), 0U);
     EXPECT_FALSE(isInMemory("Sample"));
     platform::RunLoop::main().dispatch(0);
-}
-
-TEST(Host, TheEndOfTheHostUnloadsEveryAddOn) {
-    {
-        Host host;
-        loaded(host, "Sample");
-        loaded(host, "Second");
-    }
-    EXPECT_FALSE(isInMemory("Sample"));
-    EXPECT_FALSE(isInMemory("Second"));
-    EXPECT_EQ(Host::current(), nullptr);
 }
 
 TEST(Host, AProbeCallsEveryEntryPointWithoutTheHostsFunctions) {

@@ -42,6 +42,12 @@ class Terminal:
             pass
         return os.waitstatus_to_exitcode(os.waitpid(self.process, 0)[1])
 
+    def command(self, text, *expected):
+        """Types a line, and waits for what it prints and for the prompt."""
+        self.type(text + "\r")
+        for each in (*expected, "tessaro> "):
+            self.expect(each)
+
 
 def session(program, bundle, port=1):
     """A session whose transfers go to a port of this machine; nobody listens at port 1."""
@@ -56,27 +62,13 @@ def main():
     signal.alarm(120)  # a session that does not end fails the test
 
     terminal = session(program, bundle)
-    terminal.type("choose 5\x7f4\r")  # the 5 is taken back
-    terminal.expect("[x] Marked")
-    terminal.expect("tessaro> ")
-    terminal.type("\x1b[A\r")  # the line before, again
-    terminal.expect("4     Marked")
-    terminal.expect("tessaro> ")
-    terminal.type("choose 1\r")
-    terminal.expect("row 2 * \"green\"")
-    terminal.expect("tessaro> ")
-    terminal.type("close\r")
-    terminal.expect("dialog 2000 closed by item 2")
-    terminal.expect("tessaro> ")
-    terminal.type("choose 8\r")  # a transfer to a port where nobody listens
-    terminal.expect("The transfer has failed.")  # without a key pressed
-    terminal.expect("tessaro> ")
-    terminal.type("answer 1\r")
-    terminal.expect("alert answered 1")
-    terminal.expect("tessaro> ")
-    terminal.type("choose 1\r")
-    terminal.expect("row 2 * \"green\"")
-    terminal.expect("tessaro> ")
+    terminal.command("choose 5\x7f4", "[x] Marked")  # the 5 is taken back
+    terminal.command("\x1b[A", "4     Marked")  # the line before, again
+    terminal.command("choose 1", "row 2 * \"green\"")
+    terminal.command("close", "dialog 2000 closed by item 2")
+    terminal.command("choose 8", "The transfer has failed.")  # nobody listens there; told without a key pressed
+    terminal.command("answer 1", "alert answered 1")
+    terminal.command("choose 1", "row 2 * \"green\"")
     terminal.type("\x04")  # end of input
     terminal.expect("dialog 2000 closed by item 2")
     assert terminal.end() == 0
@@ -87,12 +79,8 @@ def main():
 
     with socket.create_server(("127.0.0.1", 0)) as silent:  # takes the connection and says nothing
         terminal = session(program, bundle, silent.getsockname()[1])
-        terminal.type("choose 8\r")
-        terminal.expect("a transfer is under way")
-        terminal.expect("tessaro> ")
-        terminal.type("choose 4\r")
-        terminal.expect("[x] Marked")
-        terminal.expect("tessaro> ")
+        terminal.command("choose 8", "a transfer is under way")
+        terminal.command("choose 4", "[x] Marked")
         terminal.type("wait\r")
         time.sleep(0.3)
         os.kill(terminal.process, signal.SIGINT)
