@@ -37,29 +37,18 @@ TEST_F(AutoUpdateItem, ShowsWhatIsStored) {
     }
 }
 
-TEST_F(AutoUpdateItem, SwitchesTheMarkAndTheStoredValue) {
-    host_.menus = {32502};
-    flags(32502) = 0x10;
-    for (const bool on : {true, false, true}) {
-        EXPECT_TRUE(KW_AddonUpdate_SwitchAutoUpdateValue(kMenu, kItem));
-        EXPECT_EQ(flags(32502), on ? 0x12u : 0x10u);
-        EXPECT_EQ(stored("AutoUpdate"), on ? "1" : "0");
-    }
-}
-
 TEST_F(AutoUpdateItem, SwitchesEachMenuFromItsOwnMarkAndTheLastOneDecides) {
     host_.menus = {32500, 32503, 32506};
-    flags(32500) = 2;
-    flags(32503) = 0;
-    flags(32506) = 2;
-    KW_AddonUpdate_SwitchAutoUpdateValue(kMenu, kItem);
-    EXPECT_EQ(flags(32500), 0u);
-    EXPECT_EQ(flags(32503), 2u);
-    EXPECT_EQ(flags(32506), 0u);
-    EXPECT_EQ(stored("AutoUpdate"), "0");
-    host_.menus = {32500, 32503};
-    KW_AddonUpdate_SwitchAutoUpdateValue(kMenu, kItem);
-    EXPECT_EQ(stored("AutoUpdate"), "0") << "32503 was marked";
+    flags(32500) = 0;
+    flags(32503) = 2;
+    flags(32506) = 0x12;
+    for (const bool on : {false, true, false}) {
+        EXPECT_TRUE(KW_AddonUpdate_SwitchAutoUpdateValue(kMenu, kItem));
+        EXPECT_EQ(flags(32500), on ? 0u : 2u);
+        EXPECT_EQ(flags(32503), on ? 2u : 0u);
+        EXPECT_EQ(flags(32506), on ? 0x12u : 0x10u);
+        EXPECT_EQ(stored("AutoUpdate"), on ? "1" : "0");
+    }
 }
 
 TEST_F(AutoUpdateItem, StoresNothingWhenTheHostHasNoneOfTheMenus) {

@@ -30,16 +30,19 @@ protected:
     TemporaryFolder folder_;
 };
 
-TEST_F(URLDownloadTest, TheBodyReplacesTheDestinationThatIsClosedWhenTheLastMessageComes) {
-    folder_.write("file", "a much longer content than what comes");
+TEST_F(URLDownloadTest, TheDestinationIsClosedWhenTheLastMessageComesWhichMayStartTheNextDownload) {
     const FaultServer server(serving(response("body")));
-    RecordedDownload download;
+    RecordedDownload first, second;
     std::string seen;
-    download.then = [&](KW_URL_Message message) {
-        if (message == KW_URL_Finished) seen = folder_.read("file");
+    first.then = [&](KW_URL_Message message) {
+        if (message != KW_URL_Finished) return;
+        seen = folder_.read("file");
+        EXPECT_TRUE(second.start(server.url(), folder_.path("second")));
     };
-    EXPECT_EQ(download.fetch(server.url(), destination()), "OPF");
+    EXPECT_EQ(first.fetch(server.url(), destination()), "OPF");
     EXPECT_EQ(seen, "body");
+    EXPECT_TRUE(runLoopUntil([&] { return second.ended(); }));
+    EXPECT_EQ(second.messages, "OPF");
 }
 
 TEST_F(URLDownloadTest, WhatCannotBeStartedIsFalseAndSendsNothing) {
@@ -160,8 +163,7 @@ TEST_F(URLDownloadTest, TheTimeLimitHoldsAlsoWhileACallbackRunsTheLoop) {
         HandClock clock;
         std::filesystem::remove(destination());
         RecordedDownload download;
-        download.openedAnswer = 1;
-        if (during == KW_URL_Progress) download.openedAnswer = 0;
+        download.openedAnswer = during == KW_URL_Opened ? 1 : 0;
         download.then = [&](KW_URL_Message message) {
             if (message != during) return;
             clock.seconds += 60;
@@ -171,18 +173,6 @@ TEST_F(URLDownloadTest, TheTimeLimitHoldsAlsoWhileACallbackRunsTheLoop) {
         runLoopFor(std::chrono::milliseconds(20));
         EXPECT_EQ(folder_.has("file"), during == KW_URL_Progress);
     }
-}
-
-TEST_F(URLDownloadTest, ACallbackMayStartTheNextDownload) {
-    const FaultServer server(serving(response("body")));
-    RecordedDownload first, second;
-    first.then = [&](KW_URL_Message message) {
-        if (message != KW_URL_Finished) return;
-        EXPECT_TRUE(second.start(server.url(), folder_.path("second")));
-    };
-    first.fetch(server.url(), destination());
-    EXPECT_TRUE(runLoopUntil([&] { return second.ended(); }));
-    EXPECT_EQ(second.messages, "OPF");
 }
 
 TEST_F(URLDownloadTest, SeveralRunSideBySideEachWithItsOwnRecord) {
