@@ -27,12 +27,12 @@ using support::utf8;
 /// Settings folder of its own; nothing loaded yet by this test.
 class SettingsFolder : public ::testing::Test {
 protected:
-    SettingsFolder() {
+    SettingsFolder() { useFolder(temp_.path()); }
+    ~SettingsFolder() override { useFolder(""); }
+
+    static void useFolder(const std::string& path) {
         IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
-                                           IO::Location::FromPosixPath(temp_.path()));
-    }
-    ~SettingsFolder() override {
-        IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, IO::Location());
+                                           IO::Location::FromPosixPath(path));
     }
 
     TemporaryFolder temp_;
@@ -64,6 +64,11 @@ TEST_F(AddonSettings, EachSetHasItsOwnFileInTheSettingsFolder) {
     KW_AddonSettings_LoadSetSave(kThis, text("k"), text("this"), true);
     EXPECT_EQ(temp_.read(kAllFile), exchanged("$k: all\n"));
     EXPECT_EQ(temp_.read(kThisFile), exchanged("$k: this\n"));
+
+    useFolder(temp_.path("missing"));
+    EXPECT_FALSE(KW_AddonSettings_Save(kThis));
+    EXPECT_EQ(get("k"), "this");
+    EXPECT_FALSE(temp_.has("missing"));
 }
 
 TEST_F(AddonSettings, OfAKeyThatIsThereTwiceTheFirstIsMeant) {
@@ -170,15 +175,6 @@ TEST_F(AddonSettings, OnlyALoadThatIsToldToDropsUnsavedChanges) {
     EXPECT_EQ(temp_.read(kThisFile), "");
 }
 
-TEST_F(AddonSettings, WithoutASettingsFolderNothingIsLoadedOrSaved) {
-    set("k", "v");
-    IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
-                                       IO::Location::FromPosixPath(temp_.path("missing")));
-    EXPECT_FALSE(KW_AddonSettings_Save(kThis));
-    EXPECT_EQ(get("k"), "v");
-    EXPECT_FALSE(temp_.has("missing"));
-}
-
 TEST_F(AddonSettings, ADamagedFileIsKeptAsideBeforeItIsSavedOver) {
     const std::string aside = std::string(kThisFile) + ".damaged";
     const std::string damaged = "$good: 1\n$k: v\nrubbish";
@@ -186,6 +182,10 @@ TEST_F(AddonSettings, ADamagedFileIsKeptAsideBeforeItIsSavedOver) {
     EXPECT_FALSE(KW_AddonSettings_Load(kThis, false));
     EXPECT_EQ(KW_AddonSettings_GetCount(kThis), 1);
     EXPECT_FALSE(temp_.has(aside)) << "loading writes nothing";
+    temp_.makeFolder(aside);
+    EXPECT_FALSE(KW_AddonSettings_Save(kThis)) << "without a copy nothing is saved over";
+    EXPECT_EQ(temp_.read(kThisFile), exchanged(damaged));
+    std::filesystem::remove(temp_.path(aside));
     EXPECT_TRUE(KW_AddonSettings_Save(kThis));
     EXPECT_EQ(temp_.read(aside), exchanged(damaged));
     EXPECT_EQ(temp_.read(kThisFile), exchanged("$good: 1\n"));
@@ -221,16 +221,6 @@ TEST_F(AddonSettings, AFileThatIsTooLargeIsNotSavedOverUntilTheSetIsClearedOrLoa
     EXPECT_TRUE(KW_AddonSettings_Save(kThis));
 }
 
-TEST_F(AddonSettings, AFileThatCannotBeReadIsNotSavedOver) {
-    writeFile("$k: v\n");
-    {
-        const ResourceLimit noMoreFiles(RLIMIT_NOFILE, 0);
-        EXPECT_FALSE(KW_AddonSettings_Load(kThis, false));
-    }
-    EXPECT_FALSE(KW_AddonSettings_Save(kThis));
-    EXPECT_EQ(temp_.read(kThisFile), exchanged("$k: v\n"));
-}
-
 TEST_F(AddonSettings, ASaveThatFailsLeavesTheFileAndTheMemory) {
     writeFile("$k: old\n");
     EXPECT_TRUE(KW_AddonSettings_Load(kThis, false));
@@ -242,6 +232,14 @@ TEST_F(AddonSettings, ASaveThatFailsLeavesTheFileAndTheMemory) {
     EXPECT_EQ(temp_.read(kThisFile), exchanged("$k: old\n"));
     EXPECT_EQ(get("k").size(), 500u);
     EXPECT_TRUE(KW_AddonSettings_Save(kThis));
+
+    writeFile("$k: v\n");
+    {
+        const ResourceLimit noMoreFiles(RLIMIT_NOFILE, 0);
+        EXPECT_FALSE(KW_AddonSettings_Load(kThis, false));
+    }
+    EXPECT_FALSE(KW_AddonSettings_Save(kThis)) << "nor is a file saved over that could not be read";
+    EXPECT_EQ(temp_.read(kThisFile), exchanged("$k: v\n"));
 }
 
 /// Runs in a process of its own, where no set was ever loaded.

@@ -2,6 +2,7 @@
 
 #include "tests/support/SettingsBytes.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Text.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -22,11 +23,10 @@ using namespace std::string_literals;
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
-constexpr auto kSystem = KW_String::Encoding_System;
-
 KW_String system(const std::string& bytes) {
-    return bytes.empty() ? KW_String("", kSystem)
-                         : KW_String(bytes.data(), static_cast<unsigned int>(bytes.size()), kSystem);
+    KW_String text("", KW_String::Encoding_System);
+    text.THIS_Append(bytes.data(), static_cast<unsigned int>(bytes.size()), KW_String::Encoding_System);
+    return text;
 }
 
 KW_List<KW_Setting> listOf(const Pairs& pairs) {
@@ -93,24 +93,23 @@ TEST(SettingsFormat, EntriesAreReadUpToTheFault) {
         bool whole;
         Pairs entries;
     };
-    const std::vector<Case> cases = {
-        {"", true, {}},
-        {"$A: 1\n$A: 2\n", true, {{"A", "1"}, {"A", "2"}}},
-        {"$k: x\n#\n#y\n", true, {{"k", "x\n\ny"}}},
-        {"$k: a\r\n#b\r#c\n$l: d\r", true, {{"k", "a\r\nb\rc"}, {"l", "d"}}},
-        {"$k:_v\n", true, {{"k", "v"}}},
-        {"$k: \n$l: v\n", true, {{"k", ""}, {"l", "v"}}},
-        {"$a\nb: v\n", true, {{"a\nb", "v"}}},
-        {"$k: 1\n$l: cut short", true, {{"k", "1"}}},
-        {"k: 1\n", false, {}},
-        {"$k: 1\n$", false, {{"k", "1"}}},
-        {"$k: 1\n$no colon\n", false, {{"k", "1"}}},
-        {"$k: 1\n$: 2\n", false, {{"k", "1"}}},
-        {"$k: 1\n\n", false, {}},
-        {"$k: 1\n\0"s, false, {}},
-        {"$k: z\0ro\n"s, true, {{"k", "z\0ro"s}}},
-    };
-    for (const Case& c : cases) {
+    for (const Case& c : std::vector<Case>{
+             {"", true, {}},
+             {"$A: 1\n$A: 2\n", true, {{"A", "1"}, {"A", "2"}}},
+             {"$k: x\n#\n#y\n", true, {{"k", "x\n\ny"}}},
+             {"$k: a\r\n#b\r#c\n$l: d\r", true, {{"k", "a\r\nb\rc"}, {"l", "d"}}},
+             {"$k:_v\n", true, {{"k", "v"}}},
+             {"$k: \n$l: v\n", true, {{"k", ""}, {"l", "v"}}},
+             {"$a\nb: v\n", true, {{"a\nb", "v"}}},
+             {"$k: 1\n$l: cut short", true, {{"k", "1"}}},
+             {"k: 1\n", false, {}},
+             {"$k: 1\n$", false, {{"k", "1"}}},
+             {"$k: 1\n$no colon\n", false, {{"k", "1"}}},
+             {"$k: 1\n$: 2\n", false, {{"k", "1"}}},
+             {"$k: 1\n\n", false, {}},
+             {"$k: 1\n\0"s, false, {}},
+             {"$k: z\0ro\n"s, true, {{"k", "z\0ro"s}}},
+         }) {
         KW_List<KW_Setting> list;
         EXPECT_EQ(KW_SettingsFile_Parse(c.text.data(), c.text.size(), list), c.whole) << c.text;
         EXPECT_TRUE(holds(list, c.entries)) << c.text;
@@ -141,9 +140,7 @@ protected:
     explicit SettingsFile(const std::filesystem::path& inside = std::filesystem::temp_directory_path())
         : temp_(inside) {}
 
-    KW_Location location() const {
-        return KW_Location(KW_String(temp_.path("f.cfg").c_str(), KW_String::Encoding_UTF8));
-    }
+    KW_Location location() const { return KW_Location(support::text(temp_.path("f.cfg"))); }
 
     TemporaryFolder temp_;
 };
