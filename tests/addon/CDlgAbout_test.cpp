@@ -15,6 +15,7 @@ using platform::DialogControl;
 using platform::UserAction;
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
@@ -27,8 +28,7 @@ protected:
     CDlgAboutTest() {
         const KW_Location folder = KW_Location::AddOnLocation(true);
         folder_ = folder.ToCStr(KW_String::Encoding_UTF8).data;
-        std::filesystem::remove(document(1));
-        std::filesystem::remove(document(2));
+        removeDocuments();
         platform::setLaunchHandler([this](const platform::LaunchRequest& request) {
             opened_.push_back(request.target);
             return 0;
@@ -37,10 +37,13 @@ protected:
     ~CDlgAboutTest() override {
         platform::setLaunchHandler({});
         gKW_Language = KW_Language_International;
-        std::filesystem::remove(document(1));
-        std::filesystem::remove(document(2));
+        removeDocuments();
     }
 
+    void removeDocuments() const {
+        for (const int part : {1, 2})
+            std::filesystem::remove(document(part));
+    }
     std::string document(int part) const {
         return folder_ + "/0" + std::to_string(part) + " - Libreria Tessaro.pdf";
     }
@@ -54,31 +57,27 @@ protected:
     ScriptedPresenter user_;
 };
 
-TEST_F(CDlgAboutTest, OKEndsTheDialogWithTrueAndTheCloseBoxWithFalse) {
-    CDlgAbout dialog;
-    user_.thenLook([&] { EXPECT_EQ(dialog.dialogID, kDialog); }).then(UserAction::click(kDialog, 1));
-    EXPECT_TRUE(dialog.ShowDialog());
-    EXPECT_EQ(dialog.dialogID, 0);
-    user_.then(UserAction::close());
-    EXPECT_FALSE(dialog.ShowDialog());
-    EXPECT_EQ(dialog.dialogID, 0);
-}
-
-TEST_F(CDlgAboutTest, ShowsTheDescriptionInTheCurrentLanguage) {
+TEST_F(CDlgAboutTest, ShowsTheDescriptionInTheCurrentLanguageUntilOkOrTheCloseBox) {
     gKW_Language = 0;
+    CDlgAbout dialog;
     user_
-        .thenLook([] {
+        .thenLook([&] {
+            EXPECT_EQ(dialog.dialogID, kDialog);
             const platform::DialogState& state = *DialogControl::instance().find(kDialog);
             EXPECT_EQ(GS::UniStringToUtf8(state.title), "Informazioni su Libreria Tessaro");
             EXPECT_EQ(state.focus, DG_NO_ITEM);
             EXPECT_EQ(itemText(2), "Annulla");
             EXPECT_EQ(itemText(7), "Documentazione, parte 2");
-            const std::string description = itemText(4);
-            EXPECT_EQ(description.find("Libreria Tessaro per ArchiCAD 22\n\nLibreria Tessaro \xC3\xA8 "), 0U);
-            EXPECT_NE(description.find("Kestrin"), std::string::npos) << "the last piece";
+            EXPECT_THAT(itemText(4),
+                        StartsWith("Libreria Tessaro per ArchiCAD 22\n\nLibreria Tessaro \xC3\xA8 "));
+            EXPECT_THAT(itemText(4), HasSubstr("Kestrin")) << "the last piece";
         })
         .then(UserAction::click(kDialog, 1));
-    CDlgAbout().ShowDialog();
+    EXPECT_TRUE(dialog.ShowDialog());
+    EXPECT_EQ(dialog.dialogID, 0);
+    user_.then(UserAction::close());
+    EXPECT_FALSE(dialog.ShowDialog());
+    EXPECT_EQ(dialog.dialogID, 0);
 }
 
 TEST_F(CDlgAboutTest, TheButtonsOpenTheDocumentsBesideTheAddOnOrTellThatOneIsMissing) {

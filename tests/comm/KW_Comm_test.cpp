@@ -128,6 +128,8 @@ TEST(CommIdentifiers, EveryCodeHasItsModule) {
         const API_ModulID expected = known == localIDs.end() ? blank : API_ModulID{0x4B7E2A19, known->second};
         EXPECT_EQ(KW_Comm::GetMDID(static_cast<KW_Comm_AddOnsCode>(code)), expected) << code;
     }
+    for (const int code : {INT32_MIN, INT32_MAX})
+        EXPECT_EQ(KW_Comm::GetMDID(static_cast<KW_Comm_AddOnsCode>(code)), blank);
 }
 
 }  // namespace

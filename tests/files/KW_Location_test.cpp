@@ -134,17 +134,6 @@ TEST_F(FolderListing, FilesAreChosenByTheirExtensionInAnyCase) {
                                                        ".txt", "ends.with."));
 }
 
-TEST_F(FolderListing, EntriesAreAppendedToWhatTheListHoldsAlsoThoseThatAreNotUtf8) {
-    temp_.write("empty/odd \xE9\xFF", "x");
-    KW_List<KW_Location> found;
-    found.AddData(at(temp_.path("notes.txt")), -1);
-    EXPECT_TRUE(at(temp_.path("empty")).GetFilesInFolder(nullptr, false, &found));
-    ASSERT_EQ(found.count, 3);
-    EXPECT_EQ(names(found)[0], "notes.txt");
-    for (long i = 0; i < found.count; ++i)
-        EXPECT_EQ(IO::File(found[i]).GetStatus(), kNoError) << "can be opened";
-}
-
 TEST_F(FolderListing, AFolderStandsBeforeItsOwnSubfolders) {
     KW_List<KW_Location> found;
     EXPECT_TRUE(at(temp_.path("a.b")).GetSubFolders(true, &found));
@@ -154,15 +143,21 @@ TEST_F(FolderListing, AFolderStandsBeforeItsOwnSubfolders) {
     EXPECT_THAT(names(direct), UnorderedElementsAre("a.b", "empty"));
 }
 
-TEST_F(FolderListing, WhatIsNoFolderCannotBeListed) {
+TEST_F(FolderListing, EntriesAreAppendedToWhatTheListHoldsAlsoThoseThatAreNotUtf8) {
+    temp_.write("empty/odd \xE9\xFF", "x");
     KW_List<KW_Location> found;
-    found.AddData(at("kept"), -1);
-    for (const KW_Location& location :
+    found.AddData(at(temp_.path("notes.txt")), -1);
+    for (const KW_Location& noFolder :
          {at(temp_.path("notes.txt")), at(temp_.path("missing")), KW_Location(), at("/")}) {
-        EXPECT_FALSE(location.GetFilesInFolder(nullptr, true, &found));
-        EXPECT_FALSE(location.GetSubFolders(true, &found));
+        EXPECT_FALSE(noFolder.GetFilesInFolder(nullptr, true, &found));
+        EXPECT_FALSE(noFolder.GetSubFolders(true, &found));
     }
     EXPECT_EQ(found.count, 1);
+    EXPECT_TRUE(at(temp_.path("empty")).GetFilesInFolder(nullptr, false, &found));
+    ASSERT_EQ(found.count, 3);
+    EXPECT_EQ(names(found)[0], "notes.txt");
+    for (long i = 0; i < found.count; ++i)
+        EXPECT_EQ(IO::File(found[i]).GetStatus(), kNoError) << "can be opened";
 }
 
 TEST_F(FolderListing, ASubfolderThatCannotBeOpenedEndsTheListingWithFalse) {

@@ -52,11 +52,10 @@ TEST_F(KWLibrary, TheEmbeddedLibraryComesFirst) {
         {{"/a", "/b", "/c"}, 2, {"/c", "/a", "/b"}},
         {{"/a", "/b"}, 2, {"/a", "/b"}},
     };
+    KW_List<KW_Location> list;
     for (const Case& each : cases) {
         libraries = each.libraries;
         embedded = each.embedded;
-        KW_List<KW_Location> list;
-        list.AddData(KW_Location(text("/before")), -1);
         EXPECT_TRUE(KW_Library::Libraries(list));
         std::vector<std::string> found;
         for (long i = 0; i < list.count; ++i)
@@ -64,8 +63,6 @@ TEST_F(KWLibrary, TheEmbeddedLibraryComesFirst) {
         EXPECT_EQ(found, each.expected);
     }
     librariesAnswer = -1;
-    KW_List<KW_Location> list;
-    list.AddData(KW_Location(text("/before")), -1);
     EXPECT_FALSE(KW_Library::Libraries(list));
     EXPECT_EQ(list.count, 0);
 }
@@ -83,7 +80,6 @@ TEST_F(KWLibrary, TheSuiteFolderIsLoadedUnlessOneOfItsNameIs) {
         {{suiteFolder}, true},
         {{upper}, true},
         {{"/a", "/elsewhere/qrn_library"}, true},
-        {{"QRN_LIBRARY"}, true},
         {{"/QRN_Library/parts", "/a/QRN_Library2", "/a/My QRN_Library", addOnFolder}, false},
     };
     for (const Case& each : cases) {
@@ -95,6 +91,13 @@ TEST_F(KWLibrary, TheSuiteFolderIsLoadedUnlessOneOfItsNameIs) {
         EXPECT_TRUE(KW_Library::Load(false));
         EXPECT_THAT(added, ElementsAre(suiteFolder)) << "without a look at the loaded ones";
     }
+    // So with the lookups of a part.
+    libraries = {"/elsewhere/qrn_library"};
+    parts.clear();
+    partsOfFolder[suiteFolder] = {{"Chair", {7, "/Lib/Chair.gsm"}}};
+    user.then(UserAction::close());
+    EXPECT_EQ(KW_LibPart::IndexFullLib(text("Chair"), APILib_Door), -1);
+    EXPECT_EQ(KW_LibPart::IndexFullLibNoCheckLibs(text("Chair"), APILib_Door), 7);
 }
 
 TEST_F(KWLibrary, OnlyAHostThatRefusesTheFolderIsAFailure) {
@@ -154,15 +157,6 @@ TEST_F(KWLibrary, AMissingPartIsFoundByLoadingTheSuiteLibraryOrOneThatTheUserCho
     user.then(UserAction::chooseFile("/refused"));
     EXPECT_EQ(KW_LibPart::IndexFullLib(text("Lamp"), APILib_Door), -1);
     EXPECT_EQ(searched.size(), 10u) << "no search after cancel or refusal";
-}
-
-TEST_F(KWLibrary, ALibraryOfTheNameFromElsewhereStopsOnlyTheLookupThatChecks) {
-    libraries = {"/elsewhere/qrn_library"};
-    user.then(UserAction::close());
-    EXPECT_EQ(KW_LibPart::IndexFullLib(text("Chair"), APILib_Door), -1);
-    EXPECT_THAT(added, IsEmpty());
-    EXPECT_EQ(KW_LibPart::IndexFullLibNoCheckLibs(text("Chair"), APILib_Door), 7);
-    EXPECT_THAT(added, ElementsAre(suiteFolder));
 }
 
 TEST_F(KWLibrary, TheUserIsToldWhenAPartStaysMissingAndThatIsWanted) {
