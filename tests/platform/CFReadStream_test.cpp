@@ -136,14 +136,10 @@ TEST(AFirstUse, TheHttpLibraryIsLoadedByTheFirstStreamOnly) {
 }
 
 TEST(CFReadStream, AServerIsNamedByAnHttpUrlOrThereIsNoStream) {
-    const struct {
-        const char* url;
-        bool accepted;
-    } cases[] = {{"http://a", true},   {"HTTPS://a/b", true},        {"ftp://a/b", false},
-                 {"a/b", false},       {"http:///b", false},         {"http://?b", false},
-                 {"http:/a/b", false}, {"file:///etc/passwd", false}};
-    for (const auto& each : cases)
-        EXPECT_EQ(Client(each.url).stream != nullptr, each.accepted) << each.url;
+    for (const char* url : {"http://a", "HTTPS://a/b"})
+        EXPECT_NE(Client(url).stream, nullptr) << url;
+    for (const char* url : {"ftp://a/b", "a/b", "http:///b", "http://?b", "http:/a/b", "file:///etc/passwd"})
+        EXPECT_EQ(Client(url).stream, nullptr) << url;
 }
 
 TEST(CFReadStream, TheRequestIsTheLineAndTheHostOnlyAndGoesWhereTheConnectRulesSay) {
@@ -332,17 +328,20 @@ TEST(ImageCleanup, EndsStreamsAndTimersWhoseCallbacksLieInTheImage) {
     EXPECT_TRUE(CFReadStreamOpen(client.stream));
     Client::run([&] { return client.events == "O"; });
     sFired.clear();
-    char name = 'x';
-    CFRunLoopTimerRef timer = addTimer(0, name);
-
+    char names[] = {'a', 'b'};
+    CFRunLoopTimerRef first = addTimer(0, names[0]);
     platform::endCallsIntoImage(platform::imageOf(&CFRunLoopGetMain));
     EXPECT_EQ(platform::transfersUnderWay(), 1U) << "the callbacks lie in this program";
+    Client::run([] { return sFired == "a"; });
+
+    CFRunLoopTimerRef second = addTimer(0, names[1]);
     platform::endCallsIntoImage(platform::imageOf(&curlIsLoaded));
     EXPECT_EQ(platform::transfersUnderWay(), 0U);
     Client::runOn();
     EXPECT_EQ(client.events, "O");
-    EXPECT_EQ(sFired, "");
-    CFRelease(timer);
+    EXPECT_EQ(sFired, "a");
+    CFRelease(first);
+    CFRelease(second);
 }
 
 TEST(CFRunLoopTimer, FiresOnceAndNotWhenRemovedOrInvalid) {

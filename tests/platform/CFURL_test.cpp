@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "platform/src/CFObjects.h"
 
@@ -23,10 +24,7 @@ std::string normalised(const std::string& utf8) {
 }
 
 TEST(CFURL, DecodingAndEscapingAgainNormalisesEveryEscape) {
-    const struct {
-        const char* given;
-        const char* normalised;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"", ""},
         {"http://a/b c", "http://a/b%20c"},
         {"http://a/b%20c", "http://a/b%20c"},
@@ -44,8 +42,8 @@ TEST(CFURL, DecodingAndEscapingAgainNormalisesEveryEscape) {
         {"http://a/%E9", "(null)"},        // no UTF-8 when decoded
         {"http://a/%ED%A0%80", "(null)"},  // half a surrogate pair is none either
     };
-    for (const auto& each : cases)
-        EXPECT_EQ(normalised(each.given), each.normalised) << each.given;
+    for (const auto& [given, expected] : cases)
+        EXPECT_EQ(normalised(given), expected) << given;
 
     const CFString text{"%2F%20%2f"};
     const CFString slash{"/"};
@@ -57,16 +55,13 @@ TEST(CFURL, DecodingAndEscapingAgainNormalisesEveryEscape) {
 }
 
 TEST(CFURL, AURLHoldsOnlyWhatMayStandInIt) {
-    const struct {
-        const char* text;
-        bool accepted;
-    } cases[] = {
+    const std::pair<const char*, bool> cases[] = {
         {"http://a/%20", true},      {"a", true}, {"", false}, {"http://a/ ", false}, {"http://a/%2", false},
         {"http://a/\xC3\xA9", false}};
-    for (const auto& each : cases) {
-        const CFString text{each.text};
+    for (const auto& [given, accepted] : cases) {
+        const CFString text{given};
         const CFURLRef url = CFURLCreateWithString(kCFAllocatorDefault, &text, nullptr);
-        EXPECT_EQ(url != nullptr, each.accepted) << each.text;
+        EXPECT_EQ(url != nullptr, accepted) << given;
         CFRelease(url);
     }
 }

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <tuple>
 
 namespace {
 
@@ -60,24 +61,19 @@ TEST(FileDialog, TheUserSeesTitleFolderNameAndFiltersAndCanOnlyChoose) {
 }
 
 TEST(FileDialog, AChosenPathCountsFromTheFolderThatTheUserSees) {
-    struct Case {
-        const char* folder;
-        const char* chosen;
-        std::string result;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, std::string> cases[] = {
         {"/a/b", "c.txt", "/a/b/c.txt"},
         {"/a/b", "/x/c.txt", "/x/c.txt"},
         {"", "c.txt", std::filesystem::current_path() / "c.txt"},
         {"", "/caff\xC3\xA8.txt", "/caff\xC3\xA8.txt"},
     };
-    for (const Case& each : cases) {
+    for (const auto& [folder, chosen, result] : cases) {
         ScriptedPresenter user;
-        user.then(UserAction::chooseFile(each.chosen));
+        user.then(UserAction::chooseFile(chosen));
         DG::FileDialog dialog(DG::FileDialog::Save);
-        dialog.SetFolder(location(each.folder));
+        dialog.SetFolder(location(folder));
         ASSERT_TRUE(dialog.Invoke());
-        EXPECT_EQ(path(dialog.GetSelectedFile(0)), each.result);
+        EXPECT_EQ(path(dialog.GetSelectedFile(0)), result);
     }
 }
 

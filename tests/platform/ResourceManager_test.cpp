@@ -21,7 +21,7 @@ using testing::IsEmpty;
 
 constexpr const char* kIndex =
     "fallback = 'int'\n"
-    "strings = [1000, 1010]\n"
+    "strings = [1000, 1010, 1009]\n"
     "[languages]\n"
     "ita = 0\n"
     "int = 1\n"
@@ -91,7 +91,7 @@ TEST_F(ResourceManager, AStringIsFoundByBaseAndLanguage) {
         {1001, 2, "two"},
         {1000, 2, "(none)"},  // the fallback of strings is the add-on's business
         {1006, 1, "\xD0\xB4\xD0\xB0 \xF0\x9F\x99\x82"},
-        {1010, 1, "altro"},
+        {1010, 1, "altro"},  // the nearest base at or below it counts
         {1010, 7, ""},
         {1002, 1, "(none)"},  // no language has this number
         {1011, 1, "(none)"},  // the language has no such table

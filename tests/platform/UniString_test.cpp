@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -43,21 +44,17 @@ TEST(UniString, CopiesUpToTheTerminatorOrByCount) {
 }
 
 TEST(UniString, ConvertsUtf8AndMarksWhatIsMalformed) {
-    struct Case {
-        std::string utf8;
-        std::u16string units;
-        std::string back;
+    const std::tuple<std::string, std::u16string, std::string> cases[] = {
+        {"", u"", ""},
+        {"a\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80", u"a\u00E9\u4E2D\U0001F600",
+         "a\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80"},
+        {std::string("a\0b", 3), std::u16string(u"a\0b", 3), std::string("a\0b", 3)},
+        {"a\xFFz", u"a\uFFFDz", "a\xEF\xBF\xBDz"},
+        {"\xE4\xB8", u"\uFFFD", "\xEF\xBF\xBD"},
     };
-    for (const Case& c : std::vector<Case>{
-             {"", u"", ""},
-             {"a\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80", u"a\u00E9\u4E2D\U0001F600",
-              "a\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80"},
-             {std::string("a\0b", 3), std::u16string(u"a\0b", 3), std::string("a\0b", 3)},
-             {"a\xFFz", u"a\uFFFDz", "a\xEF\xBF\xBDz"},
-             {"\xE4\xB8", u"\uFFFD", "\xEF\xBF\xBD"},
-         }) {
-        EXPECT_EQ(units(GS::UniStringFromUtf8(c.utf8)), c.units);
-        EXPECT_EQ(GS::UniStringToUtf8(uniString(c.units)), c.back);
+    for (const auto& [utf8, utf16, back] : cases) {
+        EXPECT_EQ(units(GS::UniStringFromUtf8(utf8)), utf16);
+        EXPECT_EQ(GS::UniStringToUtf8(uniString(utf16)), back);
     }
     EXPECT_EQ(GS::UniStringToUtf8(uniString(u"\xD83Dx")), "\xEF\xBF\xBDx") << "a surrogate alone";
 }
