@@ -1,8 +1,7 @@
 #include "comm/KW_Comm.h"
 
-#include "platform/FileSystem.h"
+#include "tests/support/DataFolder.h"
 #include "tests/support/SettingsBytes.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -22,15 +21,7 @@ constexpr const char* kMarker = "TestAddon_220_22.sui";
 
 class Comm : public ::testing::Test {
 protected:
-    Comm() { useFolder(temp_.path()); }
-    ~Comm() override { useFolder(""); }
-
-    static void useFolder(const std::string& path) {
-        IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
-                                           IO::Location::FromPosixPath(path));
-    }
-
-    TemporaryFolder temp_;
+    DataFolder temp_;
     const Host reset_ = sHost = Host();
 };
 
@@ -104,15 +95,14 @@ TEST_F(Comm, FileNamesCarryTheHostVersion) {
 }
 
 TEST_F(Comm, WithoutASettingsFolderNothingIsWrittenOrFound) {
-    temp_.write("keep", "");
-    useFolder(temp_.path("missing"));
+    std::filesystem::remove(temp_.path());
     bool answers = true;
     EXPECT_FALSE(KW_Comm::AddOnFileWrite(true));
     EXPECT_FALSE(KW_Comm::AddOnFileRead());
     KW_Comm::AddOnsFileDelete();
     EXPECT_FALSE(KW_Comm::SuiteIsLoaded(answers));
     EXPECT_FALSE(answers);
-    EXPECT_EQ(temp_.count(), 1);
+    EXPECT_FALSE(std::filesystem::exists(temp_.path()));
 }
 
 TEST(CommIdentifiers, EveryCodeHasItsModule) {

@@ -44,15 +44,7 @@ TEST_F(KW_Dlg_Language_Test, TheDialogOpensFilled) {
         .thenLook([] {
             EXPECT_EQ(dialog().title, GS::UniStringFromUtf8("TestAddon"));
             EXPECT_EQ(dialog().focus, DG_NO_ITEM);
-            EXPECT_EQ(list().rowHeight, 30);
-            ASSERT_EQ(list().fields.size(), 1u);
-            const platform::ListField& field = list().fields[0];
-            EXPECT_EQ(field.begin, 5);
-            EXPECT_EQ(field.end, 285);
-            EXPECT_EQ(field.justification, 0);
-            EXPECT_EQ(field.truncationFlags, 0x1000);
-            EXPECT_FALSE(field.separator);
-            EXPECT_TRUE(field.last);
+            EXPECT_EQ(list().fields.size(), 1u);
             EXPECT_TRUE(list().drawing);
             if (kSharesLanguage) {
                 EXPECT_THAT(icons(), ElementsAre(32758, 32759, 32760, 32761, 32762, 32763, 32764));

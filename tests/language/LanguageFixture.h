@@ -1,29 +1,43 @@
 #pragma once
 
-#include "tests/support/TemporaryFolder.h"
+#include "language/KW_Language.h"
+#include "settings/AddonIdentity.h"
+#include "settings/KW_AddonSettings.h"
+#include "tests/support/DataFolder.h"
+#include "tests/support/SettingsBytes.h"
 
 #include <gtest/gtest.h>
 #include <string>
 
 /// Whether this program is the add-on that shares the suite's language, offers all languages and supports two
 /// extra ones (TestAddon.cpp).
-extern const bool kSharesLanguage;
+inline const bool kSharesLanguage = !sett_ADDON_HAS_OWN_LANGUAGE;
 
 /// A data folder of its own for each test, with empty settings and the international language to start with.
 class LanguageFixture : public testing::Test {
 protected:
-    LanguageFixture();
-    ~LanguageFixture() override;
+    LanguageFixture() {
+        reloadSettings();
+        gKW_Language = KW_Language_International;
+    }
+    ~LanguageFixture() override { gKW_Language = KW_Language_International; }
 
     /// Name of the settings file that holds this add-on's language.
-    static const char* languageFile();
+    static const char* languageFile() { return kSharesLanguage ? "TessaroPlugins.cfg" : "TestAddon_220.cfg"; }
 
     /// Writes a settings file; `entries` as they read once the halves of each byte are exchanged.
-    void writeSettings(const std::string& file, const std::string& entries) const;
+    void writeSettings(const std::string& file, const std::string& entries) const {
+        folder_.write(file, exchanged(entries));
+    }
     /// The entries in the file; "(no file)" without one.
-    std::string settings(const std::string& file) const;
+    std::string settings(const std::string& file) const {
+        return folder_.has(file) ? exchanged(folder_.read(file)) : "(no file)";
+    }
     /// Makes the module take in what the test wrote.
-    static void reloadSettings();
+    static void reloadSettings() {
+        KW_AddonSettings_Load(KW_AddonSettings_AllAddons, false);
+        KW_AddonSettings_Load(KW_AddonSettings_ThisAddon, false);
+    }
 
-    TemporaryFolder folder_;
+    DataFolder folder_;
 };

@@ -1,9 +1,8 @@
 #include "settings/KW_AddonSettings.h"
 
-#include "platform/FileSystem.h"
+#include "tests/support/DataFolder.h"
 #include "tests/support/ResourceLimit.h"
 #include "tests/support/SettingsBytes.h"
-#include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -24,24 +23,10 @@ constexpr const char* kThisFile = "TestAddon_220.cfg";
 using support::text;
 using support::utf8;
 
-/// Settings folder of its own; nothing loaded yet by this test.
-class SettingsFolder : public ::testing::Test {
-protected:
-    SettingsFolder() { useFolder(temp_.path()); }
-    ~SettingsFolder() override { useFolder(""); }
-
-    static void useFolder(const std::string& path) {
-        IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
-                                           IO::Location::FromPosixPath(path));
-    }
-
-    TemporaryFolder temp_;
-};
-
 /// Both sets loaded, empty.
-class AddonSettings : public SettingsFolder {
+class AddonSettings : public ::testing::Test {
 protected:
-    AddonSettings() {
+    void SetUp() override {
         EXPECT_TRUE(KW_AddonSettings_Load(kAll, false));
         EXPECT_TRUE(KW_AddonSettings_Load(kThis, false));
     }
@@ -51,6 +36,8 @@ protected:
         EXPECT_TRUE(KW_AddonSettings_Set(kThis, text(key), text(value), true));
     }
     void writeFile(const std::string& plain) { temp_.write(kThisFile, exchanged(plain)); }
+
+    DataFolder temp_;
 };
 
 TEST_F(AddonSettings, EachSetHasItsOwnFileInTheSettingsFolder) {
@@ -65,7 +52,8 @@ TEST_F(AddonSettings, EachSetHasItsOwnFileInTheSettingsFolder) {
     EXPECT_EQ(temp_.read(kAllFile), exchanged("$k: all\n"));
     EXPECT_EQ(temp_.read(kThisFile), exchanged("$k: this\n"));
 
-    useFolder(temp_.path("missing"));
+    IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
+                                       IO::Location::FromPosixPath(temp_.path("missing")));
     EXPECT_FALSE(KW_AddonSettings_Save(kThis));
     EXPECT_EQ(get("k"), "this");
     EXPECT_FALSE(temp_.has("missing"));
@@ -243,9 +231,11 @@ TEST_F(AddonSettings, ASaveThatFailsLeavesTheFileAndTheMemory) {
 }
 
 /// Runs in a process of its own, where no set was ever loaded.
-class NotLoadedYet : public SettingsFolder {
+class NotLoadedYet : public ::testing::Test {
 protected:
     NotLoadedYet() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    DataFolder temp_;
 };
 
 TEST_F(NotLoadedYet, OnlyTheOperationsThatSaySoLoad) {
