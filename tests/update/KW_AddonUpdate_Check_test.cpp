@@ -235,24 +235,31 @@ TEST_F(UpdateCheck, ReadsTheFileInTheEncodingItLooksLike) {
 }
 
 TEST_F(UpdateCheck, TellsTheUserOfWhateverFailedWhoeverAsked) {
-    const std::function<void()> failures[] = {
-        [] { fail(); },
-        [] {
-            message(KW_URL_Opened);
-            fail();
-        },
-        [] {  // the file is gone
-            message(KW_URL_Opened);
-            message(KW_URL_Finished);
-        },
-        [] {
-            const WithoutDataFolder none;
-            message(KW_URL_Finished);
-        },
-        [this] {
-            sCurrentAddonVersion = text("TessaroLibrary 22.0 (AC220) 03/08/2018");  // the own line is invalid
-            finish(kNewerLine);
-        },
+    const struct {
+        bool closesTheDialog;
+        std::function<void()> happen;
+    } failures[] = {
+        {true, [] { fail(); }},
+        {true,
+         [] {
+             message(KW_URL_Opened);
+             fail();
+         }},
+        {false,  // the file is gone
+         [] {
+             message(KW_URL_Opened);
+             message(KW_URL_Finished);
+         }},
+        {false,
+         [] {
+             const WithoutDataFolder none;
+             message(KW_URL_Finished);
+         }},
+        {false,
+         [this] {
+             sCurrentAddonVersion = text("TessaroLibrary 22.0 (AC220) 03/08/2018");  // invalid
+             finish(kNewerLine);
+         }},
     };
     for (const bool byUser : {true, false}) {
         for (const auto& failure : failures) {
@@ -262,9 +269,9 @@ TEST_F(UpdateCheck, TellsTheUserOfWhateverFailedWhoeverAsked) {
             store("LastUpdateCheck_220", "0");
             check(byUser);
             presenter_.then(UserAction::answer(1));
-            failure();
+            failure.happen();
             EXPECT_EQ(alertText(), suiteText(33));
-            EXPECT_TRUE(dialog() == nullptr || !dialog()->visible);
+            EXPECT_EQ(dialog() == nullptr, failure.closesTheDialog);
             EXPECT_EQ(sUpdateStatus, kUpdateStatus_Running);
             EXPECT_GT(storedCheckTime(), 0);
             EXPECT_FALSE(folder_.has("__updcf__.tmp"));

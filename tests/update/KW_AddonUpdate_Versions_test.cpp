@@ -10,67 +10,58 @@ namespace {
 
 // ---- Grammar
 
-struct GrammarCase {
-    const char* line;
-    int kind;
-};
-
-const GrammarCase kGrammarCases[] = {
-    {"TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018 ita int", 1},
-    {"TessaroLibrary\t22.0.5.2210 \t (AC220) 15-10-2018", 1},
-    {"Tessaro", 0},
-    // library: token 2 is a date of exactly ten characters
-    {"Tessaro 01/10/2018", 2},
-    {"Tessaro 01-10/2018 NoSuite", 2},
-    {"Tessaro 1/10/2018", 0},
-    {"Tessaro 01/10/20189", 0},
-    {"Tessaro 01.10.2018", 0},
-    {"Tessaro 01/10.2018", 0},
-    {"Tessaro 0x/10/2018", 0},
-    {"Tessaro 01/1x/2018", 0},
-    {"Tessaro 01/10/201x", 0},
-    {"Tessaro 01/10/２018", 0},
-    {" 01/10/2018", 2},
-    {"a Tessaro 01/10/2018", 0},
-    // a library line is one before it is an add-on line
-    {"Tessaro 01/10/2018 (AC220) 15/10/2018", 2},
-    // four numbers or more, of which four are looked at; a number without digits is one
-    {"T 22.0.5 (AC220) 15/10/2018", 0},
-    {"T 22.0.5. (AC220) 15/10/2018", 1},
-    {"T ... (AC220) 15/10/2018", 1},
-    {"T .. (AC220) 15/10/2018", 0},
-    {"T 1.2.3.4.beta (AC220) 15/10/2018", 1},
-    {"T 1.2.3.4b (AC220) 15/10/2018", 0},
-    {"T a.2.3.4 (AC220) 15/10/2018", 0},
-    {"T 1.-2.3.4 (AC220) 15/10/2018", 0},
-    {"T 1.2.3\xC2\xB2.4 (AC220) 15/10/2018", 0},
-    {"T 99999999999999999999.0.0.0 (AC220) 15/10/2018", 1},
-    // host tag
-    {"T 1.2.3.4 (AC22) 15/10/2018", 1},
-    {"T 1.2.3.4 (AC) 15/10/2018", 1},
-    {"T 1.2.3.4 (AC 15/10/2018", 0},
-    {"T 1.2.3.4 AC220) 15/10/2018", 0},
-    {"T 1.2.3.4 (ac220) 15/10/2018", 0},
-    {"T 1.2.3.4 (AC22x) 15/10/2018", 0},
-    {"T 1.2.3.4 (AC2)2) 15/10/2018", 0},
-    {"T 1.2.3.4 (AC220 ) 15/10/2018", 0},
-    // date of an add-on: its length does not matter
-    {"T 1.2.3.4 (AC220)", 0},
-    {"T 1.2.3.4 (AC220) ", 0},
-    {"T 1.2.3.4 (AC220) 15/10/18", 1},
-    {"T 1.2.3.4 (AC220) 15/10/", 1},
-    {"T 1.2.3.4 (AC220) 15/10", 0},
-    {"T 1.2.3.4 (AC220) 15/10/2018beta", 1},
-    {"T 1.2.3.4 (AC220) 15/10/20b8", 0},
-    {"T 1.2.3.4 (AC220) 5/10/2018", 0},
-};
+int kindOf(const std::string& line) {
+    KW_List<KW_String> tokens;
+    text(line).SplitBySpaces(tokens);
+    const int kind = KW_AddonUpdate_CheckVersionFormat(tokens);
+    EXPECT_EQ(KW_VersionLine(KW_UnitsOf(text(line))).Kind(), kind) << "in place: " << line;
+    return kind;
+}
 
 TEST(VersionGrammar, GivesEachLineItsKind) {
-    for (const auto& [line, kind] : kGrammarCases) {
-        KW_List<KW_String> tokens;
-        text(line).SplitBySpaces(tokens);
-        EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), kind) << line;
-        EXPECT_EQ(KW_VersionLine(KW_UnitsOf(text(line))).Kind(), kind) << "in place: " << line;
+    const struct {
+        const char* before;
+        const char* after;
+        int kind;
+        std::vector<std::string> right;  // what stands between them
+        std::vector<std::string> wrong;
+    } cases[] = {
+        {"",
+         "",
+         KW_AddonUpdate_AddonLine,
+         {"TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018 ita int", "T\t22.0.5.2210 \t (AC220) 15-10-2018"},
+         {"", "Tessaro", "a Tessaro 01/10/2018"}},
+        // a library line, also before it is an add-on line: token 2 is a date of exactly ten characters
+        {"", "", KW_AddonUpdate_LibraryLine, {" 01/10/2018", "T 01/10/2018 (AC220) 15/10/2018"}, {}},
+        {"Tessaro ",
+         "",
+         KW_AddonUpdate_LibraryLine,
+         {"01/10/2018", "01-10/2018 NoSuite"},
+         {"1/10/2018", "01/10/20189", "01.10.2018", "01/10.2018", "0x/10/2018", "01/1x/2018", "01/10/201x",
+          "01/10/２018"}},
+        // four numbers or more, of which four are looked at; a number without digits is one
+        {"T ",
+         " (AC220) 15/10/2018",
+         KW_AddonUpdate_AddonLine,
+         {"22.0.5.", "...", "1.2.3.4.beta", "99999999999999999999.0.0.0"},
+         {"22.0.5", "..", "1.2.3.4b", "a.2.3.4", "1.-2.3.4", "1.2.3\xC2\xB2.4"}},
+        {"T 1.2.3.4 ",
+         " 15/10/2018",
+         KW_AddonUpdate_AddonLine,
+         {"(AC22)", "(AC)"},
+         {"(AC", "AC220)", "(ac220)", "(AC22x)", "(AC2)2)", "(AC220 )"}},
+        // the length of an add-on's date does not matter
+        {"T 1.2.3.4 (AC220)",
+         "",
+         KW_AddonUpdate_AddonLine,
+         {" 15/10/18", " 15/10/", " 15/10/2018beta"},
+         {"", " ", " 15/10", " 15/10/20b8", " 5/10/2018"}},
+    };
+    for (const auto& each : cases) {
+        for (const std::string& right : each.right)
+            EXPECT_EQ(kindOf(each.before + right + each.after), each.kind) << right;
+        for (const std::string& wrong : each.wrong)
+            EXPECT_EQ(kindOf(each.before + wrong + each.after), KW_AddonUpdate_NoVersionLine) << wrong;
     }
     KW_List<KW_String> tokens;
     EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), KW_AddonUpdate_NoVersionLine);
