@@ -86,6 +86,10 @@ class ServeTest(unittest.TestCase):
                 self.assertIn(status, (400, 404), target)
                 self.assertNotIn(b"secret", content)
                 self.assertRegex(server.printed(), r"^GET /[ -~]* 40[04] \d+ bytes to 127.0.0.1$")
+            with socket.create_connection(("127.0.0.1", server.port), timeout=10) as raw:
+                raw.sendall(b"GET /a\x1b[31m\xc3 HTTP/1.1\r\nConnection: close\r\n\r\n")
+                raw.recv(4096)
+            self.assertRegex(server.printed(), r"^GET /a\?\[31m\? 40[04] \d+ bytes to 127.0.0.1$")
             code, _, errors = server.end()
             self.assertEqual(code, 0)
             self.assertEqual(errors.count("note: there is no update_plugins/versions"), 2)

@@ -159,13 +159,16 @@ TEST_F(URLDownloadTest, ALastMessageIsTheLastWhateverFiresWhileItsCallbackRuns) 
 
 TEST_F(URLDownloadTest, TheTimeLimitHoldsAlsoWhileACallbackRunsTheLoop) {
     const FaultServer server(serving(response("body")));
-    for (const KW_URL_Message during : {KW_URL_Opened, KW_URL_Progress}) {
+    const std::pair<KW_URL_Message, int> cases[] = {
+        {KW_URL_Opened, 1}, {KW_URL_Opened, 0}, {KW_URL_Progress, 0}};
+    for (const auto& [message, openedAnswer] : cases) {
+        const KW_URL_Message during = message;
         HandClock clock;
         std::filesystem::remove(destination());
         RecordedDownload download;
-        download.openedAnswer = during == KW_URL_Opened ? 1 : 0;
-        download.then = [&](KW_URL_Message message) {
-            if (message != during) return;
+        download.openedAnswer = openedAnswer;
+        download.then = [&](KW_URL_Message sent) {
+            if (sent != during) return;
             clock.seconds += 60;
             runLoopFor(std::chrono::milliseconds(20));
         };
