@@ -152,12 +152,14 @@ void RunLoop::watch(int fd, std::uint32_t events, std::function<void(std::uint32
     epoll_event event{};
     event.events = events;
     if (known != state_->watchers.end()) {
-        known->second.callback = std::move(shared);
-        known->second.events = events;
-        event.data.u64 = known->second.token;
-        if (known->second.alwaysReady || epoll_ctl(state_->epoll, EPOLL_CTL_MOD, fd, &event) == 0) return;
-        shared = known->second.callback;  // the descriptor was closed and opened anew without an unwatch
-        unwatch(fd);
+        State::Watcher& watcher = known->second;
+        event.data.u64 = watcher.token;
+        if (!watcher.alwaysReady && epoll_ctl(state_->epoll, EPOLL_CTL_MOD, fd, &event) == 0) {
+            watcher.callback = std::move(shared);
+            watcher.events = events;
+            return;
+        }
+        unwatch(fd);  // the descriptor may have been closed and opened anew without an unwatch
     }
     event.data.u64 = state_->nextToken++;
     const bool added = epoll_ctl(state_->epoll, EPOLL_CTL_ADD, fd, &event) == 0;

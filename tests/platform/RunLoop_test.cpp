@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <array>
@@ -116,24 +117,24 @@ TEST(RunLoop, CallbacksMayAddAndRemoveAnythingThemselvesIncluded) {
 }
 
 TEST(RunLoop, WatchingAgainReplacesEventsAndCallbackAlsoOfADescriptorThatWasClosedMeanwhile) {
-    RunLoop loop;
-    std::string order;
-    int number = -1;
-    {
-        Pipe closed;
-        number = closed.readEnd();
+    for (const bool wasRegularFile : {false, true}) {
+        RunLoop loop;
+        std::string order;
+        const int number = wasRegularFile ? open("/proc/self/exe", O_RDONLY) : eventfd(0, 0);
         loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'x'; });
+        close(number);
+        Pipe pipe;
+        ASSERT_EQ(pipe.readEnd(), number);
+        loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'a'; });
+        EXPECT_EQ(loop.dispatch(0), 0) << "nothing to read";
+        pipe.fill();
+        EXPECT_EQ(loop.dispatch(1000), 1);
+        loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'b'; });
+        EXPECT_EQ(loop.dispatch(1000), 1);
+        loop.watch(number, 0, [&](std::uint32_t) { order += 'c'; });
+        EXPECT_EQ(loop.dispatch(0), 0);
+        EXPECT_EQ(order, "ab");
     }
-    Pipe pipe;
-    ASSERT_EQ(pipe.readEnd(), number);
-    loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'a'; });
-    pipe.fill();
-    EXPECT_EQ(loop.dispatch(1000), 1);
-    loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'b'; });
-    EXPECT_EQ(loop.dispatch(1000), 1);
-    loop.watch(number, 0, [&](std::uint32_t) { order += 'c'; });
-    EXPECT_EQ(loop.dispatch(0), 0);
-    EXPECT_EQ(order, "ab");
 }
 
 TEST(RunLoop, ADispatchInsideACallbackLeavesNoStaleEventBehind) {
