@@ -98,13 +98,19 @@ TEST_F(KW_FileTest, HostErrorsHaveCodesOfTheirOwn) {
 TEST_F(KW_FileTest, AFailedWriteLeavesTheOldContent) {
     temp_.write("f", "old");
     const std::string large(1000, 'x');
+    KW_File open;
+    EXPECT_EQ(open.Open(at("f"), OpenMode_Append), 0);
     auto fullDisk = std::make_unique<ResourceLimit>(RLIMIT_FSIZE, 100);
     EXPECT_EQ(KW_File::WriteBin(at("f"), large.data(), 1000, false, true), 4);
     EXPECT_EQ(KW_File::WriteBin(at("f"), large.data(), 1000, true, true), 4);
     EXPECT_EQ(KW_File::WriteFullText(at("f"), KW_String(large.c_str(), kUTF8), kUTF8, false, false), 4);
+    EXPECT_EQ(open.WriteFullText(KW_String(large.c_str(), kUTF8), kUTF8, false, nullptr), 4);
     fullDisk.reset();
     EXPECT_EQ(temp_.read("f"), "old");
     EXPECT_EQ(temp_.count(), 1);
+    EXPECT_EQ(open.WriteFullText(KW_String("er", kUTF8), kUTF8, false, nullptr), 0);
+    open.file.reset();
+    EXPECT_EQ(temp_.read("f"), "older") << "what is written next follows the old content";
 }
 
 TEST_F(KW_FileTest, TextIsWrittenInItsEncodingWithTheMarkItHas) {
