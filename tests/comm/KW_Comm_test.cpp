@@ -40,6 +40,7 @@ TEST_F(Comm, OnlyOneEntryWithTheValueTrueCounts) {
     for (const auto& [content, loaded] : std::map<std::string, bool>{
              {"$any key: TRUE\n", true},
              {"", false},
+             {"$k: true\n", false},
              {"$k: TRUE \n", false},
              {"$k: TRUE\n$k: TRUE\n", false},
              {"$k: TRUE\nrubbish", false},

@@ -52,6 +52,7 @@ TEST_F(KWLibPart, ANameEndsBeforeItsLastDot) {
     const std::pair<KW_String, std::string> cases[] = {
         {text("Chair.gsm"), "Chair"},
         {text("Chair."), "Chair"},
+        {text("Chair.v2.gsm"), "Chair.v2"},
         {text(".gsm"), ""},
         {text(""), ""},
         {KW_String(), ""},

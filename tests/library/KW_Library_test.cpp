@@ -80,6 +80,7 @@ TEST_F(KWLibrary, TheSuiteFolderIsLoadedUnlessOneOfItsNameIs) {
         {{suiteFolder}, true},
         {{upper}, true},
         {{"/a", "/elsewhere/qrn_library"}, true},
+        {{"QRN_LIBRARY"}, true},
         {{"/QRN_Library/parts", "/a/QRN_Library2", "/a/My QRN_Library", addOnFolder}, false},
     };
     for (const Case& each : cases) {
