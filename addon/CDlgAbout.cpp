@@ -1,5 +1,6 @@
 #include "addon/CDlgAbout.h"
 
+#include "addon/DialogMessages.h"
 #include "addon/DialogTexts.h"
 #include "dialogs/KW_Dialog.h"
 #include "files/KW_Location.h"
@@ -46,22 +47,8 @@ void openDocument(char const* name) {
 }
 
 short CDlgAbout_CallBack(short message, short dialogID, short item, DGUserData userData, DGMessageData) {
-    CDlgAbout& dialog = *reinterpret_cast<CDlgAbout*>(userData);
-    switch (message) {
-        case DG_MSG_INIT:
-            dialog.dialogID = dialogID;
-            dialog.SetItems();
-            DGSetDialogClientSize(dialogID, kWidth, kHeight, 0, true);
-            DGSetFocus(dialogID, DG_NO_ITEM);
-            return 0;
-        case DG_MSG_CLOSE:
-            dialog.dialogID = 0;
-            return item;
-        case DG_MSG_CLICK:
-            return dialog.MsgClick(item);
-        default:
-            return 0;
-    }
+    return AnswerDialogMessage(*reinterpret_cast<CDlgAbout*>(userData), message, dialogID, item, kWidth,
+                               kHeight);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "addon/CDlgInfo.h"
 
 #include "addon/AddonVersion.h"
+#include "addon/DialogMessages.h"
 #include "addon/DialogTexts.h"
 #include "dialogs/KW_Dialog.h"
 #include "files/KW_Location.h"
@@ -72,22 +73,8 @@ void saveReport(CDlgInfo& dialog) {
 }
 
 short CDlgInfo_CallBack(short message, short dialogID, short item, DGUserData userData, DGMessageData) {
-    CDlgInfo& dialog = *reinterpret_cast<CDlgInfo*>(userData);
-    switch (message) {
-        case DG_MSG_INIT:
-            dialog.dialogID = dialogID;
-            dialog.SetItems();
-            DGSetDialogClientSize(dialogID, kWidth, kHeight, 0, true);
-            DGSetFocus(dialogID, DG_NO_ITEM);
-            return 0;
-        case DG_MSG_CLOSE:
-            dialog.dialogID = 0;
-            return item;
-        case DG_MSG_CLICK:
-            return dialog.MsgClick(item);
-        default:
-            return 0;
-    }
+    return AnswerDialogMessage(*reinterpret_cast<CDlgInfo*>(userData), message, dialogID, item, kWidth,
+                               kHeight);
 }
 
 }  // namespace
