@@ -84,10 +84,6 @@ Encoded encodeUtf32(bool bigEndian, const char* units, long unitCount, char loss
     return {in, out};
 }
 
-}  // namespace
-
-namespace {
-
 // The first elements in an array of exactly their number, which is the given one if that is so long.
 template <typename Element>
 Element* exactly(std::unique_ptr<Element[]> array, long size, long count) {

@@ -14,7 +14,7 @@ namespace text {
 
 constexpr long kLanes = 16;
 
-/// Bytes or units that are measured at once.
+/// Bytes that utf8Units counts at once.
 constexpr long kMostMeasured = 512;
 
 /// Less than eight bytes, the first in the lowest place, and zeros.
@@ -70,25 +70,6 @@ inline long utf8Units(const char* bytes, long count) {
         saved = _mm_add_epi8(_mm_sub_epi8(saved, continuing), pairs);
     });
     return count - (sumOfBytes(saved) - kMiddle * kLanes);
-}
-
-/// Bytes that at most kMostMeasured units take in UTF-8; -1 when there are surrogates among them.
-inline long utf8Bytes(const char* units, long count) {
-    const __m128i zero = _mm_setzero_si128();
-    __m128i saved = zero;  // of three bytes for each unit
-    __m128i surrogates = zero;
-    forEachBlock(units, count * 2, [&](__m128i block) {
-        const __m128i upper = _mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xF800)));
-        const __m128i ascii =
-            _mm_cmpeq_epi16(_mm_and_si128(block, _mm_set1_epi16(static_cast<short>(0xFF80))), zero);
-        saved = _mm_sub_epi16(saved, _mm_add_epi16(ascii, _mm_cmpeq_epi16(upper, zero)));
-        surrogates =
-            _mm_or_si128(surrogates, _mm_cmpeq_epi16(upper, _mm_set1_epi16(static_cast<short>(0xD800))));
-    });
-    if (_mm_movemask_epi8(surrogates) != 0) return -1;
-    // Two are saved in each lane that was filled up.
-    const long filled = -count & 7;
-    return count * 3 - sumOfBytes(saved) + filled * 2;
 }
 
 /// Writes sixteen bytes as sixteen units. Returns the mask of the bytes above 7F.
@@ -176,17 +157,6 @@ inline long utf8Units(const char* bytes, long count) {
     for (long i = 0; i < count; ++i)
         units += ((bytes[i] & 0xC0) != 0x80) + (static_cast<unsigned char>(bytes[i]) >= 0xF0);
     return units;
-}
-
-inline long utf8Bytes(const char* units, long count) {
-    long bytes = 0;
-    for (long i = 0; i < count; ++i) {
-        std::uint16_t unit;
-        std::memcpy(&unit, units + i * 2, sizeof unit);
-        if ((unit & 0xF800) == 0xD800) return -1;
-        bytes += unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3;
-    }
-    return bytes;
 }
 
 template <int Units>
