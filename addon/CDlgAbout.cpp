@@ -34,14 +34,14 @@ enum Text : long {
 constexpr char kDocument1[] = "01 - Libreria Tessaro.pdf";
 constexpr char kDocument2[] = "02 - Libreria Tessaro.pdf";
 
-void openDocument(char const* name) {
+void openDocument(const char* name) {
     IO::Location addon;
     ACAPI_GetOwnLocation(addon);
     KW_Location document(addon);
     document.SetLastName(name);
     if (KW_General::LaunchDocByLoc(document)) return;
 
-    KW_String const message =
+    const KW_String message =
         KW_Dialog::SetPrefixString(AddonText(kTextNotOpened), true, SystemText(": "), true);
     KW_Dialog::ShowAlert(DG_ALERT_PLAIN, KW_String(), message, KW_String());
 }
@@ -54,7 +54,7 @@ short CDlgAbout_CallBack(short message, short dialogID, short item, DGUserData u
 }  // namespace
 
 bool CDlgAbout::ShowDialog() {
-    RSResModule const module = ACAPI_GetOwnResModule();
+    const RSResModule module = ACAPI_GetOwnResModule();
     return DGModalDialog(module, kDialog, module, CDlgAbout_CallBack, reinterpret_cast<DGUserData>(this)) ==
            kItemOK;
 }

@@ -51,8 +51,8 @@ constexpr char kReportExtension[] = "TXT";
 constexpr long kReportTypeCode = 0x54455854;  // 'TEXT'
 
 /// Behind the last "." of the last component; empty when that is its last character.
-KW_String extensionOf(KW_Location const& file) {
-    int const dot = file.LastIndexOf('.');
+KW_String extensionOf(const KW_Location& file) {
+    const int dot = file.LastIndexOf('.');
     if (dot < 0 || dot < file.LastIndexOf('/')) return KW_String();
     return file.Substring(static_cast<unsigned int>(dot + 1));
 }
@@ -95,7 +95,7 @@ void CDlgInfo::Reset() {
 bool CDlgInfo::ShowDialog() {
     Reset();
     KW_AddonUpdate_SplitAddonVersion(SystemText(kAddonVersionLine), version);
-    RSResModule const module = ACAPI_GetOwnResModule();
+    const RSResModule module = ACAPI_GetOwnResModule();
     return DGModalDialog(module, kDialog, module, CDlgInfo_CallBack, reinterpret_cast<DGUserData>(this)) ==
            kItemOK;
 }
@@ -143,7 +143,7 @@ bool CDlgInfo::AskForFileSave(KW_Location& file, bool& cancelled) {
 
 void CDlgInfo::BuildData(KW_List<KW_String>& lines) const {
     lines.Reset();
-    for (KW_String const& line :
+    for (const KW_String& line :
          {GetSuiteStr(), GetVersionStr(), GetDateStr(), GetSystemStr(), GetACVersionStr(), KW_String()}) {
         lines.AddData(line + "\n", -1);
     }
@@ -154,7 +154,7 @@ bool CDlgInfo::WriteData(KW_Location& file, KW_List<KW_String>& lines) const {
     if (hostFile.Open(IO::File::WriteEmptyMode, IO::ReportAccessDenied) != kNoError) return false;
     hostFile.SetPosition(0);
     for (long i = 0; i < lines.count; ++i) {
-        KW_CString const bytes = lines[i].ToCStr(KW_String::Encoding_UTF8);
+        const KW_CString bytes = lines[i].ToCStr(KW_String::Encoding_UTF8);
         unsigned int size = bytes.size;
         while (size > 0 && bytes.data[size - 1] == 0)
             --size;

@@ -15,8 +15,8 @@ public:
 
     CDlgInfo();
     ~CDlgInfo();
-    CDlgInfo(CDlgInfo const&) = delete;
-    CDlgInfo& operator=(CDlgInfo const&) = delete;
+    CDlgInfo(const CDlgInfo&) = delete;
+    CDlgInfo& operator=(const CDlgInfo&) = delete;
 
     /// No dialog, and an empty version record.
     void Reset();

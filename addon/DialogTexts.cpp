@@ -12,7 +12,7 @@ KW_String localisedText(short base, long index) {
     return KW_Resource_GetString(static_cast<short>(base + gKW_Language), index);
 }
 
-GS::UniString hostText(KW_String const& text) {
+GS::UniString hostText(const KW_String& text) {
     return GS::UniString(text.data, text.length);
 }
 
@@ -26,14 +26,14 @@ KW_String FrameworkText(long index) {
     return localisedText(KW_Resource_Framework, index);
 }
 
-KW_String SystemText(char const* text) {
+KW_String SystemText(const char* text) {
     return KW_String(text, KW_String::Encoding_System);
 }
 
-void SetDialogTitle(short dialogID, KW_String const& title) {
+void SetDialogTitle(short dialogID, const KW_String& title) {
     DGSetDialogTitle(dialogID, hostText(title));
 }
 
-void SetDialogItemText(short dialogID, short item, KW_String const& text) {
+void SetDialogItemText(short dialogID, short item, const KW_String& text) {
     DGSetItemText(dialogID, item, hostText(text));
 }

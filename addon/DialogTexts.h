@@ -13,7 +13,7 @@ constexpr long kFrameworkTextCancel = 5;
 constexpr long kFrameworkTextOK = 64;
 
 /// 8-bit text in the system encoding.
-KW_String SystemText(char const* text);
+KW_String SystemText(const char* text);
 
-void SetDialogTitle(short dialogID, KW_String const& title);
-void SetDialogItemText(short dialogID, short item, KW_String const& text);
+void SetDialogTitle(short dialogID, const KW_String& title);
+void SetDialogItemText(short dialogID, short item, const KW_String& text);

@@ -41,7 +41,7 @@ KW_String libraryName() {
     return KW_String("Tessaro", KW_String::Encoding_System);
 }
 
-void MenuCommandHandler(API_MenuParams const* params, short const& menuResID) {
+void MenuCommandHandler(const API_MenuParams* params, const short& menuResID) {
     static bool firstTime = false;  // whether a command has been handled since the module was loaded
     if (params->menuItemRef.menuResID != menuResID) return;
     ACAPI_KeepInMemory(true);
@@ -82,8 +82,8 @@ void MenuCommandHandler(API_MenuParams const* params, short const& menuResID) {
 }
 
 template <short languageIndex>
-GSErrCode menuHandler(API_MenuParams const* params) {
-    short const menuResID = kMenuResID + languageIndex;
+GSErrCode menuHandler(const API_MenuParams* params) {
+    const short menuResID = kMenuResID + languageIndex;
     MenuCommandHandler(params, menuResID);
     return kNoError;
 }
@@ -92,22 +92,22 @@ GSErrCode menuHandler(API_MenuParams const* params) {
 
 extern "C" {
 
-GSErrCode MenuCommandHandler_ITA(API_MenuParams const* params) {
+GSErrCode MenuCommandHandler_ITA(const API_MenuParams* params) {
     return menuHandler<0>(params);
 }
-GSErrCode MenuCommandHandler_INT(API_MenuParams const* params) {
+GSErrCode MenuCommandHandler_INT(const API_MenuParams* params) {
     return menuHandler<1>(params);
 }
-GSErrCode MenuCommandHandler_FRA(API_MenuParams const* params) {
+GSErrCode MenuCommandHandler_FRA(const API_MenuParams* params) {
     return menuHandler<2>(params);
 }
-GSErrCode MenuCommandHandler_GER(API_MenuParams const* params) {
+GSErrCode MenuCommandHandler_GER(const API_MenuParams* params) {
     return menuHandler<3>(params);
 }
-GSErrCode MenuCommandHandler_ESP(API_MenuParams const* params) {
+GSErrCode MenuCommandHandler_ESP(const API_MenuParams* params) {
     return menuHandler<4>(params);
 }
-GSErrCode MenuCommandHandler_JAP(API_MenuParams const* params) {
+GSErrCode MenuCommandHandler_JAP(const API_MenuParams* params) {
     return menuHandler<5>(params);
 }
 
@@ -120,19 +120,19 @@ int CheckEnvironment(API_EnvirParams* params) {
 
 GSErrCode RegisterInterface() {
     KW_Language_Read(true);
-    GSErrCode const error =
+    const GSErrCode error =
         ACAPI_Register_Menu(static_cast<short>(kMenuResID + gKW_Language), 0, kMenuPositionCode, 0);
     return error != kNoError ? error : ACAPI_Register_BuiltInLibrary();
 }
 
 GSErrCode Initialize() {
     KW_Language_Read(true);
-    APIMenuCommandProc const handlers[] = {MenuCommandHandler_ITA, MenuCommandHandler_INT,
+    const APIMenuCommandProc handlers[] = {MenuCommandHandler_ITA, MenuCommandHandler_INT,
                                            MenuCommandHandler_FRA, MenuCommandHandler_GER,
                                            MenuCommandHandler_ESP, MenuCommandHandler_JAP};
     GSErrCode combined = kNoError;
     short menuResID = kMenuResID;
-    for (APIMenuCommandProc const handler : handlers)
+    for (const APIMenuCommandProc handler : handlers)
         combined |= ACAPI_Install_MenuHandler(menuResID++, handler);
     if (combined != kNoError) return combined;
     KW_AddonUpdate_SetMenuUpdateCheck(kMenuResID, kItemAutoUpdate);

@@ -31,7 +31,7 @@ install(TARGETS tessaro_platform tessaro_framework tessaro_bridge EXPORT Tessaro
         INCLUDES DESTINATION "${headers}")
 foreach(room platform foundation files settings language dialogs comm library update)
     install(DIRECTORY ${room} DESTINATION "${headers}" FILES_MATCHING PATTERN "*.h"
-            PATTERN "src" EXCLUDE PATTERN "*_Internal.h" EXCLUDE)
+            PATTERN "src" EXCLUDE PATTERN "host" EXCLUDE PATTERN "*_Internal.h" EXCLUDE)
 endforeach()
 install(FILES addon/ACAPlib.h addon/EntryPoints.h DESTINATION "${headers}/addon")
 install(DIRECTORY resources/framework/ DESTINATION "${TESSARO_INSTALLED_RESOURCES}")

@@ -56,14 +56,14 @@ bool settingsFolder(KW_Location& location) {
 }
 
 /// `begin` is what the file's name begins with.
-bool markerLocation(KW_String const& begin, long version, KW_Location& location) {
+bool markerLocation(const KW_String& begin, long version, KW_Location& location) {
     if (!settingsFolder(location)) return false;
     location += "/";
     location += begin + KW_String::LongToString(version, 0) + ".sui";
     return true;
 }
 
-bool fileExists(KW_Location const& location) {
+bool fileExists(const KW_Location& location) {
     return IO::File(location, IO::File::Fail).GetStatus() == kNoError;
 }
 

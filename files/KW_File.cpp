@@ -46,7 +46,7 @@ int openForWriting(IO::File& file, bool append) {
 }
 
 /// Writes all bytes or, as far as the file allows, none.
-int writeOrRecover(IO::File& file, char const* bytes, unsigned long count) {
+int writeOrRecover(IO::File& file, const char* bytes, unsigned long count) {
     const GSErrCode error = file.Write(bytes, count, nullptr);
     if (error != kNoError) (void)file.RecoverFromFailedWrite();
     return codeOf(error);
@@ -68,7 +68,7 @@ bool readFrom(IO::File& file, char* buffer, unsigned long* size, unsigned long p
 
 }  // namespace
 
-int KW_File::Open(KW_Location const& location, KW_File_OpenMode const& mode) {
+int KW_File::Open(const KW_Location& location, const KW_File_OpenMode& mode) {
     file.reset();
     file = std::make_unique<IO::File>(location, mode == OpenMode_Read ? IO::File::Fail : IO::File::Create);
     if (file->GetStatus() != kNoError) return codeOf(file->GetStatus());
@@ -91,7 +91,7 @@ int KW_File::ReadFullText(KW_String& text, bool detect, KW_String::Encoding enco
     return kSuccess;
 }
 
-int KW_File::WriteFullText(KW_String const& text, KW_String::Encoding encoding, bool writeBOM,
+int KW_File::WriteFullText(const KW_String& text, KW_String::Encoding encoding, bool writeBOM,
                            unsigned long* written) {
     unsigned long count = 0;
     const KW_CString mark = KW_String::GetBOM(encoding);
@@ -111,14 +111,14 @@ int KW_File::WriteFullText(KW_String const& text, KW_String::Encoding encoding, 
     return kSuccess;
 }
 
-int KW_File::ReadFullText(KW_Location const& location, KW_String& text, bool detect,
+int KW_File::ReadFullText(const KW_Location& location, KW_String& text, bool detect,
                           KW_String::Encoding encoding) {
     KW_File source;
     const int code = source.Open(location, OpenMode_Read);
     return code == kSuccess ? source.ReadFullText(text, detect, encoding) : code;
 }
 
-int KW_File::WriteFullText(KW_Location const& location, KW_String const& text, KW_String::Encoding encoding,
+int KW_File::WriteFullText(const KW_Location& location, const KW_String& text, KW_String::Encoding encoding,
                            bool writeBOM, bool append) {
     KW_File target;
     target.file = std::make_unique<IO::File>(location, IO::File::Create);
@@ -126,8 +126,8 @@ int KW_File::WriteFullText(KW_Location const& location, KW_String const& text, K
     return code == kSuccess ? target.WriteFullText(text, encoding, writeBOM, nullptr) : code;
 }
 
-int KW_File::ReadBin(KW_Location const& location, char* buffer, unsigned long* size, bool* exists,
-                     unsigned long const& position) {
+int KW_File::ReadBin(const KW_Location& location, char* buffer, unsigned long* size, bool* exists,
+                     const unsigned long& position) {
     IO::File source(location, IO::File::Fail);
     if (exists != nullptr) *exists = source.GetStatus() == kNoError;
     if (source.GetStatus() != kNoError) return kSuccess;
@@ -138,7 +138,7 @@ int KW_File::ReadBin(KW_Location const& location, char* buffer, unsigned long* s
     return codeOf(source.Close());
 }
 
-int KW_File::ReadBinBounded(KW_Location const& location, char* buffer, unsigned long capacity,
+int KW_File::ReadBinBounded(const KW_Location& location, char* buffer, unsigned long capacity,
                             unsigned long* size, bool* exists) {
     *size = 0;
     IO::File source(location, IO::File::Fail);
@@ -156,7 +156,7 @@ int KW_File::ReadBinBounded(KW_Location const& location, char* buffer, unsigned 
     return codeOf(source.Close());
 }
 
-int KW_File::WriteBin(KW_Location const& location, char const* data, long size, bool append, bool create) {
+int KW_File::WriteBin(const KW_Location& location, const char* data, long size, bool append, bool create) {
     if (size < 0 || (data == nullptr && size > 0)) return kOtherFailure;
     if (!create && IO::File(location, IO::File::Fail).GetStatus() != kNoError) return kOtherFailure;
     IO::File target(location, IO::File::Create);
@@ -166,7 +166,7 @@ int KW_File::WriteBin(KW_Location const& location, char const* data, long size, 
     return code;
 }
 
-bool KW_File::Delete(KW_Location const& location) {
+bool KW_File::Delete(const KW_Location& location) {
     IO::Location folder = location;
     IO::Name name;
     if (folder.MoveLastLocalName(&name) != kNoError) return false;

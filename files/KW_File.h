@@ -31,7 +31,7 @@ public:
 
     /// Opens the file; one that was held is closed first. The new host file is held whatever the result; with
     /// OpenMode_Read excepted it has been created if it was missing.
-    int Open(KW_Location const& location, KW_File_OpenMode const& mode);
+    int Open(const KW_Location& location, const KW_File_OpenMode& mode);
 
     /// Decodes what the open file holds from its position on, which right after opening is everything: by
     /// its byte-order mark when it has one, else with `detect` by what its bytes look like, else by
@@ -40,29 +40,29 @@ public:
     /// Writes the text to the open file, with `writeBOM` the encoding's byte-order mark (if it has one)
     /// before it. `written` (may be null) receives the bytes written; on failure the failed part is taken
     /// back and not counted, and `written` is untouched when it was the mark.
-    int WriteFullText(KW_String const& text, KW_String::Encoding encoding, bool writeBOM,
+    int WriteFullText(const KW_String& text, KW_String::Encoding encoding, bool writeBOM,
                       unsigned long* written);
 
-    static int ReadFullText(KW_Location const& location, KW_String& text, bool detect,
+    static int ReadFullText(const KW_Location& location, KW_String& text, bool detect,
                             KW_String::Encoding encoding);
     /// Replaces the file's content, or appends to it; a missing file is created.
-    static int WriteFullText(KW_Location const& location, KW_String const& text, KW_String::Encoding encoding,
+    static int WriteFullText(const KW_Location& location, const KW_String& text, KW_String::Encoding encoding,
                              bool writeBOM, bool append);
 
     /// Reads `*size` bytes (0: as many as the file has) from `position` on into `buffer`, which must hold
     /// them, and sets `*size` to their number. A missing file is 0 with `*exists` (may be null) false and the
     /// rest untouched. When less can be read than asked for, `*size` keeps its value and the result does not
     /// tell: whoever must know uses ReadBinBounded.
-    static int ReadBin(KW_Location const& location, char* buffer, unsigned long* size, bool* exists,
-                       unsigned long const& position);
+    static int ReadBin(const KW_Location& location, char* buffer, unsigned long* size, bool* exists,
+                       const unsigned long& position);
     /// Reads the whole file into `buffer` of `capacity` bytes. A missing file is 0 with `*exists` (may be
     /// null) false. `*size` is the number of bytes read, 0 on failure and for a missing file; a file that is
     /// larger than the capacity is refused with 6.
-    static int ReadBinBounded(KW_Location const& location, char* buffer, unsigned long capacity,
+    static int ReadBinBounded(const KW_Location& location, char* buffer, unsigned long capacity,
                               unsigned long* size, bool* exists);
     /// Replaces the file's content by `size` bytes, or appends them. Without `create` a missing file is 6,
     /// and stays missing. The result is that of writing, not that of the closing after it.
-    static int WriteBin(KW_Location const& location, char const* data, long size, bool append, bool create);
+    static int WriteBin(const KW_Location& location, const char* data, long size, bool append, bool create);
     /// Whether the file was deleted. A folder is not.
-    static bool Delete(KW_Location const& location);
+    static bool Delete(const KW_Location& location);
 };

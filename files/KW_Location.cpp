@@ -17,13 +17,13 @@ struct FilesEnumeration {
 };
 
 /// Where the extension of the path's last name begins; the path's end when it has none.
-unsigned int extensionStart(KW_String const& path) {
+unsigned int extensionStart(const KW_String& path) {
     const int dot = path.LastIndexOf('.');
     const int slash = path.LastIndexOf('/');
     return dot > slash ? static_cast<unsigned int>(dot) + 1 : path.length;
 }
 
-bool isWanted(KW_Location const& file, KW_List<KW_String> const* extensions) {
+bool isWanted(const KW_Location& file, const KW_List<KW_String>* extensions) {
     if (extensions == nullptr || extensions->count == 0) return true;
     const unsigned int start = extensionStart(file);
     for (long i = 0; i < extensions->count; ++i) {
@@ -32,8 +32,8 @@ bool isWanted(KW_Location const& file, KW_List<KW_String> const* extensions) {
     return false;
 }
 
-bool KW_FilesEnumeration_CallBack(IO::Folder& folder, IO::Name const& name, bool isFolder, void* context) {
-    FilesEnumeration const& enumeration = *static_cast<FilesEnumeration*>(context);
+bool KW_FilesEnumeration_CallBack(IO::Folder& folder, const IO::Name& name, bool isFolder, void* context) {
+    const FilesEnumeration& enumeration = *static_cast<FilesEnumeration*>(context);
     if (!isFolder && enumeration.foldersMode) return true;
 
     const IO::Location entry(folder.GetLocation(), name);
@@ -49,33 +49,33 @@ bool KW_FilesEnumeration_CallBack(IO::Folder& folder, IO::Name const& name, bool
            inside.Enumerate(KW_FilesEnumeration_CallBack, context) == kNoError;
 }
 
-bool enumerate(KW_Location const& location, FilesEnumeration enumeration) {
+bool enumerate(const KW_Location& location, FilesEnumeration enumeration) {
     if (enumeration.result == nullptr) return false;
     IO::Folder folder(location, IO::Folder::Fail);
     return folder.GetStatus() == kNoError &&
            folder.Enumerate(KW_FilesEnumeration_CallBack, &enumeration) == kNoError;
 }
 
-GS::UniString hostString(KW_String const& text) {
+GS::UniString hostString(const KW_String& text) {
     return GS::UniString(text.data, text.length);
 }
 
 }  // namespace
 
-KW_Location::KW_Location(KW_String const& path) {
+KW_Location::KW_Location(const KW_String& path) {
     Set(path);
 }
 
-KW_Location::KW_Location(IO::Location const& location) {
+KW_Location::KW_Location(const IO::Location& location) {
     Set(location);
 }
 
-void KW_Location::Set(KW_String const& path) {
+void KW_Location::Set(const KW_String& path) {
     const bool trailing = path.length > 0 && path.data[path.length - 1] == kSlash;
     THIS_CopyString(path, 0, trailing ? path.length - 1 : path.length);
 }
 
-void KW_Location::Set(IO::Location const& location) {
+void KW_Location::Set(const IO::Location& location) {
     SetToNullString();
     GS::UniString path;
     if (location.ToPath(&path) != kNoError) return;
@@ -95,7 +95,7 @@ KW_Location::operator IO::Location() {
     return std::as_const(*this);
 }
 
-void KW_Location::SetLastName(char const* name) {
+void KW_Location::SetLastName(const char* name) {
     if (data == nullptr) return;
     const KW_String lastName(name, Encoding_System);
     const int slash = LastIndexOf('/');

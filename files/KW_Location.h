@@ -15,20 +15,20 @@ public:
     using KW_String::operator=;
 
     KW_Location() = default;
-    explicit KW_Location(KW_String const& path);
-    explicit KW_Location(IO::Location const& location);
+    explicit KW_Location(const KW_String& path);
+    explicit KW_Location(const IO::Location& location);
 
     /// Takes the path, without one trailing "/". Null gives no location.
-    void Set(KW_String const& path);
+    void Set(const KW_String& path);
     /// Takes the host's path, without one trailing "/"; no location when the host has none.
-    void Set(IO::Location const& location);
+    void Set(const IO::Location& location);
     /// Without a path for the null and the empty string.
     operator IO::Location() const;
     operator IO::Location();
 
     /// Replaces what stands behind the last "/" (everything, when there is none) by the name, given in
     /// Encoding_System. Nothing happens to no location.
-    void SetLastName(char const* name);
+    void SetLastName(const char* name);
 
     /// Where the add-on's bundle lies, or with `parent` the folder that holds it. No location when the host
     /// cannot tell.

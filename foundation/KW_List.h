@@ -27,7 +27,7 @@ public:
     KW_List() : count(0), data(BMAllocateHandle(0, kFlags, kAction)) {}
 
     /// A deep copy. A source without a block gives a list without one.
-    KW_List(KW_List const& other) : count(0), data(nullptr) {
+    KW_List(const KW_List& other) : count(0), data(nullptr) {
         if (other.data == nullptr) return;
         data = BMAllocateHandle(BMGetHandleSize(other.data), kFlags, kAction);
         if (data == nullptr) return;
@@ -41,7 +41,7 @@ public:
         : count(std::exchange(other.count, 0)), data(std::exchange(other.data, nullptr)) {}
 
     /// Lists are not assigned: copy-construct, or fill the list anew.
-    KW_List& operator=(KW_List const&) = delete;
+    KW_List& operator=(const KW_List&) = delete;
 
     virtual ~KW_List() {
         destroy(0, count);
@@ -71,7 +71,7 @@ public:
     }
 
     /// Destroys the element at `index` and closes the gap. An index outside 0..count-1 is ignored.
-    void DeleteData(long const& index) {
+    void DeleteData(const long& index) {
         const long position = index;
         if (position < 0 || position >= count) return;
         destroy(position, position + 1);
@@ -121,7 +121,7 @@ private:
 
     // False, with the list empty and without a block, when there is no memory.
     bool resizeBlock(long size) {
-        BMHandle const resized = BMReallocHandle(data, size, kFlags, kAction);
+        const BMHandle resized = BMReallocHandle(data, size, kFlags, kAction);
         // Mostly the same handle: a loop of additions would wait for each store of it.
         if (resized != data) data = resized;
         if (resized == nullptr) count = 0;

@@ -10,7 +10,7 @@
 
 namespace {
 
-void copyUnits(unsigned short* to, unsigned short const* from, unsigned long count) {
+void copyUnits(unsigned short* to, const unsigned short* from, unsigned long count) {
     if (count > 0) std::memmove(to, from, count * sizeof(unsigned short));
 }
 
@@ -23,23 +23,23 @@ unsigned int KW_StringUnits(unsigned long units) {
 
 KW_String::KW_String() : data(nullptr), length(0), capacity(0) {}
 
-KW_String::KW_String(char const* bytes, Encoding encoding) : KW_String(bytes, 0, encoding) {}
+KW_String::KW_String(const char* bytes, Encoding encoding) : KW_String(bytes, 0, encoding) {}
 
-KW_String::KW_String(char const* bytes, unsigned int byteCount, Encoding encoding) : KW_String() {
+KW_String::KW_String(const char* bytes, unsigned int byteCount, Encoding encoding) : KW_String() {
     CStringToKW_String(*this, bytes, byteCount, encoding, false);
 }
 
-KW_String::KW_String(KW_String const& other) : KW_String() {
+KW_String::KW_String(const KW_String& other) : KW_String() {
     THIS_CopyString(other);
 }
 
 KW_String::KW_String(KW_String&& other) noexcept : KW_String(&other) {}
 
-KW_String::KW_String(unsigned short const* units, unsigned int count) : KW_String() {
+KW_String::KW_String(const unsigned short* units, unsigned int count) : KW_String() {
     KW_StringFill(*this, units, count);
 }
 
-KW_String::KW_String(unsigned short const* units) : KW_String() {
+KW_String::KW_String(const unsigned short* units) : KW_String() {
     if (units == nullptr) return;
     unsigned long count = 0;
     while (units[count] != 0)
@@ -59,17 +59,17 @@ KW_String::~KW_String() {
     delete[] data;
 }
 
-KW_String& KW_String::operator=(char const* systemText) {
+KW_String& KW_String::operator=(const char* systemText) {
     Set(systemText, 0, Encoding_System);
     return *this;
 }
 
-KW_String& KW_String::operator=(KW_String const& other) {
+KW_String& KW_String::operator=(const KW_String& other) {
     THIS_CopyString(other);
     return *this;
 }
 
-bool KW_String::Set(char const* bytes, unsigned int byteCount, Encoding encoding) {
+bool KW_String::Set(const char* bytes, unsigned int byteCount, Encoding encoding) {
     return CStringToKW_String(*this, bytes, byteCount, encoding, false);
 }
 
@@ -114,12 +114,12 @@ void KW_String::SetSize(unsigned int units, bool keep) {
     capacity = units;
 }
 
-void KW_String::THIS_CopyString(KW_String const& source) {
+void KW_String::THIS_CopyString(const KW_String& source) {
     if (&source == this) return;
     THIS_CopyString(source, 0, source.length);
 }
 
-void KW_String::THIS_CopyString(KW_String const& source, unsigned int start, unsigned int count) {
+void KW_String::THIS_CopyString(const KW_String& source, unsigned int start, unsigned int count) {
     if (source.data == nullptr || start > source.length) return SetToNullString();
     const unsigned int n = std::min(count, source.length - start);
     THIS_Alloc(KW_StringUnits(n + 1UL), false);
@@ -128,7 +128,7 @@ void KW_String::THIS_CopyString(KW_String const& source, unsigned int start, uns
     length = n;
 }
 
-void KW_String::THIS_SetToConcatenatedString(KW_String const& first, KW_String const& second) {
+void KW_String::THIS_SetToConcatenatedString(const KW_String& first, const KW_String& second) {
     if (first.data == nullptr && second.data == nullptr) return SetToNullString();
     const unsigned int firstLength = first.length;
     const unsigned int total = KW_StringUnits(static_cast<unsigned long>(firstLength) + second.length);
@@ -147,7 +147,7 @@ void KW_String::THIS_SetToConcatenatedString(KW_String const& first, KW_String c
     length = total;
 }
 
-void KW_String::THIS_Append(unsigned short const* units, unsigned int count) {
+void KW_String::THIS_Append(const unsigned short* units, unsigned int count) {
     if (units == nullptr || count == 0) return;
     const unsigned int total = KW_StringUnits(static_cast<unsigned long>(length) + count);
     const unsigned int needed = KW_StringUnits(total + 1UL);
@@ -165,13 +165,13 @@ void KW_String::THIS_Append(unsigned short const* units, unsigned int count) {
     length = total;
 }
 
-void KW_String::THIS_Append(char const* bytes, unsigned int byteCount, Encoding encoding) {
+void KW_String::THIS_Append(const char* bytes, unsigned int byteCount, Encoding encoding) {
     CStringToKW_String(*this, bytes, byteCount, encoding, true);
 }
 
 KW_CString::KW_CString() : data(nullptr), size(0), encoding(KW_String::Encoding_None) {}
 
-KW_CString::KW_CString(KW_CString const& other)
+KW_CString::KW_CString(const KW_CString& other)
     : data(other.data == nullptr ? nullptr : new char[other.size]),
       size(other.size),
       encoding(other.encoding) {

@@ -44,28 +44,28 @@ public:
     /// The null string.
     KW_String();
     /// Decodes the bytes up to the terminator. Null when the pointer is null or the bytes are malformed.
-    KW_String(char const* bytes, Encoding encoding);
+    KW_String(const char* bytes, Encoding encoding);
     /// Decodes `byteCount` bytes; 0 means up to the terminator. Null as above.
-    KW_String(char const* bytes, unsigned int byteCount, Encoding encoding);
+    KW_String(const char* bytes, unsigned int byteCount, Encoding encoding);
     /// A deep copy.
-    KW_String(KW_String const& other);
+    KW_String(const KW_String& other);
     /// Takes over the buffer of a string that goes out of use.
     KW_String(KW_String&& other) noexcept;
     /// Copies `count` units. A count of 0 or a null pointer gives the null string.
-    KW_String(unsigned short const* units, unsigned int count);
+    KW_String(const unsigned short* units, unsigned int count);
     /// Copies the units up to the terminator. A null pointer gives the null string.
-    explicit KW_String(unsigned short const* units);
+    explicit KW_String(const unsigned short* units);
     /// Takes over the other string's buffer and leaves it a null string.
     explicit KW_String(KW_String* other);
     ~KW_String();
 
     /// Decodes text of Encoding_System; a null pointer gives the null string.
-    KW_String& operator=(char const* systemText);
+    KW_String& operator=(const char* systemText);
     /// A deep copy.
-    KW_String& operator=(KW_String const& other);
+    KW_String& operator=(const KW_String& other);
     /// Decodes `byteCount` bytes (0: up to the terminator). False, with the string unchanged, when the bytes
     /// are malformed; a null pointer gives the null string and true.
-    bool Set(char const* bytes, unsigned int byteCount, Encoding encoding);
+    bool Set(const char* bytes, unsigned int byteCount, Encoding encoding);
     /// Frees the buffer and becomes the null string.
     void SetToNullString();
     /// Becomes the null string without freeing anything: for raw storage that holds no string yet.
@@ -79,16 +79,16 @@ public:
     /// fits, otherwise the string is empty. 0 units give the null string.
     void SetSize(unsigned int units, bool keep);
     /// Becomes a copy of the whole source, null when that is null. A buffer that is large enough stays.
-    void THIS_CopyString(KW_String const& source);
+    void THIS_CopyString(const KW_String& source);
     /// Becomes a copy of `count` units from `start` on, cut at the source's end. Null when the source is null
     /// or start is behind its end; start at its end gives the empty string.
-    void THIS_CopyString(KW_String const& source, unsigned int start, unsigned int count);
+    void THIS_CopyString(const KW_String& source, unsigned int start, unsigned int count);
     /// Becomes first followed by second; null only when both are.
-    void THIS_SetToConcatenatedString(KW_String const& first, KW_String const& second);
+    void THIS_SetToConcatenatedString(const KW_String& first, const KW_String& second);
     /// Appends `count` units; nothing happens when the pointer is null or the count 0.
-    void THIS_Append(unsigned short const* units, unsigned int count);
+    void THIS_Append(const unsigned short* units, unsigned int count);
     /// Appends decoded bytes (0: up to the terminator); nothing happens when they are malformed or null.
-    void THIS_Append(char const* bytes, unsigned int byteCount, Encoding encoding);
+    void THIS_Append(const char* bytes, unsigned int byteCount, Encoding encoding);
 
     // ---- Conversion (KW_String_Conversion.cpp)
 
@@ -99,40 +99,40 @@ public:
     /// needed, or -1 when nothing was converted or the source is malformed, -2 when the target is too small
     /// or the text cannot be represented in full, -3 without a source (a target then gets one zero byte), -4
     /// or -5 when the source or target encoding is Encoding_None or Encoding_Unsupported.
-    static long ConvertChangeEncoding(Encoding sourceEncoding, char const* source, long sourceLength,
+    static long ConvertChangeEncoding(Encoding sourceEncoding, const char* source, long sourceLength,
                                       Encoding targetEncoding, char* target, long targetSize,
                                       bool addTerminator, bool lossy);
     /// Decodes `byteCount` bytes (0: up to the terminator) into the target, or behind its text when `append`.
     /// True also for a null source, which makes the target null or, with `append`, leaves it. False, with the
     /// target unchanged, when the bytes are malformed.
-    static bool CStringToKW_String(KW_String& target, char const* source, unsigned int byteCount,
+    static bool CStringToKW_String(KW_String& target, const char* source, unsigned int byteCount,
                                    Encoding encoding, bool append);
     /// Encodes `count` units from `start` on (0: up to the terminator; never past the end), with a terminator
     /// and '?' for what the encoding lacks. *out is a new array that the caller frees with array delete,
     /// outSize its bytes with the terminator. False, with null and 0, for a null string, a start behind the
     /// end or an encoding that is none.
     static bool KW_StringToCString(char** out, unsigned int& outSize, Encoding encoding,
-                                   KW_String const& source, unsigned int start, unsigned int count);
+                                   const KW_String& source, unsigned int start, unsigned int count);
     /// The number of bytes that KW_StringToCString would write without the terminator, or -1.
-    static int KW_StringToCStringLenBytes(Encoding encoding, KW_String const& source, unsigned int start,
+    static int KW_StringToCStringLenBytes(Encoding encoding, const KW_String& source, unsigned int start,
                                           unsigned int count);
     /// The encoding's byte-order mark; without bytes when it has none.
     static KW_CString GetBOM(Encoding encoding);
     /// The length in bytes of the byte-order mark that the bytes begin with, 0 when there is none. `encoding`
     /// is written only when there is one; Encoding_Unsupported for a mark of an encoding that is not
     /// converted.
-    static unsigned int DetectBOM(void const* bytes, unsigned int size, Encoding& encoding);
+    static unsigned int DetectBOM(const void* bytes, unsigned int size, Encoding& encoding);
     /// Whether the bytes up to the terminator are well-formed UTF-8, and with `requireMultibyte` hold at
     /// least one character that is not ASCII. False for null.
-    static bool IsUTF8(char const* bytes, bool requireMultibyte);
+    static bool IsUTF8(const char* bytes, bool requireMultibyte);
     /// The same for `size` bytes; zero bytes among them are characters.
-    static bool IsUTF8(char const* bytes, unsigned int size, bool requireMultibyte);
+    static bool IsUTF8(const char* bytes, unsigned int size, bool requireMultibyte);
     /// Decodes a whole text: by its byte-order mark when it has one, else with `detect` by what its bytes
     /// look like, else by `encoding` (System for None and Unsupported). Returns the encoding used;
     /// Encoding_None when the detection fell back on System, Encoding_Unsupported for a mark of an encoding
     /// that is not converted (the rest is then taken as System). Text that is malformed in its encoding
     /// leaves the target empty.
-    static Encoding TextToString(KW_String& target, char const* bytes, unsigned int size, bool detect,
+    static Encoding TextToString(KW_String& target, const char* bytes, unsigned int size, bool detect,
                                  Encoding encoding);
     /// The one unit that the byte decodes to; 0 when there is none.
     static unsigned short CharToKW_Char(char byte, Encoding encoding);
@@ -151,14 +151,14 @@ public:
     // ---- Concatenation (KW_String_Edit.cpp). Char text is Encoding_System; a null pointer adds nothing.
 
     /// Null only when both are null.
-    KW_String operator+(KW_String const& other) const;
-    KW_String operator+(char const* systemText) const;
+    KW_String operator+(const KW_String& other) const;
+    KW_String operator+(const char* systemText) const;
     /// A null or empty string changes nothing.
-    KW_String& operator+=(KW_String const& other);
-    KW_String& operator+=(char const* systemText);
+    KW_String& operator+=(const KW_String& other);
+    KW_String& operator+=(const char* systemText);
     /// Becomes up to three char texts in a row, of each at most so many bytes (0: all). Null when none of
     /// them contributes a byte.
-    void SetCat(char const* a, unsigned int aMax, char const* b, unsigned int bMax, char const* c,
+    void SetCat(const char* a, unsigned int aMax, const char* b, unsigned int bMax, const char* c,
                 unsigned int cMax);
 
     // ---- Comparison (KW_String_Compare.cpp)
@@ -166,45 +166,45 @@ public:
     /// -1, 0 or 1 by unsigned units from the two starts, over `count` units or up to the terminator,
     /// whichever is first; count 0 means the whole strings. Null is before every other string and equal to
     /// null. A start behind its string's end counts as at the end.
-    static int Compare(KW_String const& a, unsigned int startA, KW_String const& b, unsigned int startB,
+    static int Compare(const KW_String& a, unsigned int startA, const KW_String& b, unsigned int startB,
                        unsigned int count);
     /// The same after tolower of both units.
-    static int CompareIgnoreCase(KW_String const& a, unsigned int startA, KW_String const& b,
+    static int CompareIgnoreCase(const KW_String& a, unsigned int startA, const KW_String& b,
                                  unsigned int startB, unsigned int count);
-    bool operator<(KW_String const& other) const;
-    bool operator>(KW_String const& other) const;
-    bool operator<=(KW_String const& other) const;
-    bool operator>=(KW_String const& other) const;
-    bool operator==(KW_String const& other) const;
-    bool operator!=(KW_String const& other) const;
+    bool operator<(const KW_String& other) const;
+    bool operator>(const KW_String& other) const;
+    bool operator<=(const KW_String& other) const;
+    bool operator>=(const KW_String& other) const;
+    bool operator==(const KW_String& other) const;
+    bool operator!=(const KW_String& other) const;
     /// -1, 0 or 1 by signed bytes (80 to FF before 01 to 7F); -10 when a pointer is null.
-    static int Compare(char const* a, char const* b);
-    static int CompareIgnoreCase(char const* a, char const* b);
+    static int Compare(const char* a, const char* b);
+    static int CompareIgnoreCase(const char* a, const char* b);
     /// False when a pointer is null. With a count at most so many bytes are compared; a count of 0 means the
     /// whole texts to Equals and gives false from EqualsIgnoreCase.
-    static bool Equals(char const* a, char const* b);
-    static bool Equals(char const* a, char const* b, unsigned int count);
-    static bool EqualsIgnoreCase(char const* a, char const* b);
-    static bool EqualsIgnoreCase(char const* a, char const* b, unsigned int count);
+    static bool Equals(const char* a, const char* b);
+    static bool Equals(const char* a, const char* b, unsigned int count);
+    static bool EqualsIgnoreCase(const char* a, const char* b);
+    static bool EqualsIgnoreCase(const char* a, const char* b, unsigned int count);
 
     // ---- Searching (KW_String_Search.cpp). -1 when a string is null, what is sought is empty, or the start
     // is not below the length. A char is Encoding_System; the zero byte is never found.
 
     /// First occurrence at or after the start.
-    int IndexOf(KW_String const& what, unsigned int start) const;
+    int IndexOf(const KW_String& what, unsigned int start) const;
     /// The same after tolower of both sides.
-    int IndexOfIgnoreCase(KW_String const& what, unsigned int start) const;
+    int IndexOfIgnoreCase(const KW_String& what, unsigned int start) const;
     /// Last occurrence that begins at or before the start.
-    int LastIndexOf(KW_String const& what, unsigned int start) const;
-    int LastIndexOf(KW_String const& what) const;
+    int LastIndexOf(const KW_String& what, unsigned int start) const;
+    int LastIndexOf(const KW_String& what) const;
     /// First such unit at or after the start and before the terminator.
     int IndexOf(char what, unsigned int start) const;
     int LastIndexOf(char what, unsigned int start) const;
     int LastIndexOf(char what) const;
     /// Whether the prefix stands at the start. False for a null or empty prefix.
-    bool StartsWith(KW_String const& prefix, unsigned int start) const;
+    bool StartsWith(const KW_String& prefix, unsigned int start) const;
     /// False for a null or empty suffix.
-    bool EndsWith(KW_String const& suffix) const;
+    bool EndsWith(const KW_String& suffix) const;
 
     // ---- Parts and changes (KW_String_Edit.cpp)
 
@@ -218,12 +218,12 @@ public:
     KW_String Replace(char what, char with) const;
     /// Every occurrence, from the left and without overlap. An empty `what` replaces nothing; null when an
     /// operand is null.
-    KW_String Replace(KW_String const& what, KW_String const& with) const;
+    KW_String Replace(const KW_String& what, const KW_String& with) const;
     /// The same with both taken as Encoding_System.
-    KW_String Replace(char const* what, char const* with) const;
+    KW_String Replace(const char* what, const char* with) const;
     /// Replaces, in place, the units at positions `from` to `to`, counted from 1 and inclusive; `to` is cut
     /// at the end. False and no change unless 1 <= from <= to and from is a position of the text.
-    bool Replace(unsigned int from, unsigned int to, KW_String const& with);
+    bool Replace(unsigned int from, unsigned int to, const KW_String& with);
     /// Every unit through KW_CharToLowerCase, or KW_CharToUpperCase.
     KW_String ToLowerCase() const;
     KW_String ToUpperCase() const;
@@ -231,7 +231,7 @@ public:
     /// remains.
     KW_String THIS_Trim(bool left, bool right, bool tabs) const;
     /// The sequence `count` times; null for a negative count.
-    static KW_String RepeatedSequence(KW_String const& sequence, long count);
+    static KW_String RepeatedSequence(const KW_String& sequence, long count);
 
     // ---- Splitting (KW_String_Split.cpp). A null string gives one null piece, and a piece without units is
     // null.
@@ -258,33 +258,33 @@ public:
 
     /// The number at the first digit or '-' (a digit must follow the '-', else 0); what follows it is
     /// ignored. 0 for null or empty text, the largest value when there is no number. Overflow wraps.
-    static long ToLong(char const* text);
+    static long ToLong(const char* text);
     /// The number at the first digit, where a '-' counts for nothing; otherwise as ToLong.
-    static unsigned long ToULong(char const* text);
+    static unsigned long ToULong(const char* text);
     /// The number at the first digit, '-', '.' or ','; both '.' and ',' separate decimals. An exponent needs
     /// a small 'e' and a sign. 0 for null or empty text, the largest double when there is no number or no
     /// digit behind the separator.
-    static double ToDouble(char const* text);
+    static double ToDouble(const char* text);
     /// Whether the text is blanks, a sign, blanks, and then only digits, of which there is at least one.
-    static bool IsIntegerNumber(char const* text);
-    static bool IsIntegerNumber(KW_String const& text);
+    static bool IsIntegerNumber(const char* text);
+    static bool IsIntegerNumber(const KW_String& text);
     /// 0 not a number, 1 an integer, 2 a decimal number ('.' or ',' with a digit behind it).
-    static short IsNumber(char const* text);
-    static short IsNumber(KW_String const& text);
+    static short IsNumber(const char* text);
+    static short IsNumber(const KW_String& text);
     /// Decimal text, filled with blanks on the left to at least `width` characters (at most 1000).
-    static KW_String LongToString(long const& value, unsigned int width);
+    static KW_String LongToString(const long& value, unsigned int width);
     /// With so many decimals (at most 1000), or for 0 decimals the shortest form with six significant digits.
     /// Always with a point, whatever the locale.
     static KW_String DoubleToString(double value, unsigned int width, unsigned int decimals);
     /// With so many decimals, also 0; a negative number of them gives the shortest form.
     static KW_String DoubleToString(double value, int decimals);
     /// printf's formatting, cut to 2047 bytes; the result is taken as Encoding_System.
-    static KW_String Format(char const* format, ...) __attribute__((format(printf, 1, 2)));
+    static KW_String Format(const char* format, ...) __attribute__((format(printf, 1, 2)));
     /// Bytes before the terminator; 0 for null.
-    static unsigned int Length(char const* text);
+    static unsigned int Length(const char* text);
 };
 
-KW_String operator+(char const* systemText, KW_String const& text);
+KW_String operator+(const char* systemText, const KW_String& text);
 
 /// Bytes in an encoding, owned: what KW_String::ToCStr and KW_String::GetBOM give.
 class KW_CString {
@@ -295,7 +295,7 @@ public:
 
     /// No bytes, Encoding_None.
     KW_CString();
-    KW_CString(KW_CString const& other);
+    KW_CString(const KW_CString& other);
     KW_CString(KW_CString&& other) noexcept;
     KW_CString& operator=(KW_CString other) noexcept;
     ~KW_CString();

@@ -18,12 +18,12 @@ char lowerByte(char byte) {
 }
 
 template <typename Fold>
-int compareUnits(KW_String const& a, unsigned int startA, KW_String const& b, unsigned int startB,
+int compareUnits(const KW_String& a, unsigned int startA, const KW_String& b, unsigned int startB,
                  unsigned int count, Fold fold) {
     if (a.data == nullptr) return b.data == nullptr ? 0 : -1;
     if (b.data == nullptr) return 1;
-    unsigned short const* p = a.data + std::min(startA, a.length);
-    unsigned short const* q = b.data + std::min(startB, b.length);
+    const unsigned short* p = a.data + std::min(startA, a.length);
+    const unsigned short* q = b.data + std::min(startB, b.length);
     for (unsigned int i = 0; count == 0 || i < count; ++i) {
         const unsigned short left = fold(p[i]);
         const unsigned short right = fold(q[i]);
@@ -34,7 +34,7 @@ int compareUnits(KW_String const& a, unsigned int startA, KW_String const& b, un
 }
 
 template <typename Fold>
-int compareBytes(char const* a, char const* b, Fold fold) {
+int compareBytes(const char* a, const char* b, Fold fold) {
     if (a == nullptr || b == nullptr) return -10;
     for (;; ++a, ++b) {
         const auto left = static_cast<signed char>(fold(*a));
@@ -46,7 +46,7 @@ int compareBytes(char const* a, char const* b, Fold fold) {
 
 // A count of 0 means the whole texts.
 template <typename Fold>
-bool equalBytes(char const* a, char const* b, unsigned int count, Fold fold) {
+bool equalBytes(const char* a, const char* b, unsigned int count, Fold fold) {
     if (a == nullptr || b == nullptr) return false;
     for (unsigned int i = 0; count == 0 || i < count; ++i) {
         if (fold(a[i]) != fold(b[i])) return false;
@@ -57,55 +57,55 @@ bool equalBytes(char const* a, char const* b, unsigned int count, Fold fold) {
 
 }  // namespace
 
-int KW_String::Compare(KW_String const& a, unsigned int startA, KW_String const& b, unsigned int startB,
+int KW_String::Compare(const KW_String& a, unsigned int startA, const KW_String& b, unsigned int startB,
                        unsigned int count) {
     return compareUnits(a, startA, b, startB, count, sameUnit);
 }
 
-int KW_String::CompareIgnoreCase(KW_String const& a, unsigned int startA, KW_String const& b,
+int KW_String::CompareIgnoreCase(const KW_String& a, unsigned int startA, const KW_String& b,
                                  unsigned int startB, unsigned int count) {
     return compareUnits(a, startA, b, startB, count, KW_CharToLowerCase);
 }
 
-bool KW_String::operator<(KW_String const& other) const {
+bool KW_String::operator<(const KW_String& other) const {
     return Compare(*this, 0, other, 0, 0) < 0;
 }
-bool KW_String::operator>(KW_String const& other) const {
+bool KW_String::operator>(const KW_String& other) const {
     return Compare(*this, 0, other, 0, 0) > 0;
 }
-bool KW_String::operator<=(KW_String const& other) const {
+bool KW_String::operator<=(const KW_String& other) const {
     return Compare(*this, 0, other, 0, 0) <= 0;
 }
-bool KW_String::operator>=(KW_String const& other) const {
+bool KW_String::operator>=(const KW_String& other) const {
     return Compare(*this, 0, other, 0, 0) >= 0;
 }
-bool KW_String::operator==(KW_String const& other) const {
+bool KW_String::operator==(const KW_String& other) const {
     return Compare(*this, 0, other, 0, 0) == 0;
 }
-bool KW_String::operator!=(KW_String const& other) const {
+bool KW_String::operator!=(const KW_String& other) const {
     return Compare(*this, 0, other, 0, 0) != 0;
 }
 
-int KW_String::Compare(char const* a, char const* b) {
+int KW_String::Compare(const char* a, const char* b) {
     return compareBytes(a, b, sameByte);
 }
 
-int KW_String::CompareIgnoreCase(char const* a, char const* b) {
+int KW_String::CompareIgnoreCase(const char* a, const char* b) {
     return compareBytes(a, b, lowerByte);
 }
 
-bool KW_String::Equals(char const* a, char const* b) {
+bool KW_String::Equals(const char* a, const char* b) {
     return equalBytes(a, b, 0, sameByte);
 }
 
-bool KW_String::Equals(char const* a, char const* b, unsigned int count) {
+bool KW_String::Equals(const char* a, const char* b, unsigned int count) {
     return equalBytes(a, b, count, sameByte);
 }
 
-bool KW_String::EqualsIgnoreCase(char const* a, char const* b) {
+bool KW_String::EqualsIgnoreCase(const char* a, const char* b) {
     return equalBytes(a, b, 0, lowerByte);
 }
 
-bool KW_String::EqualsIgnoreCase(char const* a, char const* b, unsigned int count) {
+bool KW_String::EqualsIgnoreCase(const char* a, const char* b, unsigned int count) {
     return count != 0 && equalBytes(a, b, count, lowerByte);
 }

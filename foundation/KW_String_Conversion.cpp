@@ -30,11 +30,11 @@ long unitWidth(Encoding encoding) {
     return isUTF32(encoding) ? 4 : isUTF16(encoding) ? 2 : 1;
 }
 
-bool isZero(char const* bytes, long width) {
+bool isZero(const char* bytes, long width) {
     return std::all_of(bytes, bytes + width, [](char byte) { return byte == 0; });
 }
 
-long bytesBeforeTerminator(char const* bytes, long width) {
+long bytesBeforeTerminator(const char* bytes, long width) {
     if (width == 1) return static_cast<long>(std::strlen(bytes));
     long count = 0;
     while (!isZero(bytes + count, width))
@@ -46,7 +46,7 @@ long bytesBeforeTerminator(char const* bytes, long width) {
 class ByteText {
 public:
     // A count of 0 or less means up to the terminator; text found empty that way counts as empty only with 0.
-    ByteText(Encoding encoding, char const* bytes, long count)
+    ByteText(Encoding encoding, const char* bytes, long count)
         : bytes_(bytes), byteCount_(count), encoding_(encoding) {
         if (count <= 0) byteCount_ = bytesBeforeTerminator(bytes, unitWidth(encoding));
         isEmpty_ = count >= 0 && byteCount_ < (isUTF32(encoding) ? 4 : 1);
@@ -70,7 +70,7 @@ private:
         return {units, count};
     }
 
-    char const* bytes_;
+    const char* bytes_;
     long byteCount_;
     Encoding encoding_;
     bool isEmpty_;
@@ -105,7 +105,7 @@ unsigned int KW_StringEncodingToMacStringEncoding(Encoding encoding) {
     }
 }
 
-long KW_String::ConvertChangeEncoding(Encoding sourceEncoding, char const* source, long sourceLength,
+long KW_String::ConvertChangeEncoding(Encoding sourceEncoding, const char* source, long sourceLength,
                                       Encoding targetEncoding, char* target, long targetSize,
                                       bool addTerminator, bool lossy) {
     constexpr long kFailed = -1;
@@ -135,7 +135,7 @@ long KW_String::ConvertChangeEncoding(Encoding sourceEncoding, char const* sourc
     if (decoded.units == nullptr) return kFailed;
 
     const StringServices::Encoded encoded = StringServices::encode(
-        KW_StringEncodingToMacStringEncoding(targetEncoding), reinterpret_cast<char const*>(decoded.units),
+        KW_StringEncodingToMacStringEncoding(targetEncoding), reinterpret_cast<const char*>(decoded.units),
         decoded.count, lossy ? '?' : '\0', target, room);
     if (encoded.units == 0) return kFailed;
     if (target != nullptr) {
@@ -145,7 +145,7 @@ long KW_String::ConvertChangeEncoding(Encoding sourceEncoding, char const* sourc
     return encoded.bytes + terminator;
 }
 
-bool KW_String::CStringToKW_String(KW_String& target, char const* source, unsigned int byteCount,
+bool KW_String::CStringToKW_String(KW_String& target, const char* source, unsigned int byteCount,
                                    Encoding encoding, bool append) {
     if (source == nullptr) {
         if (!append) target.SetToNullString();
@@ -177,23 +177,23 @@ bool KW_String::CStringToKW_String(KW_String& target, char const* source, unsign
 namespace {
 
 struct UnitRange {
-    char const* units;  // null when there is no such range
+    const char* units;  // null when there is no such range
     long count;
 };
 
 // Units of the string from `start` on, never past its end; a count of 0 means up to the terminator.
-UnitRange unitRange(KW_String const& source, unsigned int start, unsigned int count) {
+UnitRange unitRange(const KW_String& source, unsigned int start, unsigned int count) {
     if (source.data == nullptr || start > source.length) return {nullptr, 0};
     const unsigned long end = count == 0 ? findUnit(source.data, source.length, start, 0)
                                          : std::min(static_cast<unsigned long>(start) + count,
                                                     static_cast<unsigned long>(source.length));
-    return {reinterpret_cast<char const*>(source.data + start), static_cast<long>(end - start)};
+    return {reinterpret_cast<const char*>(source.data + start), static_cast<long>(end - start)};
 }
 
 }  // namespace
 
 bool KW_String::KW_StringToCString(char** out, unsigned int& outSize, Encoding encoding,
-                                   KW_String const& source, unsigned int start, unsigned int count) {
+                                   const KW_String& source, unsigned int start, unsigned int count) {
     *out = nullptr;
     outSize = 0;
     const UnitRange range = unitRange(source, start, count);
@@ -206,7 +206,7 @@ bool KW_String::KW_StringToCString(char** out, unsigned int& outSize, Encoding e
     return text.bytes != nullptr;
 }
 
-int KW_String::KW_StringToCStringLenBytes(Encoding encoding, KW_String const& source, unsigned int start,
+int KW_String::KW_StringToCStringLenBytes(Encoding encoding, const KW_String& source, unsigned int start,
                                           unsigned int count) {
     const UnitRange range = unitRange(source, start, count);
     if (range.units == nullptr || isNone(encoding)) return -1;
@@ -229,7 +229,7 @@ char KW_String::KW_CharToChar(unsigned short unit, Encoding encoding) {
     char byte = kNoByte;
     const StringServices::Encoded encoded =
         StringServices::encode(KW_StringEncodingToMacStringEncoding(encoding),
-                               reinterpret_cast<char const*>(&unit), 1, '\0', &byte, 1);
+                               reinterpret_cast<const char*>(&unit), 1, '\0', &byte, 1);
     return encoded.units == 1 ? byte : kNoByte;
 }
 

@@ -41,7 +41,7 @@ constexpr ByteOrderMark kDetected[] = {
 
 // Length of the well-formed sequence at p that begins with a byte from 80 on; 0 when there is none.
 // `available` bytes may be read.
-int multibyteLength(Byte const* p, unsigned long available) {
+int multibyteLength(const Byte* p, unsigned long available) {
     const Byte lead = p[0];
     const int length = lead < 0xC2 || lead > 0xF4 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     if (length == 0 || available < static_cast<unsigned long>(length)) return 0;
@@ -54,10 +54,10 @@ int multibyteLength(Byte const* p, unsigned long available) {
     return length;
 }
 
-bool isUTF8(char const* bytes, unsigned long size, bool requireMultibyte) {
+bool isUTF8(const char* bytes, unsigned long size, bool requireMultibyte) {
     bool multibyte = false;
-    auto const* p = reinterpret_cast<Byte const*>(bytes);
-    auto const* const end = p + size;
+    const auto* p = reinterpret_cast<const Byte*>(bytes);
+    const auto* const end = p + size;
     while (p < end) {
         if (*p < 0x80) {
             ++p;
@@ -72,8 +72,8 @@ bool isUTF8(char const* bytes, unsigned long size, bool requireMultibyte) {
 }
 
 // What text without a byte-order mark looks like; Encoding_None when it looks like none of the Unicode forms.
-Encoding guessEncoding(char const* text, unsigned int size) {
-    auto const* bytes = reinterpret_cast<Byte const*>(text);
+Encoding guessEncoding(const char* text, unsigned int size) {
+    const auto* bytes = reinterpret_cast<const Byte*>(text);
     if (size % 4 == 0) {
         bool little = true;
         bool big = true;
@@ -101,7 +101,7 @@ Encoding guessEncoding(char const* text, unsigned int size) {
 KW_CString KW_String::GetBOM(Encoding encoding) {
     KW_CString mark;
     mark.encoding = encoding;
-    for (ByteOrderMark const& known : kMarks) {
+    for (const ByteOrderMark& known : kMarks) {
         if (known.encoding != encoding) continue;
         mark.data = new char[known.bytes.size()];
         mark.size = static_cast<unsigned int>(known.bytes.size());
@@ -110,10 +110,10 @@ KW_CString KW_String::GetBOM(Encoding encoding) {
     return mark;
 }
 
-unsigned int KW_String::DetectBOM(void const* bytes, unsigned int size, Encoding& encoding) {
+unsigned int KW_String::DetectBOM(const void* bytes, unsigned int size, Encoding& encoding) {
     if (bytes == nullptr) return 0;
-    const std::string_view text(static_cast<char const*>(bytes), size);
-    for (ByteOrderMark const& mark : kDetected) {
+    const std::string_view text(static_cast<const char*>(bytes), size);
+    for (const ByteOrderMark& mark : kDetected) {
         if (!text.starts_with(mark.bytes)) continue;
         encoding = mark.encoding;
         return static_cast<unsigned int>(mark.bytes.size());
@@ -121,15 +121,15 @@ unsigned int KW_String::DetectBOM(void const* bytes, unsigned int size, Encoding
     return 0;
 }
 
-bool KW_String::IsUTF8(char const* bytes, bool requireMultibyte) {
+bool KW_String::IsUTF8(const char* bytes, bool requireMultibyte) {
     return bytes != nullptr && isUTF8(bytes, std::strlen(bytes), requireMultibyte);
 }
 
-bool KW_String::IsUTF8(char const* bytes, unsigned int size, bool requireMultibyte) {
+bool KW_String::IsUTF8(const char* bytes, unsigned int size, bool requireMultibyte) {
     return bytes != nullptr && isUTF8(bytes, size, requireMultibyte);
 }
 
-KW_String::Encoding KW_String::TextToString(KW_String& target, char const* bytes, unsigned int size,
+KW_String::Encoding KW_String::TextToString(KW_String& target, const char* bytes, unsigned int size,
                                             bool detect, Encoding encoding) {
     Encoding found = encoding;
     unsigned int markLength = DetectBOM(bytes, size, found);

@@ -7,7 +7,7 @@
 
 namespace {
 
-KW_String mapped(KW_String const& text, unsigned short (*map)(unsigned short)) {
+KW_String mapped(const KW_String& text, unsigned short (*map)(unsigned short)) {
     KW_String result(text);
     std::transform(result.data, result.data + result.length, result.data, map);
     return result;
@@ -15,39 +15,39 @@ KW_String mapped(KW_String const& text, unsigned short (*map)(unsigned short)) {
 
 }  // namespace
 
-KW_String KW_String::operator+(KW_String const& other) const {
+KW_String KW_String::operator+(const KW_String& other) const {
     KW_String sum;
     sum.THIS_SetToConcatenatedString(*this, other);
     return sum;
 }
 
-KW_String KW_String::operator+(char const* systemText) const {
+KW_String KW_String::operator+(const char* systemText) const {
     KW_String sum(*this);
     sum += systemText;
     return sum;
 }
 
-KW_String operator+(char const* systemText, KW_String const& text) {
+KW_String operator+(const char* systemText, const KW_String& text) {
     KW_String sum(systemText, KW_String::Encoding_System);
     KW_String result;
     result.THIS_SetToConcatenatedString(sum, text);
     return result;
 }
 
-KW_String& KW_String::operator+=(KW_String const& other) {
+KW_String& KW_String::operator+=(const KW_String& other) {
     THIS_Append(other.data, other.length);
     return *this;
 }
 
-KW_String& KW_String::operator+=(char const* systemText) {
+KW_String& KW_String::operator+=(const char* systemText) {
     CStringToKW_String(*this, systemText, 0, Encoding_System, true);
     return *this;
 }
 
-void KW_String::SetCat(char const* a, unsigned int aMax, char const* b, unsigned int bMax, char const* c,
+void KW_String::SetCat(const char* a, unsigned int aMax, const char* b, unsigned int bMax, const char* c,
                        unsigned int cMax) {
     SetToNullString();
-    const auto append = [this](char const* text, unsigned int most) {
+    const auto append = [this](const char* text, unsigned int most) {
         if (text == nullptr) return;
         const auto count = static_cast<unsigned int>(most == 0 ? std::strlen(text) : strnlen(text, most));
         if (count > 0) THIS_Append(text, count, Encoding_System);
@@ -82,7 +82,7 @@ KW_String KW_String::Replace(char what, char with) const {
     return result;
 }
 
-KW_String KW_String::Replace(KW_String const& what, KW_String const& with) const {
+KW_String KW_String::Replace(const KW_String& what, const KW_String& with) const {
     if (data == nullptr || what.data == nullptr || with.data == nullptr) return KW_String();
     if (length == 0 || what.length == 0) return *this;
     const std::vector<unsigned int> positions = positionsOfUnits(data, length, what.data, what.length);
@@ -97,22 +97,22 @@ KW_String KW_String::Replace(KW_String const& what, KW_String const& with) const
     result.THIS_Alloc(KW_StringUnits(total + 1), false);
     result.length = static_cast<unsigned int>(total);
     unsigned short* to = result.data;
-    unsigned short const* from = data;
+    const unsigned short* from = data;
     for (const unsigned int position : positions) {
-        to = std::copy(from, static_cast<unsigned short const*>(data) + position, to);
+        to = std::copy(from, static_cast<const unsigned short*>(data) + position, to);
         to = std::copy_n(with.data, with.length, to);
         from = data + position + what.length;
     }
-    to = std::copy(from, static_cast<unsigned short const*>(data) + length, to);
+    to = std::copy(from, static_cast<const unsigned short*>(data) + length, to);
     *to = 0;
     return result;
 }
 
-KW_String KW_String::Replace(char const* what, char const* with) const {
+KW_String KW_String::Replace(const char* what, const char* with) const {
     return Replace(KW_String(what, Encoding_System), KW_String(with, Encoding_System));
 }
 
-bool KW_String::Replace(unsigned int from, unsigned int to, KW_String const& with) {
+bool KW_String::Replace(unsigned int from, unsigned int to, const KW_String& with) {
     if (from < 1 || from > to || from - 1 >= length) return false;
     if (&with == this) return Replace(from, to, KW_String(with));
     const unsigned int start = from - 1;
@@ -146,7 +146,7 @@ KW_String KW_String::THIS_Trim(bool left, bool right, bool tabs) const {
     return Substring(start, end - start);
 }
 
-KW_String KW_String::RepeatedSequence(KW_String const& sequence, long count) {
+KW_String KW_String::RepeatedSequence(const KW_String& sequence, long count) {
     KW_String result;
     if (count < 0 || sequence.data == nullptr) return result;
     unsigned long units = 0;

@@ -19,7 +19,7 @@ bool isDigit(Unit unit) {
 }
 
 // The value of the run of digits at p, modulo 2 to the 64.
-unsigned long digitsAt(char const* p) {
+unsigned long digitsAt(const char* p) {
     unsigned long value = 0;
     for (; isDigit(*p); ++p)
         value = value * 10 + static_cast<unsigned long>(*p - '0');
@@ -27,7 +27,7 @@ unsigned long digitsAt(char const* p) {
 }
 
 template <typename Unit>
-Unit const* skipBlanksAndSign(Unit const* p) {
+const Unit* skipBlanksAndSign(const Unit* p) {
     while (*p == ' ')
         ++p;
     if (*p == '+' || *p == '-') ++p;
@@ -37,7 +37,7 @@ Unit const* skipBlanksAndSign(Unit const* p) {
 }
 
 template <typename Unit>
-bool isInteger(Unit const* text) {
+bool isInteger(const Unit* text) {
     if (text == nullptr) return false;
     text = skipBlanksAndSign(text);
     if (*text == 0) return false;
@@ -47,7 +47,7 @@ bool isInteger(Unit const* text) {
 }
 
 template <typename Unit>
-short numberKind(Unit const* text) {
+short numberKind(const Unit* text) {
     constexpr short kNone = 0;
     constexpr short kInteger = 1;
     constexpr short kDecimal = 2;
@@ -74,7 +74,7 @@ double scaled(double value, bool up, unsigned long steps) {
     return value;
 }
 
-KW_String systemText(std::string const& text) {
+KW_String systemText(const std::string& text) {
     return KW_String(text.c_str(), KW_String::Encoding_System);
 }
 
@@ -99,7 +99,7 @@ std::string shortestText(double value) {
 
 }  // namespace
 
-long KW_String::ToLong(char const* text) {
+long KW_String::ToLong(const char* text) {
     if (text == nullptr || *text == 0) return 0;
     while (*text != 0 && *text != '-' && !isDigit(*text))
         ++text;
@@ -109,7 +109,7 @@ long KW_String::ToLong(char const* text) {
     return static_cast<long>(digitsAt(text));
 }
 
-unsigned long KW_String::ToULong(char const* text) {
+unsigned long KW_String::ToULong(const char* text) {
     if (text == nullptr || *text == 0) return 0;
     while (*text != 0 && !isDigit(*text))
         ++text;
@@ -117,7 +117,7 @@ unsigned long KW_String::ToULong(char const* text) {
     return digitsAt(text);
 }
 
-double KW_String::ToDouble(char const* text) {
+double KW_String::ToDouble(const char* text) {
     constexpr double kNoNumber = std::numeric_limits<double>::max();
     if (text == nullptr || *text == 0) return 0.0;
     while (*text != 0 && std::strchr(".,-0123456789", *text) == nullptr)
@@ -147,23 +147,23 @@ double KW_String::ToDouble(char const* text) {
     return sign * value;
 }
 
-bool KW_String::IsIntegerNumber(char const* text) {
+bool KW_String::IsIntegerNumber(const char* text) {
     return isInteger(text);
 }
 
-bool KW_String::IsIntegerNumber(KW_String const& text) {
+bool KW_String::IsIntegerNumber(const KW_String& text) {
     return isInteger(text.data);
 }
 
-short KW_String::IsNumber(char const* text) {
+short KW_String::IsNumber(const char* text) {
     return numberKind(text);
 }
 
-short KW_String::IsNumber(KW_String const& text) {
+short KW_String::IsNumber(const KW_String& text) {
     return numberKind(text.data);
 }
 
-KW_String KW_String::LongToString(long const& value, unsigned int width) {
+KW_String KW_String::LongToString(const long& value, unsigned int width) {
     return paddedLeft(std::to_string(value), width);
 }
 
@@ -176,7 +176,7 @@ KW_String KW_String::DoubleToString(double value, int decimals) {
                                    : fixedText(value, static_cast<unsigned int>(decimals)));
 }
 
-KW_String KW_String::Format(char const* format, ...) {
+KW_String KW_String::Format(const char* format, ...) {
     if (format == nullptr) return KW_String();
     char text[2048];
     std::va_list arguments;
@@ -186,6 +186,6 @@ KW_String KW_String::Format(char const* format, ...) {
     return length < 0 ? KW_String() : KW_String(text, Encoding_System);
 }
 
-unsigned int KW_String::Length(char const* text) {
+unsigned int KW_String::Length(const char* text) {
     return text == nullptr ? 0 : static_cast<unsigned int>(std::strlen(text));
 }

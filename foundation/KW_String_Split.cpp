@@ -5,14 +5,14 @@
 
 namespace {
 
-bool liesIn(KW_List<KW_String> const& list, KW_String const* string) {
+bool liesIn(const KW_List<KW_String>& list, const KW_String* string) {
     if (list.count == 0) return false;
-    const std::less<KW_String const*> before;
-    KW_String const* const first = &list[0];
+    const std::less<const KW_String*> before;
+    const KW_String* const first = &list[0];
     return !before(string, first) && before(string, first + list.count);
 }
 
-void addPiece(KW_List<KW_String>& list, KW_String const& text, unsigned long start, unsigned long end) {
+void addPiece(KW_List<KW_String>& list, const KW_String& text, unsigned long start, unsigned long end) {
     list.AddData(KW_String(text.data + start, static_cast<unsigned int>(end - start)), -1);
 }
 

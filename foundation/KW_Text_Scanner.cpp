@@ -24,7 +24,7 @@ KW_Text_Scanner::~KW_Text_Scanner() {
     delete[] text;
 }
 
-void KW_Text_Scanner::Set(KW_String const& source) {
+void KW_Text_Scanner::Set(const KW_String& source) {
     delete[] text;
     text = nullptr;
     length = 0;
@@ -109,7 +109,7 @@ unsigned long KW_Text_Scanner::SkipSpacesTabsEOLsComments(bool store) {
     return p;
 }
 
-long KW_Text_Scanner::FindText(char const* what, unsigned long start, bool advance,
+long KW_Text_Scanner::FindText(const char* what, unsigned long start, bool advance,
                                KW_String::Encoding encoding) {
     constexpr long kNotFound = -1;
     if (what == nullptr || start >= length) return kNotFound;
@@ -120,7 +120,7 @@ long KW_Text_Scanner::FindText(char const* what, unsigned long start, bool advan
     return found < length ? static_cast<long>(found) : kNotFound;
 }
 
-bool KW_Text_Scanner::IsInteger(KW_String const& token) {
+bool KW_Text_Scanner::IsInteger(const KW_String& token) {
     const unsigned int start = token.UCharAt(0) == '-' ? 1 : 0;
     return std::all_of(token.data + std::min(start, token.length), token.data + token.length,
                        [](unsigned short unit) { return unit >= '0' && unit <= '9'; });

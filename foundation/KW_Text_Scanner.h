@@ -16,12 +16,12 @@ public:
     unsigned long position;  ///< the cursor: index of the next unit to read
 
     KW_Text_Scanner();
-    KW_Text_Scanner(KW_Text_Scanner const&) = delete;
-    KW_Text_Scanner& operator=(KW_Text_Scanner const&) = delete;
+    KW_Text_Scanner(const KW_Text_Scanner&) = delete;
+    KW_Text_Scanner& operator=(const KW_Text_Scanner&) = delete;
     ~KW_Text_Scanner();
 
     /// Takes a copy of the text, cursor at its start. A null string leaves the scanner without text.
-    void Set(KW_String const& source);
+    void Set(const KW_String& source);
 
     /// The units up to the line end (LF, CR LF or CR), with `keepEOL` the line end too; null when that is
     /// nothing: at the end of the text, and for an empty line without its end. A zero unit ends the text
@@ -49,10 +49,10 @@ public:
     /// Index of the first occurrence at or after `start` of a text in the given encoding; -1 when there is
     /// none. With `advance` the cursor moves behind the occurrence, or to the end when there is none. Without
     /// a text to search for, or with a start at the end or behind it: -1, and the cursor does not move.
-    long FindText(char const* what, unsigned long start, bool advance, KW_String::Encoding encoding);
+    long FindText(const char* what, unsigned long start, bool advance, KW_String::Encoding encoding);
 
     /// Whether the text is decimal digits behind at most one '-'. No digits at all count as an integer.
-    static bool IsInteger(KW_String const& token);
+    static bool IsInteger(const KW_String& token);
 
 private:
     unsigned long skipped(short skipMode);

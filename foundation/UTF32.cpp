@@ -9,7 +9,7 @@ namespace {
 // compiler makes a few wide operations, then the copy.
 constexpr long kBlock = 16;
 
-std::uint32_t valueAt(char const* bytes, long index, bool bigEndian) {
+std::uint32_t valueAt(const char* bytes, long index, bool bigEndian) {
     std::uint32_t value;
     std::memcpy(&value, bytes + index * 4, sizeof value);
     return bigEndian ? __builtin_bswap32(value) : value;
@@ -24,7 +24,7 @@ bool isPair(std::uint32_t value) {
 }
 
 template <bool BigEndian>
-bool copyPlainBlock(char const* bytes, long index, unsigned short* target) {
+bool copyPlainBlock(const char* bytes, long index, unsigned short* target) {
     std::uint32_t values[kBlock];
     std::memcpy(values, bytes + index * 4, sizeof values);
     std::uint32_t notPlain = 0;
@@ -39,7 +39,7 @@ bool copyPlainBlock(char const* bytes, long index, unsigned short* target) {
 }
 
 template <bool BigEndian>
-long convert(char const* bytes, unsigned short* target, long count) {
+long convert(const char* bytes, unsigned short* target, long count) {
     long produced = 0;
     for (long i = 0; i < count;) {
         if (count - i >= kBlock && copyPlainBlock<BigEndian>(bytes, i, target + produced)) {
@@ -63,7 +63,7 @@ long convert(char const* bytes, unsigned short* target, long count) {
 }
 
 template <bool BigEndian>
-long countUnits(char const* bytes, long count) {
+long countUnits(const char* bytes, long count) {
     std::uint64_t pairs = 0;
     for (long i = 0; i < count; ++i)
         pairs += isPair(valueAt(bytes, i, BigEndian)) ? 1u : 0u;
@@ -72,8 +72,8 @@ long countUnits(char const* bytes, long count) {
 
 }  // namespace
 
-long UTF32toUTF16(void const* source, unsigned short* target, long count, bool bigEndian) {
-    auto const* bytes = static_cast<char const*>(source);
+long UTF32toUTF16(const void* source, unsigned short* target, long count, bool bigEndian) {
+    const auto* bytes = static_cast<const char*>(source);
     if (count <= 0) {
         count = 0;
         while (valueAt(bytes, count, false) != 0)

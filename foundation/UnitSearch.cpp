@@ -12,7 +12,7 @@ constexpr unsigned int kLanes = 8;
 using Units = std::uint16_t __attribute__((vector_size(16)));
 using Bytes = std::uint8_t __attribute__((vector_size(8)));
 
-Units unitsAt(unsigned short const* text) {
+Units unitsAt(const unsigned short* text) {
     Units units;
     std::memcpy(&units, text, sizeof units);
     return units;
@@ -56,7 +56,7 @@ unsigned long lastLane(std::uint64_t set) {
 // The first position from `start` on for which `matches` gives a set lane; it is asked for eight units at a
 // time.
 template <typename Matches, typename MatchesOne>
-unsigned long findFirst(unsigned short const* text, unsigned long length, unsigned long start,
+unsigned long findFirst(const unsigned short* text, unsigned long length, unsigned long start,
                         Matches matches, MatchesOne matchesOne) {
     unsigned long i = start;
     while (length - i >= 4 * kLanes &&
@@ -81,18 +81,18 @@ unsigned long findFirst(unsigned short const* text, unsigned long length, unsign
 }
 
 // Whether the text at a position whose first and last unit are the sought ones is an occurrence.
-bool isOccurrence(unsigned short const* text, unsigned short const* what, unsigned long whatLength) {
+bool isOccurrence(const unsigned short* text, const unsigned short* what, unsigned long whatLength) {
     return whatLength <= 2 || std::memcmp(text + 1, what + 1, (whatLength - 2) * sizeof(unsigned short)) == 0;
 }
 
-bool isOccurrenceAt(unsigned short const* text, unsigned short const* what, unsigned long whatLength) {
+bool isOccurrenceAt(const unsigned short* text, const unsigned short* what, unsigned long whatLength) {
     return text[0] == what[0] && text[whatLength - 1] == what[whatLength - 1] &&
            isOccurrence(text, what, whatLength);
 }
 
 }  // namespace
 
-unsigned long findUnit(unsigned short const* text, unsigned long length, unsigned long start,
+unsigned long findUnit(const unsigned short* text, unsigned long length, unsigned long start,
                        unsigned short unit) {
     const Units sought = repeated(unit);
     return findFirst(
@@ -100,7 +100,7 @@ unsigned long findUnit(unsigned short const* text, unsigned long length, unsigne
         [=](unsigned short one) { return one == unit; });
 }
 
-unsigned long findEither(unsigned short const* text, unsigned long length, unsigned long start,
+unsigned long findEither(const unsigned short* text, unsigned long length, unsigned long start,
                          unsigned short one, unsigned short other) {
     const Units soughtOne = repeated(one);
     const Units soughtOther = repeated(other);
@@ -109,7 +109,7 @@ unsigned long findEither(unsigned short const* text, unsigned long length, unsig
         [=](unsigned short unit) { return unit == one || unit == other; });
 }
 
-std::vector<unsigned int> positionsOfEither(unsigned short const* text, unsigned int length,
+std::vector<unsigned int> positionsOfEither(const unsigned short* text, unsigned int length,
                                             unsigned short one, unsigned short other) {
     const Units soughtOne = repeated(one);
     const Units soughtOther = repeated(other);
@@ -144,8 +144,8 @@ std::vector<unsigned int> positionsOfEither(unsigned short const* text, unsigned
     return positions;
 }
 
-std::vector<unsigned int> positionsOfUnits(unsigned short const* text, unsigned int length,
-                                           unsigned short const* what, unsigned int whatLength) {
+std::vector<unsigned int> positionsOfUnits(const unsigned short* text, unsigned int length,
+                                           const unsigned short* what, unsigned int whatLength) {
     if (whatLength == 1) return positionsOfEither(text, length, what[0], what[0]);
     std::vector<unsigned int> positions;
     for (unsigned long at = findUnits(text, length, 0, what, whatLength); at < length;
@@ -155,8 +155,8 @@ std::vector<unsigned int> positionsOfUnits(unsigned short const* text, unsigned 
     return positions;
 }
 
-unsigned long findUnits(unsigned short const* text, unsigned long length, unsigned long start,
-                        unsigned short const* what, unsigned long whatLength) {
+unsigned long findUnits(const unsigned short* text, unsigned long length, unsigned long start,
+                        const unsigned short* what, unsigned long whatLength) {
     if (length - start < whatLength) return length;
     const unsigned long end = length - whatLength + 1;  // behind the last position where it can begin
     const Units first = repeated(what[0]);
@@ -176,15 +176,15 @@ unsigned long findUnits(unsigned short const* text, unsigned long length, unsign
     return length;
 }
 
-unsigned long findUnitsBackward(unsigned short const* text, unsigned long length, unsigned long start,
-                                unsigned short const* what, unsigned long whatLength) {
+unsigned long findUnitsBackward(const unsigned short* text, unsigned long length, unsigned long start,
+                                const unsigned short* what, unsigned long whatLength) {
     if (length < whatLength) return length;
     const Units first = repeated(what[0]);
     const Units last = repeated(what[whatLength - 1]);
     unsigned long end =
         (start < length - whatLength ? start : length - whatLength) + 1;  // behind the next position
     for (; end >= kLanes; end -= kLanes) {
-        unsigned short const* const block = text + (end - kLanes);
+        const unsigned short* const block = text + (end - kLanes);
         std::uint64_t found = lanes((unitsAt(block) == first) & (unitsAt(block + whatLength - 1) == last));
         for (; found != 0; found &= ~(std::uint64_t{0xFF} << lastLane(found) * 8)) {
             if (isOccurrence(block + lastLane(found), what, whatLength))

@@ -6,25 +6,25 @@
 /// the first unit; `length` is the answer for "none", and `start` is at most `length`.
 
 /// The first unit at or behind `start` that equals `unit`.
-unsigned long findUnit(unsigned short const* text, unsigned long length, unsigned long start,
+unsigned long findUnit(const unsigned short* text, unsigned long length, unsigned long start,
                        unsigned short unit);
 
 /// The first unit at or behind `start` that equals one of the two.
-unsigned long findEither(unsigned short const* text, unsigned long length, unsigned long start,
+unsigned long findEither(const unsigned short* text, unsigned long length, unsigned long start,
                          unsigned short one, unsigned short other);
 
 /// Where each unit that equals one of the two stands.
-std::vector<unsigned int> positionsOfEither(unsigned short const* text, unsigned int length,
+std::vector<unsigned int> positionsOfEither(const unsigned short* text, unsigned int length,
                                             unsigned short one, unsigned short other);
 
 /// Where the occurrences of `whatLength` units, at least one, begin, from the left and without overlap.
-std::vector<unsigned int> positionsOfUnits(unsigned short const* text, unsigned int length,
-                                           unsigned short const* what, unsigned int whatLength);
+std::vector<unsigned int> positionsOfUnits(const unsigned short* text, unsigned int length,
+                                           const unsigned short* what, unsigned int whatLength);
 
 /// The first occurrence at or behind `start` of `whatLength` units, at least one.
-unsigned long findUnits(unsigned short const* text, unsigned long length, unsigned long start,
-                        unsigned short const* what, unsigned long whatLength);
+unsigned long findUnits(const unsigned short* text, unsigned long length, unsigned long start,
+                        const unsigned short* what, unsigned long whatLength);
 
 /// The last occurrence that begins at or before `start`, which is below `length`.
-unsigned long findUnitsBackward(unsigned short const* text, unsigned long length, unsigned long start,
-                                unsigned short const* what, unsigned long whatLength);
+unsigned long findUnitsBackward(const unsigned short* text, unsigned long length, unsigned long start,
+                                const unsigned short* what, unsigned long whatLength);

@@ -2,7 +2,7 @@
 
 #include "host/EntryPoints.h"
 #include "host/ErrorCodes.h"
-#include "platform/ImageCleanup.h"
+#include "platform/host/ImageCleanup.h"
 
 #include <dlfcn.h>
 #include <filesystem>

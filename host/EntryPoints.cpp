@@ -1,6 +1,6 @@
 #include "host/EntryPoints.h"
 
-#include "platform/CallTrace.h"
+#include "platform/host/CallTrace.h"
 
 namespace host {
 

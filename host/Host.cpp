@@ -6,8 +6,8 @@
 #include "host/HostFunctions.h"
 #include "host/LibraryRequests.h"
 #include "host/MenuRequests.h"
-#include "platform/DialogControl.h"
-#include "platform/ImageCleanup.h"
+#include "platform/host/DialogControl.h"
+#include "platform/host/ImageCleanup.h"
 
 #include <algorithm>
 #include <filesystem>

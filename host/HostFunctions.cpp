@@ -2,7 +2,7 @@
 
 #include "host/ErrorCodes.h"
 #include "host/Host.h"
-#include "platform/CallTrace.h"
+#include "platform/host/CallTrace.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,7 +1,7 @@
 #include "host/Menus.h"
 
 #include "host/ErrorCodes.h"
-#include "platform/Resources.h"
+#include "platform/host/Resources.h"
 
 #include <utility>
 

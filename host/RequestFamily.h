@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/CallTrace.h"
+#include "platform/host/CallTrace.h"
 #include "platform/HostInterface.h"
 
 #include <vector>

@@ -17,19 +17,19 @@ enum Item : short { kItemOK = 1, kItemCancel = 2, kItemList = 3, kItemPrompt = 6
 enum Text : short { kTextCancel = 5, kTextOK = 64, kTextPrompt = 65 };
 
 void setText(short dialogID, short item, short textIndex) {
-    KW_String const text =
+    const KW_String text =
         KW_Resource_GetString(static_cast<short>(KW_Resource_Framework + gKW_Language), textIndex);
     DGSetItemText(dialogID, item, GS::UniString(text.data, text.length));
 }
 
 bool isOffered(short language) {
-    KW_String const offered(sett_ADDON_SHOWED_LANGUAGES, KW_String::Encoding_System);
+    const KW_String offered(sett_ADDON_SHOWED_LANGUAGES, KW_String::Encoding_System);
     return offered.length == 0 || offered.IndexOfIgnoreCase(gKW_Languages_Suffixes[language], 0) >= 0;
 }
 
 void initialise(short dialogID, KW_List<short>& langIndexes) {
     DGSetDialogClientSize(dialogID, 483, 282, 0, true);
-    KW_String const title(sett_ADDON_NAME, KW_String::Encoding_System);
+    const KW_String title(sett_ADDON_NAME, KW_String::Encoding_System);
     DGSetDialogTitle(dialogID, GS::UniString(title.data, title.length));
     setText(dialogID, kItemOK, kTextOK);
     setText(dialogID, kItemCancel, kTextCancel);
@@ -47,7 +47,7 @@ void initialise(short dialogID, KW_List<short>& langIndexes) {
     for (short language = 0; language < KW_Language_Count; ++language) {
         if (!isOffered(language)) continue;
         langIndexes.AddData(language, -1);
-        short const row = DGListInsertItem(dialogID, kItemList, DG_LIST_BOTTOM);
+        const short row = DGListInsertItem(dialogID, kItemList, DG_LIST_BOTTOM);
         DGListSetTabItemText(dialogID, kItemList, row, 1, GS::UniString());
         DGListSetTabItemIcon(dialogID, kItemList, row, 1,
                              DG::Icon(ACAPI_GetOwnResModule(), static_cast<short>(kFirstIcon + language)));
@@ -61,8 +61,8 @@ void initialise(short dialogID, KW_List<short>& langIndexes) {
 }
 
 // The language of the selected row; `otherwise` when no row is selected.
-short selectedLanguage(short dialogID, KW_List<short> const& langIndexes, short otherwise) {
-    short const row = DGListGetSelected(dialogID, kItemList, 1);
+short selectedLanguage(short dialogID, const KW_List<short>& langIndexes, short otherwise) {
+    const short row = DGListGetSelected(dialogID, kItemList, 1);
     return row >= 1 && row <= langIndexes.count ? langIndexes[row - 1] : otherwise;
 }
 
@@ -70,7 +70,7 @@ short KW_Dlg_Language_CallBack(short message, short dialogID, short item, DGUser
                                DGMessageData) {
     static KW_List<short> langIndexes;  // the language of each row
     if (dialogID != kDialog) return 0;
-    short const languageAtOpening = static_cast<short>(userData);
+    const short languageAtOpening = static_cast<short>(userData);
 
     switch (message) {
         case DG_MSG_INIT:
@@ -82,7 +82,7 @@ short KW_Dlg_Language_CallBack(short message, short dialogID, short item, DGUser
                 return kItemCancel;
             }
             if (item == kItemOK) {
-                short const chosen = selectedLanguage(dialogID, langIndexes, languageAtOpening);
+                const short chosen = selectedLanguage(dialogID, langIndexes, languageAtOpening);
                 gKW_Language = chosen;
                 if (chosen != languageAtOpening) KW_Language_Write();
                 return kItemOK;
@@ -105,7 +105,7 @@ short KW_Dlg_Language_CallBack(short message, short dialogID, short item, DGUser
 }  // namespace
 
 bool KW_Dlg_Language() {
-    RSResModule const module = ACAPI_GetOwnResModule();
-    short const closedBy = DGModalDialog(module, kDialog, module, KW_Dlg_Language_CallBack, gKW_Language);
+    const RSResModule module = ACAPI_GetOwnResModule();
+    const short closedBy = DGModalDialog(module, kDialog, module, KW_Dlg_Language_CallBack, gKW_Language);
     return closedBy == kItemOK;
 }

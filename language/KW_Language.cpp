@@ -29,7 +29,7 @@ KW_AddonSettings_Type languageSettings() {
     return sett_ADDON_HAS_OWN_LANGUAGE ? KW_AddonSettings_ThisAddon : KW_AddonSettings_AllAddons;
 }
 
-short languageOfSuffix(KW_String const& suffix) {
+short languageOfSuffix(const KW_String& suffix) {
     for (short index = 0; index < KW_Language_Count; ++index) {
         if (KW_String::CompareIgnoreCase(suffix, 0, gKW_Languages_Suffixes[index], 0, 0) == 0) return index;
     }
@@ -37,11 +37,11 @@ short languageOfSuffix(KW_String const& suffix) {
 }
 
 // Russian has no number in the older form.
-short languageOfNumber(KW_String const& text) {
+short languageOfNumber(const KW_String& text) {
     if (KW_String::IsNumber(text) == 0) return KW_Language_International;
-    long const number = KW_String::ToLong(text.ToCStr(KW_String::Encoding_System).data);
+    const long number = KW_String::ToLong(text.ToCStr(KW_String::Encoding_System).data);
     if (number < 0) return KW_Language_International;
-    long const index = number & 0xFFFF;
+    const long index = number & 0xFFFF;
     return index <= 5 ? static_cast<short>(index) : KW_Language_International;
 }
 
@@ -71,8 +71,8 @@ void KW_Language_Write() {
 
 void KW_Language_CheckSupportedLanguage() {
     if (gKW_Language < kFirstExtraLanguage) return;
-    KW_String const supported(sett_ADDON_SUPP_EXTRA_LANGUAGES, KW_String::Encoding_System);
-    bool const known = gKW_Language < KW_Language_Count;
+    const KW_String supported(sett_ADDON_SUPP_EXTRA_LANGUAGES, KW_String::Encoding_System);
+    const bool known = gKW_Language < KW_Language_Count;
     if (!known || supported.IndexOfIgnoreCase(gKW_Languages_Suffixes[gKW_Language], 0) < 0) {
         gKW_Language = KW_Language_International;
     }

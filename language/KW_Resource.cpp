@@ -11,17 +11,17 @@ constexpr int kMenuItemCount = 5;
 
 KW_String KW_Resource_GetString(short resID, long index) {
     unsigned short text[kRSStringBufferUnits] = {};
-    short const stringIndex = static_cast<short>(index);
-    RSResModule const module = ACAPI_GetOwnResModule();
+    const short stringIndex = static_cast<short>(index);
+    const RSResModule module = ACAPI_GetOwnResModule();
     bool found = ACAPI_Resource_GetLocUStr(text, resID, stringIndex, module);
     if (!found && gKW_Language != KW_Language_International) {
-        short const international = static_cast<short>(resID + KW_Language_International - gKW_Language);
+        const short international = static_cast<short>(resID + KW_Language_International - gKW_Language);
         found = ACAPI_Resource_GetLocUStr(text, international, stringIndex, module);
     }
     return found ? KW_String(text) : KW_String("_ERR_NO_", KW_String::Encoding_System);
 }
 
-GSErrCode KW_Menu_SetText(short menuResID, int item, KW_String const& text) {
+GSErrCode KW_Menu_SetText(short menuResID, int item, const KW_String& text) {
     API_MenuItemRef itemRef{};
     itemRef.menuResID = menuResID;
     itemRef.itemIndex = item;
@@ -31,9 +31,9 @@ GSErrCode KW_Menu_SetText(short menuResID, int item, KW_String const& text) {
 
 void MenuUpdate() {
     for (short language = 0; language < KW_Language_Count; ++language) {
-        short const menuResID = static_cast<short>(KW_Resource_Menu + language);
+        const short menuResID = static_cast<short>(KW_Resource_Menu + language);
         for (int item = 1; item <= kMenuItemCount; ++item) {
-            KW_String const text =
+            const KW_String text =
                 KW_Resource_GetString(static_cast<short>(KW_Resource_MenuItems + gKW_Language), item);
             KW_Menu_SetText(menuResID, item, text);
         }

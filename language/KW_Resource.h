@@ -17,7 +17,7 @@ constexpr short KW_Resource_Framework = 32710;
 KW_String KW_Resource_GetString(short resID, long index);
 
 /// Sets the text of item `item` (from 1) of a menu. Returns the host's error code.
-GSErrCode KW_Menu_SetText(short menuResID, int item, KW_String const& text);
+GSErrCode KW_Menu_SetText(short menuResID, int item, const KW_String& text);
 
 /// Writes the texts of the five items in the current language into the menus of all languages; only one of
 /// them is registered with the host, and the host's errors for the others are ignored.

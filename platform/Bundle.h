@@ -20,5 +20,5 @@ using GSInitImageProc = int (*)();
 bool GSRoot_DelayInitImage(GSInitImageProc init);
 
 /// Diagnostic print of the host, printf-style, to the standard error stream unless a program takes it
-/// (platform/Diagnostics.h).
+/// (platform/host/Diagnostics.h).
 void DBPrintf(const char* format, ...) __attribute__((format(printf, 1, 2)));

@@ -3,7 +3,7 @@
 #include "platform/CFBase.h"
 
 /// The operating system's run loop and its timers, for add-ons. There is one run loop, that of the main
-/// thread (platform/RunLoop.h); the host drives it.
+/// thread (platform/host/RunLoop.h); the host drives it.
 
 struct CFRunLoop;
 using CFRunLoopRef = CFRunLoop*;

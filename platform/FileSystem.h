@@ -193,17 +193,10 @@ public:
         SuiteSettingsFolder = 14,  ///< settings, marker files and downloads of the suite
     };
 
-    /// $TESSARO_DATA_DIR, else $XDG_CONFIG_HOME/Tessaro, else ~/.config/Tessaro, unless SetSpecialLocation
-    /// gave another; it may not exist yet. `*location` is set only on success. kErrNotFound for other
+    /// $TESSARO_DATA_DIR, else $XDG_CONFIG_HOME/Tessaro, else ~/.config/Tessaro, unless the
+    /// host has set another; it may not exist yet. `*location` is set only on success. kErrNotFound for other
     /// numbers, and without a home folder.
     static GSErrCode GetSpecialLocation(SpecLocId id, Location* location);
-
-    // For hosts and tests, not for add-ons.
-
-    /// Creates the folder, and those above it, if it is missing; new ones are for their owner only.
-    static GSErrCode CreateSpecialLocation(SpecLocId id);
-    /// Uses `location` from now on; no location brings the folder of the environment back.
-    static GSErrCode SetSpecialLocation(SpecLocId id, const Location& location);
 };
 
 }  // namespace IO

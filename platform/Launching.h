@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <string>
 
 /// Opening documents, folders and web pages in the programs that the desktop associates with them. All calls
 /// on the main thread.
@@ -35,29 +33,3 @@ int ICLaunchURL(ICInstance instance, const unsigned char* hint, const char* data
                 long* selectionStart, long* selectionEnd);
 /// Closes the service. Returns 0, or kICBadArgument when it is not open.
 int ICStop(ICInstance instance);
-
-// ---- For the host ---------------------------------------------------------------------------------------
-
-namespace platform {
-
-struct LaunchRequest {
-    enum class Kind { Document, WebAddress };
-
-    Kind kind;
-    std::string target;  ///< the path's bytes as they came; the address in UTF-8
-};
-
-/// Carries out a request; 0 for success. Must not throw.
-using LaunchHandler = std::function<int(const LaunchRequest&)>;
-
-/// Lets `handler` have the requests instead of the desktop; an empty one restores the desktop's opener.
-void setLaunchHandler(LaunchHandler handler);
-
-/// Replaces the program that opens documents and addresses (xdg-open, found on the search path); an empty
-/// name restores it.
-void setOpenerProgram(std::string program);
-
-/// How long OpenDocument waits for the opener, in milliseconds; a negative number restores the default.
-void setOpenerPatience(int milliseconds);
-
-}  // namespace platform

@@ -46,8 +46,3 @@ inline long BMGetHandleSize(BMHandle handle) {
 
 /// Frees the block and sets the handle to null; a null handle is left alone.
 void BMKillHandle(BMHandle* handle);
-
-/// For tests: the next `successes` requests for memory succeed and every later one fails, until it is called
-/// again; a negative number ends the failing. Until then blocks get no spare room, so that each resizing is a
-/// request: call it with a large number before the block in question is allocated.
-void BMFailAfter(long successes);

@@ -36,7 +36,7 @@ SettingsSet setOf(KW_AddonSettings_Type type) {
 }
 
 /// Index of the first entry of the key, or -1.
-long indexOf(KW_List<KW_Setting> const& list, KW_String const& key) {
+long indexOf(const KW_List<KW_Setting>& list, const KW_String& key) {
     for (long i = 0; i < list.count; ++i) {
         if (KW_String::Compare(list[i].key, 0, key, 0, 0) == 0) return i;
     }
@@ -44,18 +44,18 @@ long indexOf(KW_List<KW_Setting> const& list, KW_String const& key) {
 }
 
 /// The value of the key, or null.
-KW_String const* valueOf(KW_AddonSettings_Type type, KW_String const& key, bool load) {
+const KW_String* valueOf(KW_AddonSettings_Type type, const KW_String& key, bool load) {
     const SettingsSet set = setOf(type);
     if (load && !set.loaded && !KW_AddonSettings_Load(type, true)) return nullptr;
     const long index = indexOf(set.list, key);
     return index >= 0 ? &set.list[index].value : nullptr;
 }
 
-long toLong(KW_String const& value) {
+long toLong(const KW_String& value) {
     return KW_String::ToLong(value.ToCStr(kEncoding).data);
 }
 
-double toDouble(KW_String const& value) {
+double toDouble(const KW_String& value) {
     return KW_String::ToDouble(value.ToCStr(kEncoding).data);
 }
 
@@ -104,38 +104,38 @@ bool KW_AddonSettings_Save(KW_AddonSettings_Type type) {
     return true;
 }
 
-bool KW_AddonSettings_Get(KW_AddonSettings_Type type, KW_String const& key, KW_String* value, bool load) {
-    KW_String const* found = valueOf(type, key, load);
+bool KW_AddonSettings_Get(KW_AddonSettings_Type type, const KW_String& key, KW_String* value, bool load) {
+    const KW_String* found = valueOf(type, key, load);
     if (found != nullptr && value != nullptr) *value = *found;
     return found != nullptr;
 }
 
-KW_String KW_AddonSettings_Get(KW_AddonSettings_Type type, KW_String const& key, bool load) {
-    KW_String const* found = valueOf(type, key, load);
+KW_String KW_AddonSettings_Get(KW_AddonSettings_Type type, const KW_String& key, bool load) {
+    const KW_String* found = valueOf(type, key, load);
     return found != nullptr ? *found : KW_String("", kEncoding);
 }
 
-bool KW_AddonSettings_GetLong(KW_AddonSettings_Type type, KW_String const& key, long* value, bool load) {
-    KW_String const* found = valueOf(type, key, load);
+bool KW_AddonSettings_GetLong(KW_AddonSettings_Type type, const KW_String& key, long* value, bool load) {
+    const KW_String* found = valueOf(type, key, load);
     if (found != nullptr && value != nullptr) *value = toLong(*found);
     return found != nullptr;
 }
 
-long KW_AddonSettings_GetLong(KW_AddonSettings_Type type, KW_String const& key, bool load) {
+long KW_AddonSettings_GetLong(KW_AddonSettings_Type type, const KW_String& key, bool load) {
     return toLong(KW_AddonSettings_Get(type, key, load));
 }
 
-bool KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, KW_String const& key, double* value, bool load) {
-    KW_String const* found = valueOf(type, key, load);
+bool KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, const KW_String& key, double* value, bool load) {
+    const KW_String* found = valueOf(type, key, load);
     if (found != nullptr && value != nullptr) *value = toDouble(*found);
     return found != nullptr;
 }
 
-double KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, KW_String const& key, bool load) {
+double KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, const KW_String& key, bool load) {
     return toDouble(KW_AddonSettings_Get(type, key, load));
 }
 
-bool KW_AddonSettings_Set(KW_AddonSettings_Type type, KW_String const& key, KW_String const& value,
+bool KW_AddonSettings_Set(KW_AddonSettings_Type type, const KW_String& key, const KW_String& value,
                           bool addIfMissing) {
     KW_List<KW_Setting>& list = setOf(type).list;
     const long index = indexOf(list, key);
@@ -147,12 +147,12 @@ bool KW_AddonSettings_Set(KW_AddonSettings_Type type, KW_String const& key, KW_S
     return true;
 }
 
-bool KW_AddonSettings_SetLong(KW_AddonSettings_Type type, KW_String const& key, long value,
+bool KW_AddonSettings_SetLong(KW_AddonSettings_Type type, const KW_String& key, long value,
                               bool addIfMissing) {
     return KW_AddonSettings_Set(type, key, KW_String::LongToString(value, 0), addIfMissing);
 }
 
-bool KW_AddonSettings_SetDouble(KW_AddonSettings_Type type, KW_String const& key, double value,
+bool KW_AddonSettings_SetDouble(KW_AddonSettings_Type type, const KW_String& key, double value,
                                 bool addIfMissing) {
     // The text of printf's %g, which itself would follow the process's locale.
     std::array<char, 32> digits;
@@ -162,14 +162,14 @@ bool KW_AddonSettings_SetDouble(KW_AddonSettings_Type type, KW_String const& key
     return KW_AddonSettings_Set(type, key, KW_String(digits.data(), size, kEncoding), addIfMissing);
 }
 
-void KW_AddonSettings_LoadSetSave(KW_AddonSettings_Type type, KW_String const& key, KW_String const& value,
+void KW_AddonSettings_LoadSetSave(KW_AddonSettings_Type type, const KW_String& key, const KW_String& value,
                                   bool addIfMissing) {
     (void)KW_AddonSettings_Load(type, true);
     (void)KW_AddonSettings_Set(type, key, value, addIfMissing);
     (void)KW_AddonSettings_Save(type);
 }
 
-bool KW_AddonSettings_Remove(KW_AddonSettings_Type type, KW_String const& key) {
+bool KW_AddonSettings_Remove(KW_AddonSettings_Type type, const KW_String& key) {
     KW_List<KW_Setting>& list = setOf(type).list;
     const long index = indexOf(list, key);
     if (index >= 0) list.DeleteData(index);
@@ -187,7 +187,7 @@ long KW_AddonSettings_GetCount(KW_AddonSettings_Type type) {
 }
 
 bool KW_AddonSettings_Get(KW_AddonSettings_Type type, long index, KW_String* key, KW_String* value) {
-    KW_List<KW_Setting> const& list = setOf(type).list;
+    const KW_List<KW_Setting>& list = setOf(type).list;
     if (index < 0 || index >= list.count) return false;
     if (key != nullptr) *key = list[index].key;
     if (value != nullptr) *value = list[index].value;

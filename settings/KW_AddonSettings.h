@@ -31,36 +31,36 @@ bool KW_AddonSettings_Load(KW_AddonSettings_Type type, bool onlyIfNotLoaded);
 bool KW_AddonSettings_Save(KW_AddonSettings_Type type);
 
 /// Whether the key is there; `*value` (may be null) is set only then.
-bool KW_AddonSettings_Get(KW_AddonSettings_Type type, KW_String const& key, KW_String* value, bool load);
+bool KW_AddonSettings_Get(KW_AddonSettings_Type type, const KW_String& key, KW_String* value, bool load);
 /// The value, or the empty string.
-KW_String KW_AddonSettings_Get(KW_AddonSettings_Type type, KW_String const& key, bool load);
-KW_String KW_AddonSettings_Get(KW_AddonSettings_Type type, KW_String const& key, KW_String* value) = delete;
+KW_String KW_AddonSettings_Get(KW_AddonSettings_Type type, const KW_String& key, bool load);
+KW_String KW_AddonSettings_Get(KW_AddonSettings_Type type, const KW_String& key, KW_String* value) = delete;
 /// The value as KW_String::ToLong reads it; `*value` is set only when the key is there.
-bool KW_AddonSettings_GetLong(KW_AddonSettings_Type type, KW_String const& key, long* value, bool load);
+bool KW_AddonSettings_GetLong(KW_AddonSettings_Type type, const KW_String& key, long* value, bool load);
 /// The same, or 0.
-long KW_AddonSettings_GetLong(KW_AddonSettings_Type type, KW_String const& key, bool load);
-long KW_AddonSettings_GetLong(KW_AddonSettings_Type type, KW_String const& key, long* value) = delete;
+long KW_AddonSettings_GetLong(KW_AddonSettings_Type type, const KW_String& key, bool load);
+long KW_AddonSettings_GetLong(KW_AddonSettings_Type type, const KW_String& key, long* value) = delete;
 /// The value as KW_String::ToDouble reads it; `*value` is set only when the key is there.
-bool KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, KW_String const& key, double* value, bool load);
+bool KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, const KW_String& key, double* value, bool load);
 /// The same, or what an empty text gives.
-double KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, KW_String const& key, bool load);
-double KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, KW_String const& key, double* value) = delete;
+double KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, const KW_String& key, bool load);
+double KW_AddonSettings_GetDouble(KW_AddonSettings_Type type, const KW_String& key, double* value) = delete;
 
 /// Replaces the value of the key; a missing one is added at the end with `addIfMissing`, else nothing
 /// changes. Always true.
-bool KW_AddonSettings_Set(KW_AddonSettings_Type type, KW_String const& key, KW_String const& value,
+bool KW_AddonSettings_Set(KW_AddonSettings_Type type, const KW_String& key, const KW_String& value,
                           bool addIfMissing);
-bool KW_AddonSettings_SetLong(KW_AddonSettings_Type type, KW_String const& key, long value,
+bool KW_AddonSettings_SetLong(KW_AddonSettings_Type type, const KW_String& key, long value,
                               bool addIfMissing);
 /// Six significant digits, with a point in every locale: what is read back may differ.
-bool KW_AddonSettings_SetDouble(KW_AddonSettings_Type type, KW_String const& key, double value,
+bool KW_AddonSettings_SetDouble(KW_AddonSettings_Type type, const KW_String& key, double value,
                                 bool addIfMissing);
 /// Loads the set if it is not loaded, sets the value and saves; the results are not reported.
-void KW_AddonSettings_LoadSetSave(KW_AddonSettings_Type type, KW_String const& key, KW_String const& value,
+void KW_AddonSettings_LoadSetSave(KW_AddonSettings_Type type, const KW_String& key, const KW_String& value,
                                   bool addIfMissing);
 
 /// Whether there was an entry to remove.
-bool KW_AddonSettings_Remove(KW_AddonSettings_Type type, KW_String const& key);
+bool KW_AddonSettings_Remove(KW_AddonSettings_Type type, const KW_String& key);
 /// Removes all entries. A loaded set stays loaded.
 void KW_AddonSettings_Clear(KW_AddonSettings_Type type);
 

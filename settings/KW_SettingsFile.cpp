@@ -64,7 +64,7 @@ private:
 /// from the decoded whole: in an 8-bit encoding unit i is byte i.
 class Parser {
 public:
-    Parser(std::string_view bytes, unsigned short const* units)
+    Parser(std::string_view bytes, const unsigned short* units)
         : bytes_(bytes), units_(units), lineFeeds_(bytes, '\n'), returns_(bytes, '\r') {}
 
     bool atEnd() const { return position_ >= bytes_.size(); }
@@ -117,7 +117,7 @@ private:
     }
 
     std::string_view bytes_;
-    unsigned short const* units_;
+    const unsigned short* units_;
     ForwardFinder lineFeeds_;
     ForwardFinder returns_;
     std::size_t position_ = 0;
@@ -135,15 +135,15 @@ public:
         return true;
     }
 
-    bool putText(KW_String const& text) {
+    bool putText(const KW_String& text) {
         const StringServices::Encoded encoded = StringServices::encode(
-            GetApplicationTextEncoding(), reinterpret_cast<char const*>(text.data), text.length, '?',
+            GetApplicationTextEncoding(), reinterpret_cast<const char*>(text.data), text.length, '?',
             sWorkBuffer + size_, static_cast<long>(kKW_SettingsFile_MaxImageSize - size_));
         size_ += static_cast<unsigned long>(encoded.bytes);
         return encoded.units == static_cast<long>(text.length);
     }
 
-    bool putValue(KW_String const& value) {
+    bool putValue(const KW_String& value) {
         const unsigned long start = size_;
         if (!putText(value)) return false;
         const std::string_view plain(sWorkBuffer + start, size_ - start);
@@ -152,14 +152,14 @@ public:
         return oneLine || putLines(std::string(plain), start);
     }
 
-    bool putEntry(KW_Setting const& entry) {
+    bool putEntry(const KW_Setting& entry) {
         return putByte('$') && putText(entry.key) && putByte(':') && putByte(' ') && putValue(entry.value) &&
                putByte('\n');
     }
 
 private:
     /// Puts the value at `start` with "#" behind each line break.
-    bool putLines(std::string const& value, unsigned long start) {
+    bool putLines(const std::string& value, unsigned long start) {
         size_ = start;
         for (std::size_t i = 0; i < value.size(); ++i) {
             const bool firstOfTwo = value[i] == '\r' && i + 1 < value.size() && value[i + 1] == '\n';
@@ -174,7 +174,7 @@ private:
 
 /// The file's bytes with their halves in order, in the work buffer. False when it is too large or cannot be
 /// read.
-bool readFile(KW_Location const& location, std::string_view& text) {
+bool readFile(const KW_Location& location, std::string_view& text) {
     unsigned long size = 0;
     if (KW_File::ReadBinBounded(location, sWorkBuffer, kKW_SettingsFile_MaxFileSize, &size, nullptr) != 0) {
         return false;
@@ -193,7 +193,7 @@ void KW_SettingsFile_ExchangeHalves(char* bytes, unsigned long size) {
     }
 }
 
-bool KW_SettingsFile_Parse(char const* bytes, unsigned long size, KW_List<KW_Setting>& list) {
+bool KW_SettingsFile_Parse(const char* bytes, unsigned long size, KW_List<KW_Setting>& list) {
     if (size == 0) return true;
     if (size > kKW_SettingsFile_MaxImageSize) return false;
     decode(std::string_view(bytes, size));
@@ -214,7 +214,7 @@ bool KW_SettingsFile_Parse(char const* bytes, unsigned long size, KW_List<KW_Set
     return found != Parser::Entry::Fault;
 }
 
-KW_SettingsFile_Result KW_SettingsFile_Read(KW_Location const& location, KW_List<KW_Setting>& list) {
+KW_SettingsFile_Result KW_SettingsFile_Read(const KW_Location& location, KW_List<KW_Setting>& list) {
     list.Reset();
     std::string_view text;
     if (!readFile(location, text)) return KW_SettingsFile_Result::Refused;
@@ -222,7 +222,7 @@ KW_SettingsFile_Result KW_SettingsFile_Read(KW_Location const& location, KW_List
                                                                  : KW_SettingsFile_Result::Malformed;
 }
 
-bool KW_SettingsFile_Write(KW_Location const& location, KW_List<KW_Setting> const& list) {
+bool KW_SettingsFile_Write(const KW_Location& location, const KW_List<KW_Setting>& list) {
     Image image;
     for (long i = 0; i < list.count; ++i) {
         if (!image.putEntry(list[i])) return false;
@@ -231,7 +231,7 @@ bool KW_SettingsFile_Write(KW_Location const& location, KW_List<KW_Setting> cons
     return KW_File::WriteBin(location, sWorkBuffer, static_cast<long>(image.size()), false, true) == 0;
 }
 
-bool KW_SettingsFile_KeepDamaged(KW_Location const& location) {
+bool KW_SettingsFile_KeepDamaged(const KW_Location& location) {
     std::string_view text;
     if (!readFile(location, text)) return false;
     KW_List<KW_Setting> entries;

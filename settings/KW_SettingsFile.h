@@ -18,7 +18,7 @@ struct KW_Setting {
     KW_String value;
 
     KW_Setting() : key("", KW_String::Encoding_System), value("", KW_String::Encoding_System) {}
-    KW_Setting(KW_String const& entryKey, KW_String const& entryValue) : key(entryKey), value(entryValue) {}
+    KW_Setting(const KW_String& entryKey, const KW_String& entryValue) : key(entryKey), value(entryValue) {}
 };
 
 /// A larger file is not read.
@@ -38,16 +38,16 @@ void KW_SettingsFile_ExchangeHalves(char* bytes, unsigned long size);
 /// Appends the entries that `bytes` (halves already in order) hold. An entry that the end cuts short is
 /// dropped. False at the first fault: an entry that does not begin with "$", has no ":" or no key, or a line
 /// break with anything but "#", "$" or the end behind it.
-bool KW_SettingsFile_Parse(char const* bytes, unsigned long size, KW_List<KW_Setting>& list);
+bool KW_SettingsFile_Parse(const char* bytes, unsigned long size, KW_List<KW_Setting>& list);
 
 /// Replaces the list's content by the file's.
-[[nodiscard]] KW_SettingsFile_Result KW_SettingsFile_Read(KW_Location const& location,
+[[nodiscard]] KW_SettingsFile_Result KW_SettingsFile_Read(const KW_Location& location,
                                                           KW_List<KW_Setting>& list);
 
 /// Makes the file hold exactly the list's entries, in their order; whoever reads meanwhile finds the old file
 /// or the new. False when the image would be too large or could not be written: the old file stands.
-[[nodiscard]] bool KW_SettingsFile_Write(KW_Location const& location, KW_List<KW_Setting> const& list);
+[[nodiscard]] bool KW_SettingsFile_Write(const KW_Location& location, const KW_List<KW_Setting>& list);
 
 /// Copies a file that does not parse to the same name with ".damaged" behind it, replacing an older copy. A
 /// file that parses, or is missing, is not copied. False when the file could not be read or copied.
-[[nodiscard]] bool KW_SettingsFile_KeepDamaged(KW_Location const& location);
+[[nodiscard]] bool KW_SettingsFile_KeepDamaged(const KW_Location& location);

@@ -29,9 +29,9 @@ struct KW_AddonUpdate_Addon {
     bool inSuite;              ///< false when marked "NoSuite"
 
     KW_AddonUpdate_Addon();
-    KW_AddonUpdate_Addon(KW_AddonUpdate_Addon const& other) = default;
+    KW_AddonUpdate_Addon(const KW_AddonUpdate_Addon& other) = default;
     KW_AddonUpdate_Addon(KW_AddonUpdate_Addon&& other) = default;
-    KW_AddonUpdate_Addon& operator=(KW_AddonUpdate_Addon const& other);
+    KW_AddonUpdate_Addon& operator=(const KW_AddonUpdate_Addon& other);
 };
 
 /// One library line, such as "Tessaro 01/10/2018". A new record has empty strings.
@@ -79,11 +79,11 @@ void KW_AddonUpdate_SplitLibVersion(KW_String line, KW_AddonUpdate_Library& libr
 ///
 /// Returns false when there is no version line or no folder for the download; true otherwise, also when no
 /// check was due. Whatever else fails is told to the user.
-bool KW_AddonUpdate_CheckForUpdate(bool byUser, KW_String const& ownVersion, KW_String const& libraryName);
+bool KW_AddonUpdate_CheckForUpdate(bool byUser, const KW_String& ownVersion, const KW_String& libraryName);
 
 /// The automatic check, if it is switched on. Where it has never been switched on or off, it is switched on
 /// and no check is made yet. Returns what the check returns, true without one.
-bool KW_AddonUpdate_AutoUpdate(KW_String const& ownVersion, KW_String const& libraryName);
+bool KW_AddonUpdate_AutoUpdate(const KW_String& ownVersion, const KW_String& libraryName);
 
 /// Switches the automatic check on or off by the check mark of menu item `item` (from 1), in the menus
 /// `menuResID` to `menuResID` + 6, each from its own mark; the last one that the host has decides. Always

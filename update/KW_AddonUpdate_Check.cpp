@@ -44,7 +44,7 @@ void showFailure() {
 void openResultDialog() {
     if (sIDUpdateDialog != 0 && !sUpdateDialogClosed) DGModelessClose(sIDUpdateDialog);
     sUpdateDialogClosed = false;
-    RSResModule const module = ACAPI_GetOwnResModule();
+    const RSResModule module = ACAPI_GetOwnResModule();
     sIDUpdateDialog =
         DGModelessInit(module, kUpdateDialogResID, module, KW_AddonUpdate_ResultUpdate_Handler, 0);
 }
@@ -69,7 +69,7 @@ bool takeVersionsFile(KW_String& text) {
 }
 
 void showResult(KW_AddonUpdate_Comparison comparison) {
-    bool const upToDate = comparison == KW_AddonUpdate_UpToDate;
+    const bool upToDate = comparison == KW_AddonUpdate_UpToDate;
     sUpdateStatus = upToDate ? kUpdateStatus_UpToDate : kUpdateStatus_Available;
     if (upToDate && !sUpdateCalledByUser) {
         DGModelessClose(sIDUpdateDialog);
@@ -89,9 +89,9 @@ void downloadFailed() {
 void downloadFinished() {
     sUpdateDownloading = false;
     KW_String text;
-    bool const read = takeVersionsFile(text);
+    const bool read = takeVersionsFile(text);
     if (sUpdateDialogClosed) return;
-    KW_AddonUpdate_Comparison const comparison = KW_AddonUpdate_CompareVersions(sCurrentAddonVersion, text);
+    const KW_AddonUpdate_Comparison comparison = KW_AddonUpdate_CompareVersions(sCurrentAddonVersion, text);
     if (read && comparison != KW_AddonUpdate_OwnLineInvalid) {
         showResult(comparison);
     } else {
@@ -105,7 +105,7 @@ bool KW_AddonUpdate_IsCheckDue(std::time_t now, long lastCheck) {
     return lastCheck == 0 || std::difftime(now, lastCheck) >= kCheckInterval;
 }
 
-bool KW_AddonUpdate_CheckForUpdate(bool byUser, KW_String const& ownVersion, KW_String const& libraryName) {
+bool KW_AddonUpdate_CheckForUpdate(bool byUser, const KW_String& ownVersion, const KW_String& libraryName) {
     if (sUpdateDownloading) {
         sUpdateCalledByUser = sUpdateCalledByUser || byUser;
         return true;
@@ -116,7 +116,7 @@ bool KW_AddonUpdate_CheckForUpdate(bool byUser, KW_String const& ownVersion, KW_
 
     KW_AddonSettings_Load(KW_AddonSettings_ThisAddon, true);
     if (!byUser) {
-        long const lastCheck = KW_AddonSettings_GetLong(KW_AddonSettings_ThisAddon, lastCheckKey(), false);
+        const long lastCheck = KW_AddonSettings_GetLong(KW_AddonSettings_ThisAddon, lastCheckKey(), false);
         if (!KW_AddonUpdate_IsCheckDue(std::time(nullptr), lastCheck)) return true;
     }
 
@@ -136,8 +136,8 @@ bool KW_AddonUpdate_CheckForUpdate(bool byUser, KW_String const& ownVersion, KW_
     return true;
 }
 
-bool KW_AddonUpdate_AutoUpdate(KW_String const& ownVersion, KW_String const& libraryName) {
-    KW_String const value = KW_AddonUpdate_GetAutoUpdate();
+bool KW_AddonUpdate_AutoUpdate(const KW_String& ownVersion, const KW_String& libraryName) {
+    const KW_String value = KW_AddonUpdate_GetAutoUpdate();
     if (value.length == 0) {
         KW_AddonUpdate_SetAutoUpdate(true);
         return true;

@@ -35,11 +35,11 @@ constexpr short kDialogHeight = 172;
 constexpr unsigned int kEveryView = 7;  // the window lives in every kind of view
 constexpr char kUpdatePagePath[] = "update_plugins/updates.htm";
 
-GS::UniString toHost(KW_String const& text) {
+GS::UniString toHost(const KW_String& text) {
     return GS::UniString(text.data, text.length);
 }
 
-void setText(short dialogID, short item, KW_String const& text) {
+void setText(short dialogID, short item, const KW_String& text) {
     DGSetItemText(dialogID, item, toHost(text));
 }
 
@@ -47,7 +47,7 @@ void setText(short dialogID, short item, short textIndex) {
     setText(dialogID, item, KW_AddonUpdate_GetText(textIndex));
 }
 
-KW_String textWithName(short textIndex, char const* placeholder, KW_String const& name) {
+KW_String textWithName(short textIndex, const char* placeholder, const KW_String& name) {
     return KW_AddonUpdate_GetText(textIndex).Replace(KW_AddonUpdate_SystemText(placeholder), name);
 }
 
@@ -62,14 +62,14 @@ void fillWithLibrary(short dialogID, bool available) {
 }
 
 void fillWithoutLibrary(short dialogID, bool available) {
-    for (short const item : {kItemLibraryPage, kItemLibrary, kItemHeadline})
+    for (const short item : {kItemLibraryPage, kItemLibrary, kItemHeadline})
         DGHideItem(dialogID, item);
     setText(dialogID, kItemAddon, available ? kTextAvailable : kTextUpToDate);
 }
 
 void fillWithResult(short dialogID) {
-    bool const available = sUpdateStatus == kUpdateStatus_Available;
-    for (short const item : {kItemWebSite, kItemAddon, kItemLibrary, kItemUpdatePage})
+    const bool available = sUpdateStatus == kUpdateStatus_Available;
+    for (const short item : {kItemWebSite, kItemAddon, kItemLibrary, kItemUpdatePage})
         DGShowItem(dialogID, item);
     if (available) {
         DGEnableItem(dialogID, kItemUpdatePage);
@@ -84,7 +84,7 @@ void fillWithResult(short dialogID) {
 }
 
 void hideResult(short dialogID) {
-    for (short const item : {kItemWebSite, kItemUpdatePage, kItemLibraryPage, kItemAddon, kItemLibrary}) {
+    for (const short item : {kItemWebSite, kItemUpdatePage, kItemLibraryPage, kItemAddon, kItemLibrary}) {
         DGHideItem(dialogID, item);
     }
 }

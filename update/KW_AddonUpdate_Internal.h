@@ -11,10 +11,10 @@
 
 // ---- Texts and numbers
 
-inline KW_String KW_AddonUpdate_SystemText(char const* text) {
+inline KW_String KW_AddonUpdate_SystemText(const char* text) {
     return KW_String(text, KW_String::Encoding_System);
 }
-inline long KW_AddonUpdate_ToLong(KW_String const& text) {
+inline long KW_AddonUpdate_ToLong(const KW_String& text) {
     return KW_String::ToLong(text.ToCStr(KW_String::Encoding_System).data);
 }
 /// A text of the suite in the current language.
@@ -36,7 +36,7 @@ KW_String KW_AddonUpdate_FormatDate(KW_String& date);
 KW_String KW_AddonUpdate_ReadText(long& index, KW_List<KW_String>& lines);
 
 /// Appends the entries of a versions file's text to the lists.
-void KW_AddonUpdate_ReadVersions(KW_String const& text, KW_List<KW_AddonUpdate_Message>& messages,
+void KW_AddonUpdate_ReadVersions(const KW_String& text, KW_List<KW_AddonUpdate_Message>& messages,
                                  KW_List<KW_AddonUpdate_Addon>& addons,
                                  KW_List<KW_AddonUpdate_Library>& libraries);
 
@@ -49,7 +49,7 @@ enum KW_AddonUpdate_Comparison : short {
 
 /// Looks in the text of a versions file for a line of the same product, host and major version as `ownLine`
 /// with a later date. Only the date decides.
-KW_AddonUpdate_Comparison KW_AddonUpdate_CompareVersions(KW_String const& ownLine, KW_String const& text);
+KW_AddonUpdate_Comparison KW_AddonUpdate_CompareVersions(const KW_String& ownLine, const KW_String& text);
 
 // ---- Check
 

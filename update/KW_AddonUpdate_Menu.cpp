@@ -44,8 +44,8 @@ bool KW_AddonUpdate_SwitchAutoUpdateValue(short menuResID, short item) {
 }
 
 bool KW_AddonUpdate_SetMenuUpdateCheck(short menuResID, short item) {
-    KW_String const value = KW_AddonUpdate_GetAutoUpdate();
-    long const on = value.length == 0 ? 1 : KW_AddonUpdate_ToLong(value);
+    const KW_String value = KW_AddonUpdate_GetAutoUpdate();
+    const long on = value.length == 0 ? 1 : KW_AddonUpdate_ToLong(value);
     changeItemFlags(menuResID, item, [on](std::uint32_t& flags) {
         if (on == 0) flags &= ~kAPIMenuItemChecked;
         if (on == 1) flags |= kAPIMenuItemChecked;

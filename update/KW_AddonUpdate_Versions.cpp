@@ -33,7 +33,7 @@ bool holdsMessageMark(KW_Units token) {
 
 /// Empty, not null, for no units.
 void setText(KW_String& text, KW_Units units) {
-    auto const count = static_cast<unsigned int>(units.size());
+    const auto count = static_cast<unsigned int>(units.size());
     text.THIS_Alloc(count + 1, false);
     std::ranges::copy(units, text.data);
     text.data[count] = 0;
@@ -62,7 +62,7 @@ KW_String emptyString() {
 /// The number that the digits are; numbers too large for 64 bits wrap, as everywhere.
 short numberOf(KW_Units digits) {
     unsigned long number = 0;
-    for (unsigned short const digit : digits) {
+    for (const unsigned short digit : digits) {
         if (digit < '0' || digit > '9') break;
         number = number * 10 + (digit - '0');
     }
@@ -71,7 +71,7 @@ short numberOf(KW_Units digits) {
 
 void setVersionNumbers(KW_AddonUpdate_Addon& addon, KW_Units version) {
     for (short& number : addon.versionNumbers) {
-        auto const dot = std::ranges::find(version, static_cast<unsigned short>('.'));
+        const auto dot = std::ranges::find(version, static_cast<unsigned short>('.'));
         number = numberOf(KW_Units(version.begin(), dot));
         version = dot == version.end() ? KW_Units() : KW_Units(dot + 1, version.end());
     }
@@ -107,7 +107,7 @@ void forEachMarker(KW_Units line, int first, Note note) {
 }
 
 void fillAddon(KW_AddonUpdate_Addon& addon, KW_Units line) {
-    KW_VersionLine const tokens(line);
+    const KW_VersionLine tokens(line);
     setToken(addon.name, tokens.Token(1));
     setToken(addon.versionText, tokens.Token(2));
     setVersionNumbers(addon, tokens.Token(2));
@@ -130,7 +130,7 @@ void fillAddon(KW_AddonUpdate_Addon& addon, KW_Units line) {
 }
 
 void fillLibrary(KW_AddonUpdate_Library& library, KW_Units line) {
-    KW_VersionLine const tokens(line);
+    const KW_VersionLine tokens(line);
     setToken(library.name, tokens.Token(1));
     setText(library.date, KW_VersionDate(tokens.Token(2)).Units());
     setToken(library.dateText, tokens.Token(2));
@@ -143,7 +143,7 @@ void fillLibrary(KW_AddonUpdate_Library& library, KW_Units line) {
 void addTextLine(KW_String& text, KW_Units line) {
     if (text.length > 0) text.THIS_Append(&kLineFeed, 1);
     if (line.size() <= kTextMark) return;
-    KW_Units const piece = line.subspan(kTextMark);
+    const KW_Units piece = line.subspan(kTextMark);
     text.THIS_Append(piece.data(), static_cast<unsigned int>(piece.size()));
 }
 
@@ -165,12 +165,12 @@ void takeText(KW_String& text, KW_Units& rest) {
         addTextLine(text, KW_TakeLine(lines));
 }
 
-KW_AddonUpdate_Message takeMessage(KW_VersionLine const& line, KW_Units& rest) {
+KW_AddonUpdate_Message takeMessage(const KW_VersionLine& line, KW_Units& rest) {
     KW_AddonUpdate_Message message;
     setText(message.firstDate, KW_VersionDate(line.Token(2)).Units());
     setText(message.secondDate, KW_VersionDate(line.Token(3)).Units());
     takeText(message.text, rest);
-    int const url = message.text.IndexOf(KW_AddonUpdate_SystemText("http://"), 0);
+    const int url = message.text.IndexOf(KW_AddonUpdate_SystemText("http://"), 0);
     if (url >= 0) {
         message.url = message.text.Substring(static_cast<unsigned int>(url));
         message.text = message.text.Substring(0, static_cast<unsigned int>(url));
@@ -191,7 +191,7 @@ KW_AddonUpdate_Addon::KW_AddonUpdate_Addon()
       inSE(false),
       inSuite(true) {}
 
-KW_AddonUpdate_Addon& KW_AddonUpdate_Addon::operator=(KW_AddonUpdate_Addon const& other) {
+KW_AddonUpdate_Addon& KW_AddonUpdate_Addon::operator=(const KW_AddonUpdate_Addon& other) {
     if (this == &other) return *this;
     name = other.name;
     versionText = other.versionText;
@@ -235,7 +235,7 @@ void KW_AddonUpdate_SplitLibVersion(KW_String line, KW_AddonUpdate_Library& libr
 }
 
 KW_String KW_AddonUpdate_ReadText(long& index, KW_List<KW_String>& lines) {
-    long const first = ++index;
+    const long first = ++index;
     std::size_t units = 0;
     for (; index < lines.count && isTextLine(KW_UnitsOf(lines[index])); ++index)
         units += lines[index].length;
@@ -247,14 +247,14 @@ KW_String KW_AddonUpdate_ReadText(long& index, KW_List<KW_String>& lines) {
     return text;
 }
 
-void KW_AddonUpdate_ReadVersions(KW_String const& text, KW_List<KW_AddonUpdate_Message>& messages,
+void KW_AddonUpdate_ReadVersions(const KW_String& text, KW_List<KW_AddonUpdate_Message>& messages,
                                  KW_List<KW_AddonUpdate_Addon>& addons,
                                  KW_List<KW_AddonUpdate_Library>& libraries) {
     KW_Units rest = KW_UnitsOf(text);
     while (!rest.empty()) {
-        KW_Units const line = KW_TakeLine(rest);
+        const KW_Units line = KW_TakeLine(rest);
         if (startsWith(line, '*') || isTextLine(line)) continue;
-        KW_VersionLine const tokens(line);
+        const KW_VersionLine tokens(line);
         if (holdsMessageMark(tokens.Token(1))) {
             messages.AddData(takeMessage(tokens, rest), -1);
             continue;

@@ -39,7 +39,7 @@ bool isDate(KW_Units text) {
 /// At least four numbers between dots; the first four are looked at. A number without digits is one.
 bool isVersion(KW_Units text) {
     for (int number = 1; number <= 4; ++number) {
-        auto const dot = std::ranges::find(text, static_cast<unsigned short>('.'));
+        const auto dot = std::ranges::find(text, static_cast<unsigned short>('.'));
         if (!digitsOnly(KW_Units(text.begin(), dot))) return false;
         if (dot == text.end()) return number == 4;
         text = KW_Units(dot + 1, text.end());
@@ -60,9 +60,9 @@ bool KW_UnitsEqual(KW_Units a, KW_Units b) {
 }
 
 KW_Units KW_TakeLine(KW_Units& text) {
-    auto const end = std::ranges::find_if(
+    const auto end = std::ranges::find_if(
         text, [](unsigned short unit) { return unit == kLineFeed || unit == kCarriageReturn; });
-    KW_Units const line(text.begin(), end);
+    const KW_Units line(text.begin(), end);
     KW_Units rest(end, text.end());
     if (rest.size() > 1 && rest[0] == kCarriageReturn && rest[1] == kLineFeed) rest = rest.subspan(1);
     text = rest.empty() ? rest : rest.subspan(1);
@@ -71,7 +71,7 @@ KW_Units KW_TakeLine(KW_Units& text) {
 
 bool KW_TokenReader::Next(KW_Units& token) {
     if (ended_) return false;
-    auto const end = std::ranges::find_if(rest_, isSeparator);
+    const auto end = std::ranges::find_if(rest_, isSeparator);
     token = KW_Units(rest_.begin(), end);
     ended_ = end == rest_.end();
     rest_ = KW_Units(std::find_if_not(end, rest_.end(), isSeparator), rest_.end());
@@ -85,11 +85,11 @@ KW_VersionDate::KW_VersionDate(KW_Units text) {
 }
 
 void KW_VersionDate::take(KW_Units text, std::size_t start, std::size_t count) {
-    for (unsigned short const unit : part(text, start, count))
+    for (const unsigned short unit : part(text, start, count))
         units_[count_++] = unit;
 }
 
-bool KW_VersionDate::operator>(KW_VersionDate const& other) const {
+bool KW_VersionDate::operator>(const KW_VersionDate& other) const {
     return std::ranges::lexicographical_compare(other.Units(), Units());
 }
 
@@ -99,7 +99,7 @@ KW_VersionLine::KW_VersionLine(KW_Units line) {
         ++count_;
 }
 
-KW_VersionLine::KW_VersionLine(KW_List<KW_String> const& tokens) {
+KW_VersionLine::KW_VersionLine(const KW_List<KW_String>& tokens) {
     while (count_ < kGrammarTokens && static_cast<long>(count_) < tokens.count) {
         tokens_[count_] = KW_UnitsOf(tokens[static_cast<long>(count_)]);
         ++count_;
@@ -121,6 +121,6 @@ bool KW_VersionLine::isAddon() const {
 }
 
 KW_Units KW_VersionLine::MajorVersion() const {
-    KW_Units const version = Token(2);
+    const KW_Units version = Token(2);
     return KW_Units(version.begin(), std::ranges::find(version, static_cast<unsigned short>('.')));
 }

@@ -11,9 +11,9 @@
 /// neither the lines nor their tokens are copied to find them.
 
 /// A part of a text that somebody else owns, in UTF-16 code units.
-using KW_Units = std::span<unsigned short const>;
+using KW_Units = std::span<const unsigned short>;
 
-inline KW_Units KW_UnitsOf(KW_String const& text) {
+inline KW_Units KW_UnitsOf(const KW_String& text) {
     return {text.data, text.length};
 }
 bool KW_UnitsEqual(KW_Units a, KW_Units b);
@@ -38,7 +38,7 @@ class KW_VersionDate {
 public:
     explicit KW_VersionDate(KW_Units text);
     KW_Units Units() const { return {units_.data(), count_}; }
-    bool operator>(KW_VersionDate const& other) const;
+    bool operator>(const KW_VersionDate& other) const;
 
 private:
     void take(KW_Units text, std::size_t start, std::size_t count);
@@ -52,7 +52,7 @@ class KW_VersionLine {
 public:
     /// The text must live as long as this object.
     explicit KW_VersionLine(KW_Units line);
-    explicit KW_VersionLine(KW_List<KW_String> const& tokens);
+    explicit KW_VersionLine(const KW_List<KW_String>& tokens);
 
     KW_AddonUpdate_LineKind Kind() const;
     /// Token `number` from 1 to 4; empty when the line has fewer.

@@ -2,6 +2,7 @@
 
 #include "host/Host.h"
 #include "platform/FileSystem.h"
+#include "platform/host/SettingsFolder.h"
 
 #include <benchmark/benchmark.h>
 
@@ -16,8 +17,7 @@ class UsedDataFolder {
 public:
     UsedDataFolder() : path_((std::filesystem::temp_directory_path() / "tessaro-bench-XXXXXX").string()) {
         if (mkdtemp(path_.data()) == nullptr) std::abort();
-        IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
-                                           IO::Location::FromPosixPath(path_));
+        platform::setSettingsFolder(IO::Location::FromPosixPath(path_));
     }
     ~UsedDataFolder() { std::filesystem::remove_all(path_); }
     UsedDataFolder(const UsedDataFolder&) = delete;

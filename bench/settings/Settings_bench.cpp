@@ -2,6 +2,7 @@
 // of the same pairs (nlohmann-json) and QSettings' INI files.
 
 #include "platform/FileSystem.h"
+#include "platform/host/SettingsFolder.h"
 #include "platform/HostInterface.h"
 #include "settings/AddonIdentity.h"
 #include "settings/KW_AddonSettings.h"
@@ -50,8 +51,7 @@ public:
     Files() : folder_(std::filesystem::temp_directory_path() / "tessaro-settings-bench") {
         std::filesystem::remove_all(folder_);
         std::filesystem::create_directories(folder_);
-        IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
-                                           IO::Location::FromPosixPath(folder_.string()));
+        platform::setSettingsFolder(IO::Location::FromPosixPath(folder_.string()));
         nlohmann::json json;
         QSettings ini(iniPath(0), QSettings::IniFormat);
         for (const auto& [key, value] : pairs()) {

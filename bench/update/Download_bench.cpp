@@ -5,8 +5,8 @@
 #include "files/KW_Location.h"
 #include "foundation/KW_String.h"
 #include "library/KW_General.h"
+#include "platform/host/RunLoop.h"
 #include "platform/HostInterface.h"
-#include "platform/RunLoop.h"
 
 #include <arpa/inet.h>
 #include <fcntl.h>

@@ -7,14 +7,14 @@ namespace {
 constexpr short kSkipSpacesAndComments = 3;
 
 struct TypeName {
-    char const* name;
+    const char* name;
     API_LibTypeID type;
 };
 constexpr TypeName kTypes[] = {
     {"object", APILib_Object}, {"door", APILib_Door}, {"window", APILib_Window}, {"lamp", APILib_Lamp}};
 
-bool findType(KW_String const& name, API_LibTypeID& type) {
-    for (TypeName const& each : kTypes) {
+bool findType(const KW_String& name, API_LibTypeID& type) {
+    for (const TypeName& each : kTypes) {
         if (name != KW_String(each.name, KW_String::Encoding_ASCII)) continue;
         type = each.type;
         return true;
@@ -24,7 +24,7 @@ bool findType(KW_String const& name, API_LibTypeID& type) {
 
 }  // namespace
 
-long readPartsList(KW_String const& text, KW_List<PartsEntry>& entries) {
+long readPartsList(const KW_String& text, KW_List<PartsEntry>& entries) {
     KW_Text_Scanner scanner;
     scanner.Set(text);
     for (long number = 1;; ++number) {

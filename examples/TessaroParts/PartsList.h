@@ -14,4 +14,4 @@ struct PartsEntry {
 /// Reads a parts list: entries of a type ("object", "door", "window", "lamp"), a number of pieces and a name
 /// in double quotes, separated by white space; what stands between /* and */ is passed over. Appends to
 /// `entries`. Returns 0, or the number (from 1) of the entry that is not understood.
-long readPartsList(KW_String const& text, KW_List<PartsEntry>& entries);
+long readPartsList(const KW_String& text, KW_List<PartsEntry>& entries);

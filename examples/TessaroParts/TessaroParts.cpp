@@ -58,7 +58,7 @@ enum Text : long {
 
 short sMenuResID = 0;  // of the menu that was registered
 
-KW_String system(char const* text) {
+KW_String system(const char* text) {
     return KW_String(text, KW_String::Encoding_System);
 }
 
@@ -66,7 +66,7 @@ KW_String text(Text index) {
     return KW_Resource_GetString(static_cast<short>(kOwnStrings + gKW_Language), index);
 }
 
-void tell(KW_String const& message) {
+void tell(const KW_String& message) {
     KW_Dialog::ShowAlert(-1, system(""), message, system(""));
 }
 
@@ -80,7 +80,7 @@ bool readList(KW_List<PartsEntry>& entries) {
         tell(text(kTextListUnreadable).Replace(system("PARTSFILE"), location));
         return false;
     }
-    long const wrongEntry = readPartsList(content, entries);
+    const long wrongEntry = readPartsList(content, entries);
     if (wrongEntry == 0) return true;
     tell(
         text(kTextEntryNotUnderstood).Replace(system("ENTRYNUMBER"), KW_String::LongToString(wrongEntry, 0)));
@@ -108,7 +108,7 @@ void checkList() {
 void findPart() {
     KW_List<PartsEntry> entries;
     if (!readList(entries) || entries.count == 0) return;
-    PartsEntry const& wanted = entries[0];
+    const PartsEntry& wanted = entries[0];
     long index = -1;
     if (!KW_General::GetLPIdxFullLib(wanted.name, index, true, KW_String(), wanted.type)) return;
     KW_Location location;
@@ -118,14 +118,14 @@ void findPart() {
 
 void tellSuiteStatus() {
     bool mainModuleAnswers = false;
-    bool const present = KW_Comm::SuiteIsLoaded(mainModuleAnswers);
-    KW_String const suite = text(!present            ? kTextSuiteNotPresent
+    const bool present = KW_Comm::SuiteIsLoaded(mainModuleAnswers);
+    const KW_String suite = text(!present            ? kTextSuiteNotPresent
                                  : mainModuleAnswers ? kTextSuiteAnswers
                                                      : kTextSuiteFileExists);
     tell(suite + "\n" + text(KW_Comm::AddOnFileRead() ? kTextMarkedAsLoaded : kTextNotMarked));
 }
 
-GSErrCode menuCommandHandler(API_MenuParams const* params) {
+GSErrCode menuCommandHandler(const API_MenuParams* params) {
     ACAPI_KeepInMemory(true);
     // Another add-on of the suite may have changed the language meanwhile.
     KW_Language_Read(true);
@@ -169,14 +169,14 @@ GSErrCode RegisterInterface() {
     GSErrCode error = ACAPI_Register_Menu(sMenuResID, 0, kMenuPositionCode, 0);
 #ifdef TESSARO_PARTS_IS_SUITE
     // The suite's main module answers the command 'SUIT'; KW_Comm::SuiteIsLoaded of every add-on asks for it.
-    API_ModulID const mainModule{0x4B7E2A19, 0x9E14EC41};
+    const API_ModulID mainModule{0x4B7E2A19, 0x9E14EC41};
     if (error == kNoError) error = ACAPI_Command_Publish(&mainModule, 0x53554954, 0);
 #endif
     return error;
 }
 
 GSErrCode Initialize() {
-    GSErrCode const error = ACAPI_Install_MenuHandler(sMenuResID, menuCommandHandler);
+    const GSErrCode error = ACAPI_Install_MenuHandler(sMenuResID, menuCommandHandler);
     if (error != kNoError) return error;
     MenuUpdate();
     KW_Comm::AddOnFileWrite(true);

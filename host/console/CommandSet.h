@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Presenter.h"
+#include "platform/host/Presenter.h"
 
 #include <functional>
 #include <string>

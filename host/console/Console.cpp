@@ -5,7 +5,9 @@
 #include "host/console/TextPrinter.h"
 #include "host/console/Texts.h"
 #include "platform/FileSystem.h"
-#include "platform/HttpOptions.h"
+#include "platform/host/HttpOptions.h"
+#include "platform/host/LaunchHandling.h"
+#include "platform/host/SettingsFolder.h"
 
 #include <unistd.h>
 #include <cstdlib>
@@ -51,7 +53,7 @@ int runConsole(const ConsoleOptions& options) {
         const std::string absolute = std::filesystem::absolute(options.dataDir).string();
         setenv("TESSARO_DATA_DIR", absolute.c_str(), 1);
     }
-    if (IO::FileSystem::CreateSpecialLocation(IO::FileSystem::SuiteSettingsFolder) != kNoError) {
+    if (platform::createSettingsFolder() != kNoError) {
         return fail(kExitUnreadable, "the folder of settings and marker files cannot be created");
     }
 

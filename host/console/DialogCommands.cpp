@@ -1,6 +1,6 @@
 #include "host/console/CommandSet.h"
 #include "host/console/Session.h"
-#include "platform/DialogControl.h"
+#include "platform/host/DialogControl.h"
 
 namespace host {
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "host/Host.h"
-#include "platform/CallTrace.h"
-#include "platform/Launching.h"
-#include "platform/Presenter.h"
+#include "platform/host/CallTrace.h"
+#include "platform/host/LaunchHandling.h"
+#include "platform/host/Presenter.h"
 
 #include <variant>
 

@@ -1,6 +1,6 @@
 #include "host/console/InputWait.h"
 
-#include "platform/RunLoop.h"
+#include "platform/host/RunLoop.h"
 
 #include <poll.h>
 

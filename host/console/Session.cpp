@@ -1,10 +1,10 @@
 #include "host/console/Session.h"
 
-#include "platform/Diagnostics.h"
-#include "platform/DialogControl.h"
-#include "platform/HttpOptions.h"
-#include "platform/Resources.h"
-#include "platform/RunLoop.h"
+#include "platform/host/Diagnostics.h"
+#include "platform/host/DialogControl.h"
+#include "platform/host/HttpOptions.h"
+#include "platform/host/Resources.h"
+#include "platform/host/RunLoop.h"
 
 #include <algorithm>
 #include <chrono>

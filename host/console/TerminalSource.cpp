@@ -1,6 +1,6 @@
 #include "host/console/InputWait.h"
 #include "host/console/LineSource.h"
-#include "platform/RunLoop.h"
+#include "platform/host/RunLoop.h"
 
 #include <editline/readline.h>
 #include <sys/epoll.h>

@@ -2,6 +2,7 @@
 
 #include "host/console/Texts.h"
 #include "host/ErrorCodes.h"
+#include "platform/host/LaunchHandling.h"
 
 #include <algorithm>
 #include <iomanip>

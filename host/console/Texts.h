@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/CallTrace.h"
-#include "platform/Resources.h"
+#include "platform/host/CallTrace.h"
+#include "platform/host/Resources.h"
 #include "platform/UniString.h"
 
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "files/KW_Location.h"
 #include "language/KW_Language.h"
-#include "platform/Launching.h"
+#include "platform/host/LaunchHandling.h"
 #include "tests/support/ResourceLimit.h"
 #include "tests/support/ScriptedPresenter.h"
 #include "tests/support/TemporaryFolder.h"

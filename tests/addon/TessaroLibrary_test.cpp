@@ -65,7 +65,7 @@ TEST_F(TessaroLibraryTest, InitializeInstallsSixHandlersOrReturnsTheirCombinedEr
 }
 
 TEST_F(TessaroLibraryTest, InitializeMarksTheAutomaticCheckAsStoredBeforeItSetsTheTexts) {
-    const std::pair<char const*, std::uint32_t> cases[] = {{"", 2}, {"0", 0}, {"1", 2}};
+    const std::pair<const char*, std::uint32_t> cases[] = {{"", 2}, {"0", 0}, {"1", 2}};
     for (const auto& [value, flags] : cases) {
         store("AutoUpdate", value);
         ASSERT_EQ(0, RegisterInterface());

@@ -102,7 +102,7 @@ protected:
         }
     }
 
-    std::vector<std::string> names(KW_List<KW_Location> const& list) const {
+    std::vector<std::string> names(const KW_List<KW_Location>& list) const {
         std::vector<std::string> result;
         for (long i = 0; i < list.count; ++i) {
             const std::string path = utf8(list[i]);

@@ -1,5 +1,6 @@
 #include "foundation/KW_List.h"
 
+#include "platform/host/FailingMemory.h"
 #include "tests/foundation/TestText.h"
 
 #include <limits>
@@ -7,20 +8,20 @@
 namespace {
 
 template <typename T>
-void expectExactBlock(KW_List<T> const& list) {
+void expectExactBlock(const KW_List<T>& list) {
     ASSERT_NE(list.data, nullptr);
     EXPECT_EQ(BMGetHandleSize(list.data), list.count * static_cast<long>(sizeof(T)));
 }
 
 template <typename T>
-std::vector<T> values(KW_List<T> const& list) {
+std::vector<T> values(const KW_List<T>& list) {
     std::vector<T> all;
     for (long i = 0; i < list.count; ++i)
         all.push_back(list[i]);
     return all;
 }
 
-KW_List<long> listOf(std::vector<long> const& elements) {
+KW_List<long> listOf(const std::vector<long>& elements) {
     KW_List<long> list;
     for (const long element : elements)
         list.AddData(element, -1);
@@ -32,8 +33,8 @@ struct Counted {
     static long living;
     long value;
     explicit Counted(long number) : value(number) { ++living; }
-    Counted(Counted const& other) : value(other.value) { ++living; }
-    Counted& operator=(Counted const&) = default;
+    Counted(const Counted& other) : value(other.value) { ++living; }
+    Counted& operator=(const Counted&) = default;
     ~Counted() { --living; }
 };
 long Counted::living = 0;
@@ -70,7 +71,7 @@ TEST(KW_List, SetsItsSize) {
         bool keep;
         std::vector<long> result;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {3, false, {0, 0, 0}},
              {3, true, {5, 6, 0}},
              {1, true, {5}},
@@ -132,24 +133,24 @@ TEST(KW_List, OwnsDeepCopiesOfStrings) {
 class KW_ListWithoutMemory : public testing::Test {
 protected:
     // From now on every resizing asks for memory.
-    KW_ListWithoutMemory() { BMFailAfter(kPlenty); }
-    ~KW_ListWithoutMemory() override { BMFailAfter(-1); }
+    KW_ListWithoutMemory() { platform::failMemoryAfter(kPlenty); }
+    ~KW_ListWithoutMemory() override { platform::failMemoryAfter(-1); }
 
     static constexpr long kPlenty = 1000;
 };
 
 template <typename T>
-void expectLost(KW_List<T> const& list) {
+void expectLost(const KW_List<T>& list) {
     EXPECT_EQ(list.data, nullptr);
     EXPECT_EQ(list.count, 0);
 }
 
 TEST_F(KW_ListWithoutMemory, IsLeftEmptyAndUsableAgainAfterSetSize) {
     KW_List<long> list = listOf({1, 2});
-    BMFailAfter(0);
+    platform::failMemoryAfter(0);
     list.AddData(3, -1);
     expectLost(list);
-    BMFailAfter(kPlenty);
+    platform::failMemoryAfter(kPlenty);
     list.AddData(3, -1);
     list.DeleteData(0);
     list.Reset();
@@ -165,9 +166,9 @@ TEST_F(KW_ListWithoutMemory, IsLeftEmptyAndUsableAgainAfterSetSize) {
 TEST_F(KW_ListWithoutMemory, LosesItsBlockInEveryOperationThatResizesIt) {
     const auto withoutMemory = [](auto operation) {
         KW_List<long> list = listOf({1, 2, 3});
-        BMFailAfter(0);
+        platform::failMemoryAfter(0);
         operation(list);
-        BMFailAfter(kPlenty);
+        platform::failMemoryAfter(kPlenty);
         expectLost(list);
     };
     withoutMemory([](KW_List<long>& list) { list.AddData(1, 0); });
@@ -179,7 +180,7 @@ TEST_F(KW_ListWithoutMemory, LosesItsBlockInEveryOperationThatResizesIt) {
 
 TEST_F(KW_ListWithoutMemory, MayBeBornWithoutABlock) {
     const KW_List<long> source = listOf({1, 2});
-    BMFailAfter(0);
+    platform::failMemoryAfter(0);
     KW_List<long> list;
     const KW_List<long> copy(source);
     expectLost(list);

@@ -8,7 +8,7 @@ TEST(KW_String_Compare, OrdersByUnsignedUnitsWithNullFirst) {
         Content b;
         int order;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {std::nullopt, std::nullopt, 0},
              {std::nullopt, u"", -1},
              {u"", std::nullopt, 1},
@@ -63,12 +63,12 @@ TEST(KW_String_Compare, IgnoresTheCaseOfLettersOnly) {
 
 TEST(KW_String_Compare, ComparesCharTextBySignedBytes) {
     struct Case {
-        char const* a;
-        char const* b;
+        const char* a;
+        const char* b;
         int exact;
         int ignoringCase;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {nullptr, "", -10, -10},
              {"", nullptr, -10, -10},
              {nullptr, nullptr, -10, -10},
@@ -90,13 +90,13 @@ TEST(KW_String_Compare, ComparesCharTextBySignedBytes) {
 
 TEST(KW_String_Compare, TakesACountOfZeroAsAllOrAsNothing) {
     struct Case {
-        char const* a;
-        char const* b;
+        const char* a;
+        const char* b;
         unsigned int count;
         bool equal;
         bool equalIgnoringCase;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {"abc", "abd", 2, true, true},
              {"abc", "abd", 3, false, false},
              {"abc", "ABd", 2, false, true},

@@ -9,7 +9,7 @@ namespace {
 using namespace std::string_literals;
 
 // The counted bytes decoded, from memory that ends where they end.
-Content decoded(std::string const& source, Encoding encoding) {
+Content decoded(const std::string& source, Encoding encoding) {
     const ExactBytes exact(source);
     KW_String string;
     if (!KW_String::CStringToKW_String(string, exact.data(), exact.size(), encoding, false))
@@ -20,7 +20,7 @@ Content decoded(std::string const& source, Encoding encoding) {
 }
 
 // The whole string encoded, without the terminator, which must be there.
-std::string encoded(KW_String const& string, Encoding encoding) {
+std::string encoded(const KW_String& string, Encoding encoding) {
     char* out = nullptr;
     unsigned int size = 0;
     EXPECT_TRUE(KW_String::KW_StringToCString(&out, size, encoding, string, 0, string.length));
@@ -41,7 +41,7 @@ TEST(KW_String_Conversion, DecodesAndEncodesEachEncoding) {
         std::string bytes;
         std::u16string units;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {kUTF7, "Hi Mom -+Jjo--!", u"Hi Mom -\u263A-!"},
              {kUTF8, "a\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80", u"a\u00E9\u4E2D\U0001F600"},
              {kUTF16LE, "a\0\x3D\xD8\x00\xDE"s, u"a\U0001F600"},
@@ -68,7 +68,7 @@ TEST(KW_String_Conversion, DecodesAndEncodesEachEncoding) {
 
 TEST(KW_String_Conversion, RefusesMalformedBytes) {
     // The other ways to spoil UTF-8 are tried one by one with its detection.
-    for (auto const& [encoding, bytes] : std::vector<std::pair<Encoding, std::string>>{
+    for (const auto& [encoding, bytes] : std::vector<std::pair<Encoding, std::string>>{
              {kUTF8, "a\x80"},
              {kUTF8, "\xC3"},
              {kUTF8, "aaaaaaaaaaaaaaa\xE4"},
@@ -93,7 +93,7 @@ TEST(KW_String_Conversion, WritesAQuestionMarkForEachCharacterThatIsMissing) {
         std::u16string units;
         std::string bytes;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {kASCII, u"a\u00E9\U0001F600b", "a??b"},
              {kLatin1, u"\u0178\u00FF\u0100", "?\xFF?"},
              {kMacRoman, u"\u4E2D\U0001F600x", "??x"},
@@ -186,7 +186,7 @@ TEST(KW_String_Conversion, ReportsWhyNothingWasConverted) {
 }
 
 TEST(KW_String_Conversion, TakesAnEmptySourceAsATerminator) {
-    for (auto const& [encoding, width] : std::vector<std::pair<Encoding, long>>{
+    for (const auto& [encoding, width] : std::vector<std::pair<Encoding, long>>{
              {kUTF8, 1}, {kSystem, 1}, {kUTF16LE, 2}, {kUTF16BE, 2}, {kUTF32LE, 4}}) {
         for (const Encoding source : {kSystem, kUTF8, kUTF16LE, kUTF16BE, kUTF32LE, kUTF32BE}) {
             const std::string zeros(4, '\0');
@@ -248,7 +248,7 @@ TEST(KW_String_Conversion, StopsWhereTheTargetIsFull) {
         std::u16string units;
         std::vector<long> sizes;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {kUTF8, u"a\u00E9\u4E2D\U0001F600", {1, 2, 3, 4}},
              {kMacRoman, u"a\u00E9z", {1, 1, 1}},
              {kUTF16LE, u"abc", {2, 2, 2}},
@@ -283,7 +283,7 @@ TEST(KW_String_Conversion, StopsWhereTheTargetIsFull) {
 
 TEST(KW_String_Conversion, StopsWithoutLossBeforeWhatIsMissing) {
     char target[8];
-    const auto convert = [](char const* source, Encoding encoding, char* out) {
+    const auto convert = [](const char* source, Encoding encoding, char* out) {
         return KW_String::ConvertChangeEncoding(kUTF8, source, 0, encoding, out, 8, false, false);
     };
     EXPECT_EQ(convert("ab\xE4\xB8\xAD", kASCII, nullptr), 2) << "measures what comes before";

@@ -12,7 +12,7 @@ TEST(KW_String_Detection, KnowsTheByteOrderMarks) {
         unsigned int length;
         Encoding encoding;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {"", 0, kUntouched},
              {"\xFE", 0, kUntouched},
              {"\xFE\xFF", 2, kUTF16BE},
@@ -66,7 +66,7 @@ TEST(KW_String_Detection, GivesTheMarkOfEachEncodingThatHasOne) {
 }
 
 // Written from the ranges of scalar values, not from the table of byte ranges.
-bool isWellFormed(std::string const& sequence) {
+bool isWellFormed(const std::string& sequence) {
     const auto at = [&](std::size_t i) { return static_cast<unsigned char>(sequence[i]); };
     for (std::size_t i = 0; i < sequence.size();) {
         const int length = at(i) < 0x80       ? 1
@@ -133,7 +133,7 @@ TEST(KW_String_Detection, DecodesATextInTheEncodingItFinds) {
         Encoding used;
         Content content;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {"\xEF\xBB\xBF\xC3\xA9", false, kSystem, kUTF8, u"\u00E9"},
              {"\xEF\xBB\xBF", true, kSystem, kUTF8, u""},
              {"\xFF\xFE\0\0"s, true, kSystem, kUTF32LE, u""},

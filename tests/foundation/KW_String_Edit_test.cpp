@@ -24,7 +24,7 @@ TEST(KW_String_Edit, CutsPartsCountedFromTheEnd) {
         unsigned int fromEnd;
         Content result;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"hello", 3, 0, u"llo"},
              {u"hello", 2, 1, u"ll"},
              {u"hello", 5, 0, u"hello"},
@@ -86,7 +86,7 @@ TEST(KW_String_Edit, ReplacesARangeInPlace) {
         bool done;
         Content result;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"hello", 2, 3, u"XYZ", true, u"hXYZlo"},
              {u"hello", 4, 99, u"", true, u"hel"},
              {u"hello", 4, 0xFFFFFFFF, std::nullopt, true, u"hel"},
@@ -137,7 +137,7 @@ TEST(KW_String_Edit, Trims) {
         bool tabs;
         Content result;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"\t x ", true, true, false, u"\t x"},
              {u"\t x \t", true, true, true, u"x"},
              {u"  x  ", true, false, false, u"x  "},

@@ -11,7 +11,7 @@ constexpr unsigned long kNoULong = std::numeric_limits<unsigned long>::max();
 constexpr double kNoDouble = 1.7976931348623157e308;
 
 TEST(KW_String_Numbers, ReadsSignedIntegers) {
-    for (auto const& [text, value] : std::vector<std::pair<char const*, long>>{
+    for (const auto& [text, value] : std::vector<std::pair<const char*, long>>{
              {nullptr, 0},
              {"", 0},
              {"12ab", 12},
@@ -36,7 +36,7 @@ TEST(KW_String_Numbers, ReadsSignedIntegers) {
 }
 
 TEST(KW_String_Numbers, ReadsUnsignedIntegers) {
-    for (auto const& [text, value] : std::vector<std::pair<char const*, unsigned long>>{
+    for (const auto& [text, value] : std::vector<std::pair<const char*, unsigned long>>{
              {nullptr, 0},
              {"", 0},
              {"-5", 5},
@@ -53,7 +53,7 @@ TEST(KW_String_Numbers, ReadsDoubles) {
     const std::string nines(5000, '9');
     const std::string zeros(5000, '0');
     const double infinity = std::numeric_limits<double>::infinity();
-    for (auto const& [text, value] : std::vector<std::pair<std::string, double>>{
+    for (const auto& [text, value] : std::vector<std::pair<std::string, double>>{
              {"", 0.0},
              {"3,25", 3.25},
              {"x3.5y", 3.5},
@@ -95,11 +95,11 @@ TEST(KW_String_Numbers, ReadsDoubles) {
 
 TEST(KW_String_Numbers, TellsWhatIsANumber) {
     struct Case {
-        char const* text;
+        const char* text;
         bool integer;
         short kind;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {nullptr, false, 0}, {"", false, 0},      {" ", false, 0},      {"+", false, 0},
              {"- ", false, 0},    {"7", true, 1},      {" -12", true, 1},    {"+ 7", true, 1},
              {" +  7", true, 1},  {"7 ", false, 0},    {"+-7", false, 0},    {"\t7", false, 0},
@@ -107,7 +107,7 @@ TEST(KW_String_Numbers, TellsWhatIsANumber) {
              {".", false, 0},     {"1.2.3", false, 0}, {"1,2.3", false, 0},  {"1.5 ", false, 0},
              {"0x1", false, 0},   {"1e+3", false, 0},  {"- 1,50", false, 2},
          }) {
-        char const* const name = c.text == nullptr ? "null" : c.text;
+        const char* const name = c.text == nullptr ? "null" : c.text;
         EXPECT_EQ(KW_String::IsIntegerNumber(c.text), c.integer) << name;
         EXPECT_EQ(KW_String::IsNumber(c.text), c.kind) << name;
         const KW_String string(c.text, kSystem);
@@ -117,7 +117,7 @@ TEST(KW_String_Numbers, TellsWhatIsANumber) {
     EXPECT_FALSE(KW_String::IsIntegerNumber(text(u"\u0661\uFF11"))) << "digits of other scripts are none";
 }
 
-std::u16string printed(char const* format, auto... arguments) {
+std::u16string printed(const char* format, auto... arguments) {
     char buffer[2048];
     const int length = std::snprintf(buffer, sizeof buffer, format, arguments...);
     return std::u16string(buffer, buffer + length);

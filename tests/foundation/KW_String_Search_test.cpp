@@ -5,8 +5,8 @@ namespace {
 constexpr unsigned int kHuge = 0xFFFFFFFF;
 
 TEST(KW_String_Search, FindsNothingInOrOfNullAndEmptyAndBehindTheEnd) {
-    for (Content const& held : std::vector<Content>{std::nullopt, u"", u"hello"}) {
-        for (Content const& sought : std::vector<Content>{std::nullopt, u"", u"zz"}) {
+    for (const Content& held : std::vector<Content>{std::nullopt, u"", u"hello"}) {
+        for (const Content& sought : std::vector<Content>{std::nullopt, u"", u"zz"}) {
             const KW_String string = maybe(held);
             const KW_String what = maybe(sought);
             for (const unsigned int start : {0u, 5u, 0x80000000u, kHuge}) {

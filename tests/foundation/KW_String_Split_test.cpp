@@ -4,23 +4,23 @@ namespace {
 
 using Pieces = std::vector<Content>;
 
-Pieces pieces(Content const& held, auto split) {
+Pieces pieces(const Content& held, auto split) {
     KW_List<KW_String> list;
     list.AddData(text(u"before"), -1);
     split(maybe(held), list);
     return contents(list);
 }
 
-Pieces split(Content const& held, char separator) {
-    return pieces(held, [=](KW_String const& text, auto& list) { text.Split(list, separator); });
+Pieces split(const Content& held, char separator) {
+    return pieces(held, [=](const KW_String& text, auto& list) { text.Split(list, separator); });
 }
 
-Pieces splitLines(Content const& held, bool removeEOL) {
-    return pieces(held, [=](KW_String const& text, auto& list) { text.SplitLines(list, removeEOL, true); });
+Pieces splitLines(const Content& held, bool removeEOL) {
+    return pieces(held, [=](const KW_String& text, auto& list) { text.SplitLines(list, removeEOL, true); });
 }
 
-Pieces splitBySpaces(Content const& held) {
-    return pieces(held, [](KW_String const& text, auto& list) { text.SplitBySpaces(list); });
+Pieces splitBySpaces(const Content& held) {
+    return pieces(held, [](const KW_String& text, auto& list) { text.SplitBySpaces(list); });
 }
 
 TEST(KW_String_Split, GivesOnePieceMoreThanThereAreSeparators) {
@@ -39,7 +39,7 @@ TEST(KW_String_Split, GivesLinesWithOrWithoutTheirEnds) {
         Pieces without;
         Pieces with;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"a\r\nb", {u"a", u"b"}, {u"a\r\n", u"b"}},
              {u"a\nb\n", {u"a", u"b", std::nullopt}, {u"a\n", u"b\n", std::nullopt}},
              {u"a\rb\r\r\nc", {u"a", u"b", std::nullopt, u"c"}, {u"a\r", u"b\r", u"\r\n", u"c"}},

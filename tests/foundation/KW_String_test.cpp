@@ -9,9 +9,9 @@ namespace {
 TEST(KW_String, IsNullWithoutSourceAndEmptyWithAnEmptyOne) {
     const unsigned short noUnits[] = {0};
     EXPECT_EQ(content(KW_String()), std::nullopt);
-    EXPECT_EQ(content(KW_String(static_cast<char const*>(nullptr), kSystem)), std::nullopt);
+    EXPECT_EQ(content(KW_String(static_cast<const char*>(nullptr), kSystem)), std::nullopt);
     EXPECT_EQ(content(KW_String(nullptr, 3, kSystem)), std::nullopt);
-    EXPECT_EQ(content(KW_String(static_cast<unsigned short const*>(nullptr))), std::nullopt);
+    EXPECT_EQ(content(KW_String(static_cast<const unsigned short*>(nullptr))), std::nullopt);
     EXPECT_EQ(content(KW_String(nullptr, 3u)), std::nullopt);
     EXPECT_EQ(content(KW_String(noUnits, 0u)), std::nullopt);
     EXPECT_EQ(content(KW_String(static_cast<KW_String*>(nullptr))), std::nullopt);
@@ -63,20 +63,20 @@ TEST(KW_String, CopiesDeeply) {
 
 TEST(KW_String, KeepsItsBufferWhenItIsAssignedShorterText) {
     KW_String string = text(u"a long text");
-    unsigned short const* const buffer = string.data;
+    const unsigned short* const buffer = string.data;
     string = text(u"abc");
     EXPECT_EQ(string.data, buffer);
     EXPECT_EQ(string.capacity, 12u);
     string = "xy";
     EXPECT_EQ(string.data, buffer);
     EXPECT_EQ(content(string), u"xy");
-    string = static_cast<char const*>(nullptr);
+    string = static_cast<const char*>(nullptr);
     EXPECT_EQ(content(string), std::nullopt);
 }
 
 TEST(KW_String, TakesOverTheBufferOfAPointedToString) {
     KW_String source = text(u"abc");
-    unsigned short const* const buffer = source.data;
+    const unsigned short* const buffer = source.data;
     const KW_String taker(&source);
     EXPECT_EQ(taker.data, buffer);
     EXPECT_EQ(content(taker), u"abc");
@@ -122,7 +122,7 @@ TEST(KW_String, GetsExactlyTheSizeThatIsSet) {
         bool keep;
         Content after;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"hello", 3, true, u"he"},
              {u"hello", 1, true, u""},
              {u"hello", 6, true, u"hello"},
@@ -148,7 +148,7 @@ TEST(KW_String, CopiesARangeCutAtTheEnd) {
         unsigned int count;
         Content result;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"hello", 1, 3, u"ell"},
              {u"hello", 1, 99, u"ello"},
              {u"hello", 2, 0xFFFFFFFF, u"llo"},
@@ -170,7 +170,7 @@ TEST(KW_String, CopiesARangeCutAtTheEnd) {
 
 TEST(KW_String, AppendsUnitsAndBytes) {
     KW_String string;
-    string.THIS_Append(static_cast<unsigned short const*>(nullptr), 3);
+    string.THIS_Append(static_cast<const unsigned short*>(nullptr), 3);
     string.THIS_Append(nullptr, 3, kSystem);
     string.THIS_Append("\xFF", 1, kUTF8);
     EXPECT_EQ(content(string), std::nullopt);
@@ -207,19 +207,19 @@ TEST(KW_String, ConcatenatesAlsoWithItself) {
         KW_String f = make(u"abc");
         f.THIS_SetToConcatenatedString(KW_String(), f);
         EXPECT_EQ(content(f), u"abc");
-        for (KW_String const* s : {&a, &b, &c, &d, &e, &f})
+        for (const KW_String* s : {&a, &b, &c, &d, &e, &f})
             expectSound(*s);
     }
 }
 
 TEST(KW_String, ReadsBytesFromItsOwnBuffer) {
     KW_String string = text(u"abc");
-    string.THIS_Append(reinterpret_cast<char const*>(string.data), 6, kUTF16LE);
+    string.THIS_Append(reinterpret_cast<const char*>(string.data), 6, kUTF16LE);
     EXPECT_EQ(content(string), u"abcabc");
-    string.Set(reinterpret_cast<char const*>(string.data + 2), 4, kUTF16LE);
+    string.Set(reinterpret_cast<const char*>(string.data + 2), 4, kUTF16LE);
     EXPECT_EQ(content(string), u"ca");
     string.SetSize(3, true);
-    string.Set(reinterpret_cast<char const*>(string.data), 4, kSystem);
+    string.Set(reinterpret_cast<const char*>(string.data), 4, kSystem);
     EXPECT_EQ(content(string), std::u16string(u"c\0a\0", 4)) << "longer than the buffer that is read";
     expectSound(string);
 }
@@ -227,7 +227,7 @@ TEST(KW_String, ReadsBytesFromItsOwnBuffer) {
 TEST(KW_String, ConcatenatesNullOnlyToNull) {
     const KW_String null;
     const KW_String empty = text(u"");
-    char const* const noText = nullptr;
+    const char* const noText = nullptr;
     EXPECT_EQ(content(null + null), std::nullopt);
     EXPECT_EQ(content(null + empty), u"");
     EXPECT_EQ(content(null + noText), std::nullopt);

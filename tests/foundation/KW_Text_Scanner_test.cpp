@@ -6,7 +6,7 @@ namespace {
 
 class KW_Text_ScannerTest : public testing::Test {
 protected:
-    void set(Content const& units, unsigned long position = 0) {
+    void set(const Content& units, unsigned long position = 0) {
         scanner.Set(maybe(units));
         scanner.position = position;
     }
@@ -29,7 +29,7 @@ TEST_F(KW_Text_ScannerTest, HoldsACopyOfItsText) {
 }
 
 TEST_F(KW_Text_ScannerTest, FindsNothingWithoutText) {
-    for (Content const& nothing : {Content(), Content(u"")}) {
+    for (const Content& nothing : {Content(), Content(u"")}) {
         set(nothing);
         long value = 7;
         KW_String out = text(u"kept");
@@ -54,7 +54,7 @@ TEST_F(KW_Text_ScannerTest, ReadsLines) {
         std::vector<Content> lines;
         std::vector<unsigned long> positions;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"ab\r\ncd", false, {u"ab", u"cd", std::nullopt}, {4, 6, 6}},
              {u"ab\r\ncd", true, {u"ab\r\n", u"cd", std::nullopt}, {4, 6, 6}},
              {u"a\rb\n\nc", false, {u"a", u"b", std::nullopt, u"c"}, {2, 4, 5, 6}},
@@ -78,7 +78,7 @@ TEST_F(KW_Text_ScannerTest, SkipsAsTheModeSaysBeforeAToken) {
         Content token;
         unsigned long position;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {0, std::nullopt, 0},
              {4, std::nullopt, 0},
              {-1, std::nullopt, 0},
@@ -101,7 +101,7 @@ TEST_F(KW_Text_ScannerTest, PassesOverWhiteSpaceAndBlockComments) {
         unsigned long first;
         unsigned long cursorWithoutStore;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"a", 0, 0},
              {u" \t\r\nx", 4, 0},
              {u"/**/x", 4, 4},
@@ -133,7 +133,7 @@ TEST_F(KW_Text_ScannerTest, ReadsIntegers) {
         unsigned long position;
     };
     constexpr long kBefore = 7;
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"  /* x */ 42 rest", 3, true, 42, 12},
              {u"  /* x */ 42 rest", 1, false, kBefore, 2},
              {u"12ab", 0, false, kBefore, 0},
@@ -167,7 +167,7 @@ TEST_F(KW_Text_ScannerTest, ReadsQuotedStrings) {
         Content string;
         unsigned long position;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {u"\"a\\\"b\" c", 0, true, u"a\\\"b", 6},
              {u"\"\"x", 0, true, std::nullopt, 2},
              {u"\"a\\\\\"b\"", 0, true, u"a\\\\\"b", 7},
@@ -194,12 +194,12 @@ TEST_F(KW_Text_ScannerTest, ReadsQuotedStrings) {
 
 TEST_F(KW_Text_ScannerTest, FindsText) {
     struct Case {
-        char const* what;
+        const char* what;
         unsigned long start;
         long found;
         unsigned long position;
     };
-    for (Case const& c : std::vector<Case>{
+    for (const Case& c : std::vector<Case>{
              {"cd", 0, 2, 4},
              {"x", 0, -1, 4},
              {"cd", 3, -1, 4},
@@ -223,9 +223,9 @@ TEST_F(KW_Text_ScannerTest, FindsText) {
 }
 
 TEST_F(KW_Text_ScannerTest, TellsWhatAnIntegerIs) {
-    for (char16_t const* integer : {u"", u"-", u"0", u"-12", u"007"})
+    for (const char16_t* integer : {u"", u"-", u"0", u"-12", u"007"})
         EXPECT_TRUE(KW_Text_Scanner::IsInteger(text(integer)));
-    for (char16_t const* other : {u"--1", u"1-", u"+1", u"1.5", u" 1", u"a", u"\uFF11"})
+    for (const char16_t* other : {u"--1", u"1-", u"+1", u"1.5", u" 1", u"a", u"\uFF11"})
         EXPECT_FALSE(KW_Text_Scanner::IsInteger(text(other)));
     EXPECT_TRUE(KW_Text_Scanner::IsInteger(KW_String()));
 }

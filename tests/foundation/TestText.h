@@ -29,7 +29,7 @@ constexpr auto kLatin1 = KW_String::Encoding_ISOLatin1;
 /// What a string holds, in a form that compares and prints: nothing for the null string.
 using Content = std::optional<std::u16string>;
 
-inline Content content(KW_String const& string) {
+inline Content content(const KW_String& string) {
     if (string.data == nullptr) return std::nullopt;
     return std::u16string(string.data, string.data + string.length);
 }
@@ -43,11 +43,11 @@ inline KW_String text(std::u16string_view units) {
     return string;
 }
 
-inline KW_String maybe(Content const& units) {
+inline KW_String maybe(const Content& units) {
     return units ? text(*units) : KW_String();
 }
 
-inline std::vector<Content> contents(KW_List<KW_String> const& list) {
+inline std::vector<Content> contents(const KW_List<KW_String>& list) {
     std::vector<Content> all;
     for (long i = 0; i < list.count; ++i)
         all.push_back(content(list[i]));
@@ -55,7 +55,7 @@ inline std::vector<Content> contents(KW_List<KW_String> const& list) {
 }
 
 /// What must hold for every string at any time.
-inline void expectSound(KW_String const& string) {
+inline void expectSound(const KW_String& string) {
     if (string.data == nullptr) {
         EXPECT_EQ(string.length, 0u);
         EXPECT_EQ(string.capacity, 0u);
@@ -71,7 +71,7 @@ public:
     explicit ExactBytes(std::string_view bytes) : size_(bytes.size()), bytes_(new char[bytes.size()]) {
         bytes.copy(bytes_.get(), size_);
     }
-    char const* data() const { return bytes_.get(); }
+    const char* data() const { return bytes_.get(); }
     unsigned int size() const { return static_cast<unsigned int>(size_); }
 
 private:

@@ -1,10 +1,10 @@
 #include "host/Host.h"
 
 #include "host/ErrorCodes.h"
-#include "platform/DialogControl.h"
-#include "platform/HttpOptions.h"
-#include "platform/ImageCleanup.h"
-#include "platform/RunLoop.h"
+#include "platform/host/DialogControl.h"
+#include "platform/host/HttpOptions.h"
+#include "platform/host/ImageCleanup.h"
+#include "platform/host/RunLoop.h"
 #include "tests/support/ScriptedPresenter.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,5 +1,6 @@
 #include "files/KW_Location.h"
 #include "library/KW_General.h"
+#include "platform/host/LaunchHandling.h"
 #include "tests/support/FakeOpener.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/support/Text.h"

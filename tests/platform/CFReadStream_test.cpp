@@ -12,10 +12,10 @@
 #include <thread>
 #include <vector>
 
-#include "platform/HttpOptions.h"
-#include "platform/ImageCleanup.h"
-#include "platform/RunLoop.h"
-#include "platform/src/CFObjects.h"
+#include "platform/host/HttpOptions.h"
+#include "platform/host/ImageCleanup.h"
+#include "platform/host/RunLoop.h"
+#include "platform/src/http/CFObjects.h"
 #include "tests/support/FaultServer.h"
 
 /// Stands before the C library's function: the name "slow.example" takes a second to be unknown,

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/src/CFObjects.h"
+#include "platform/src/http/CFObjects.h"
 
 namespace {
 

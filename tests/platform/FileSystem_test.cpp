@@ -1,5 +1,6 @@
 #include "platform/FileSystem.h"
 
+#include "platform/host/SettingsFolder.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -213,7 +214,7 @@ protected:
     ~SpecialLocationTest() override {
         for (std::size_t i = 0; i < before_.size(); ++i)
             setenv(kNames[i], before_[i].c_str(), 1);
-        FileSystem::SetSpecialLocation(FileSystem::SuiteSettingsFolder, Location());
+        platform::setSettingsFolder(Location());
     }
 
     static std::string folder() {
@@ -239,7 +240,7 @@ TEST_F(SpecialLocationTest, TheSettingsFolderIsTheMostParticularOneThatIsSet) {
         setenv(variable.c_str(), value.c_str(), 1);
         EXPECT_EQ(folder(), expected) << variable << " " << value;
     }
-    FileSystem::SetSpecialLocation(FileSystem::SuiteSettingsFolder, at("/given"));
+    platform::setSettingsFolder(at("/given"));
     EXPECT_EQ(folder(), "/given");
 
     Location location = at("/before");
@@ -252,7 +253,7 @@ TEST_F(SpecialLocationTest, CreatingMakesTheFolderForItsOwnerOnly) {
     temp.write("file", "");
     const auto create = [&temp](const char* name) {
         setenv("TESSARO_DATA_DIR", temp.path(name).c_str(), 1);
-        return FileSystem::CreateSpecialLocation(FileSystem::SuiteSettingsFolder);
+        return platform::createSettingsFolder();
     };
     EXPECT_EQ(create("x/y"), kNoError);
     EXPECT_EQ(create("x/y"), kNoError) << "once more";

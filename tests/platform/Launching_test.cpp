@@ -1,6 +1,7 @@
 #include "platform/Launching.h"
 
-#include "platform/RunLoop.h"
+#include "platform/host/LaunchHandling.h"
+#include "platform/host/RunLoop.h"
 #include "tests/support/FakeOpener.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "platform/ResourceManager.h"
 
-#include "platform/Resources.h"
+#include "platform/host/Resources.h"
 #include "platform/UniString.h"
 #include "tests/support/TemporaryFolder.h"
 

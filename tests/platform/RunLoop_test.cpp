@@ -1,4 +1,4 @@
-#include "platform/RunLoop.h"
+#include "platform/host/RunLoop.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

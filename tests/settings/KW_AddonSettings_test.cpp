@@ -1,5 +1,6 @@
 #include "settings/KW_AddonSettings.h"
 
+#include "platform/host/SettingsFolder.h"
 #include "tests/support/DataFolder.h"
 #include "tests/support/ResourceLimit.h"
 #include "tests/support/SettingsBytes.h"
@@ -52,8 +53,7 @@ TEST_F(AddonSettings, EachSetHasItsOwnFileInTheSettingsFolder) {
     EXPECT_EQ(temp_.read(kAllFile), exchanged("$k: all\n"));
     EXPECT_EQ(temp_.read(kThisFile), exchanged("$k: this\n"));
 
-    IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
-                                       IO::Location::FromPosixPath(temp_.path("missing")));
+    platform::setSettingsFolder(IO::Location::FromPosixPath(temp_.path("missing")));
     EXPECT_FALSE(KW_AddonSettings_Save(kThis));
     EXPECT_EQ(get("k"), "this");
     EXPECT_FALSE(temp_.has("missing"));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Launching.h"
+#include "platform/host/LaunchHandling.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <sstream>

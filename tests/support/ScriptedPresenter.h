@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DialogControl.h"
+#include "platform/host/DialogControl.h"
 
 #include <gtest/gtest.h>
 #include <deque>

@@ -3,8 +3,8 @@
 #include "files/KW_Location.h"
 #include "foundation/KW_String.h"
 #include "library/KW_General.h"
-#include "platform/HttpOptions.h"
-#include "platform/RunLoop.h"
+#include "platform/host/HttpOptions.h"
+#include "platform/host/RunLoop.h"
 #include "tests/support/FaultServer.h"
 #include "tests/support/TemporaryFolder.h"
 

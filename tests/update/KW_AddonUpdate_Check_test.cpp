@@ -1,5 +1,6 @@
 #include "tests/update/OfflineUpdateFixture.h"
 
+#include "platform/host/SettingsFolder.h"
 #include "settings/AddonIdentity.h"
 #include "settings/KW_AddonSettings.h"
 
@@ -34,12 +35,12 @@ public:
         std::filesystem::current_path(gone.path());
         setenv("TESSARO_DATA_DIR", "data", 1);
         IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder_);
-        IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, IO::Location());
+        platform::setSettingsFolder(IO::Location());
     }
     ~WithoutDataFolder() {
         unsetenv("TESSARO_DATA_DIR");
         std::filesystem::current_path(before_);
-        IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, folder_);
+        platform::setSettingsFolder(folder_);
     }
     WithoutDataFolder(const WithoutDataFolder&) = delete;
     WithoutDataFolder& operator=(const WithoutDataFolder&) = delete;

@@ -1,5 +1,5 @@
-#include "platform/HttpOptions.h"
-#include "platform/RunLoop.h"
+#include "platform/host/HttpOptions.h"
+#include "platform/host/RunLoop.h"
 #include "tests/support/FaultServer.h"
 #include "tests/update/UpdateFixture.h"
 

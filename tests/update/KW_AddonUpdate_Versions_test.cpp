@@ -1,3 +1,4 @@
+#include "platform/host/SettingsFolder.h"
 #include "tests/support/DataFolder.h"
 #include "tests/update/VersionText.h"
 #include "update/KW_AddonUpdate_Internal.h"
@@ -308,8 +309,7 @@ TEST_F(VersionsFile, CannotBeReadWhereThereIsNone) {
     EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
     folder.makeFolder("__updcf__.tmp");
     EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
-    IO::FileSystem::SetSpecialLocation(IO::FileSystem::SuiteSettingsFolder,
-                                       IO::Location::FromPosixPath(folder.path("missing")));
+    platform::setSettingsFolder(IO::Location::FromPosixPath(folder.path("missing")));
     EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
 }
 

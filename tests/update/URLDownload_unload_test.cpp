@@ -1,6 +1,6 @@
 #include <dlfcn.h>
 
-#include "platform/ImageCleanup.h"
+#include "platform/host/ImageCleanup.h"
 #include "tests/update/DownloadFixture.h"
 
 namespace {

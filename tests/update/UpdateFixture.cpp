@@ -1,7 +1,7 @@
 #include "tests/update/UpdateFixture.h"
 
 #include "language/KW_Language.h"
-#include "platform/Launching.h"
+#include "platform/host/LaunchHandling.h"
 #include "settings/KW_AddonSettings.h"
 
 UpdateFixture::UpdateFixture() {

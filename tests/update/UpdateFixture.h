@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/DialogControl.h"
+#include "platform/host/DialogControl.h"
 #include "tests/support/DataFolder.h"
 #include "tests/support/RecordingHost.h"
 #include "tests/support/ScriptedPresenter.h"

@@ -1,6 +1,6 @@
 #include "tools/manual/Screens.h"
 
-#include "platform/Resources.h"
+#include "platform/host/Resources.h"
 #include "tools/manual/Style.h"
 
 #include <QImage>

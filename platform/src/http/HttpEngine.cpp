@@ -1,6 +1,6 @@
 #include "platform/src/http/HttpEngine.h"
 
-#include "platform/RunLoop.h"
+#include "platform/host/RunLoop.h"
 #include "platform/src/http/HttpResponse.h"
 
 #include <sys/epoll.h>

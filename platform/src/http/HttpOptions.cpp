@@ -1,4 +1,4 @@
-#include "platform/HttpOptions.h"
+#include "platform/host/HttpOptions.h"
 
 #include "platform/src/http/ConnectRules.h"
 #include "platform/src/http/HttpResponse.h"

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+/// The folder of settings, marker files and downloads, which add-ons know as special location 14
+/// (IO::FileSystem).
+namespace platform {
+
+/// Creates the folder, and those above it, if it is missing; new ones are for their owner only.
+GSErrCode createSettingsFolder();
+/// Uses `folder` from now on; no location brings the folder of the environment back.
+void setSettingsFolder(const IO::Location& folder);
+
+}  // namespace platform

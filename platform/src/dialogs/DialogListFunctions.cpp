@@ -1,0 +1,202 @@
+#include "platform/host/CallTrace.h"
+#include "platform/src/dialogs/DialogControlState.h"
+
+#include <algorithm>
+#include <limits>
+
+using platform::CallDirection;
+using platform::CallTrace;
+using platform::DialogItemKind;
+using platform::dialogs;
+using platform::ListField;
+using platform::ListRow;
+using platform::ListState;
+using platform::OpenDialog;
+using platform::TraceArguments;
+
+namespace {
+
+constexpr std::size_t kMaxRows = std::numeric_limits<short>::max();
+
+/// The list that a call means; `list` is null when there is none.
+class ListCall {
+public:
+    ListCall(short dialogID, short item) : dialog_(dialogs().find(dialogID)) {
+        auto* const found = dialog_ != nullptr ? dialog_->state.find(item) : nullptr;
+        if (found != nullptr && found->kind == DialogItemKind::List) list = &found->list;
+    }
+    /// What was changed is drawn, unless drawing is off.
+    ~ListCall() {
+        if (changed && list->drawing) dialogs().touch(*dialog_);
+    }
+    ListCall(const ListCall&) = delete;
+    ListCall& operator=(const ListCall&) = delete;
+
+    bool hasRow(short row) const {
+        return list != nullptr && row >= 1 && static_cast<std::size_t>(row) <= list->rows.size();
+    }
+    bool hasField(short field) const {
+        return list != nullptr && field >= 1 && static_cast<std::size_t>(field) <= list->fields.size();
+    }
+    ListRow& row(short number) { return list->rows[static_cast<std::size_t>(number - 1)]; }
+
+    ListState* list = nullptr;
+    bool changed = false;
+
+private:
+    std::shared_ptr<OpenDialog> dialog_;
+};
+
+TraceArguments listArguments(short dialogID, short item) {
+    return {{"dialog", dialogID}, {"item", item}};
+}
+
+TraceArguments rowArguments(short dialogID, short item, short row) {
+    return {{"dialog", dialogID}, {"item", item}, {"row", row}};
+}
+
+}  // namespace
+
+void DGListSetTabFieldCount(short dialogID, short item, short count) {
+    CallTrace trace(CallDirection::ToHost, "DGListSetTabFieldCount", [&] {
+        return TraceArguments{{"dialog", dialogID}, {"item", item}, {"count", count}};
+    });
+    ListCall call(dialogID, item);
+    if (call.list == nullptr || count < 1) return;
+    call.list->fields.resize(static_cast<std::size_t>(count));
+    for (ListRow& row : call.list->rows)
+        row.cells.resize(static_cast<std::size_t>(count));
+    call.changed = true;
+}
+
+void DGListSetItemHeight(short dialogID, short item, short height) {
+    CallTrace trace(CallDirection::ToHost, "DGListSetItemHeight", [&] {
+        return TraceArguments{{"dialog", dialogID}, {"item", item}, {"height", height}};
+    });
+    ListCall call(dialogID, item);
+    if (call.list == nullptr || height < 1) return;
+    call.list->rowHeight = height;
+    call.changed = true;
+}
+
+void DGListSetTabFieldData(short dialogID, short item, short field, short begin, short end,
+                           short justification, int truncationFlags, bool separator, bool last) {
+    CallTrace trace(CallDirection::ToHost, "DGListSetTabFieldData", [&] {
+        return TraceArguments{{"dialog", dialogID},
+                              {"item", item},
+                              {"field", field},
+                              {"begin", begin},
+                              {"end", end},
+                              {"justification", justification},
+                              {"truncationFlags", truncationFlags},
+                              {"separator", separator},
+                              {"last", last}};
+    });
+    ListCall call(dialogID, item);
+    if (!call.hasField(field)) return;
+    call.list->fields[static_cast<std::size_t>(field - 1)] =
+        ListField{begin, end, justification, truncationFlags, separator, last};
+    call.changed = true;
+}
+
+void DGListDisableDraw(short dialogID, short item) {
+    CallTrace trace(CallDirection::ToHost, "DGListDisableDraw",
+                    [&] { return listArguments(dialogID, item); });
+    ListCall call(dialogID, item);
+    if (call.list != nullptr) call.list->drawing = false;
+}
+
+void DGListEnableDraw(short dialogID, short item) {
+    CallTrace trace(CallDirection::ToHost, "DGListEnableDraw", [&] { return listArguments(dialogID, item); });
+    ListCall call(dialogID, item);
+    if (call.list == nullptr) return;
+    call.list->drawing = true;
+    call.changed = true;
+}
+
+short DGListInsertItem(short dialogID, short item, short row) {
+    CallTrace trace(CallDirection::ToHost, "DGListInsertItem",
+                    [&] { return rowArguments(dialogID, item, row); });
+    ListCall call(dialogID, item);
+    if (call.list == nullptr || call.list->rows.size() >= kMaxRows) return trace.returning(short{0});
+    const short end = static_cast<short>(call.list->rows.size() + 1);
+    const short number = row == DG_LIST_BOTTOM ? end : row;
+    if (number < 1 || number > end) return trace.returning(short{0});
+    call.list->rows.insert(call.list->rows.begin() + (number - 1),
+                           ListRow{std::vector<platform::ListCell>(call.list->fields.size()), false});
+    call.changed = true;
+    return trace.returning(number);
+}
+
+void DGListDeleteItem(short dialogID, short item, short row) {
+    CallTrace trace(CallDirection::ToHost, "DGListDeleteItem",
+                    [&] { return rowArguments(dialogID, item, row); });
+    ListCall call(dialogID, item);
+    if (call.list == nullptr) return;
+    if (row == DG_ALL_ITEMS) {
+        call.list->rows.clear();
+    } else if (call.hasRow(row)) {
+        call.list->rows.erase(call.list->rows.begin() + (row - 1));
+    } else {
+        return;
+    }
+    call.changed = true;
+}
+
+void DGListSelectItem(short dialogID, short item, short row) {
+    CallTrace trace(CallDirection::ToHost, "DGListSelectItem",
+                    [&] { return rowArguments(dialogID, item, row); });
+    ListCall call(dialogID, item);
+    if (call.list == nullptr || (row != DG_ALL_ITEMS && !call.hasRow(row))) return;
+    for (ListRow& each : call.list->rows)
+        each.selected = row == DG_ALL_ITEMS || &each == &call.row(row);
+    call.changed = true;
+}
+
+void DGListDeselectItem(short dialogID, short item, short row) {
+    CallTrace trace(CallDirection::ToHost, "DGListDeselectItem",
+                    [&] { return rowArguments(dialogID, item, row); });
+    ListCall call(dialogID, item);
+    if (call.list == nullptr || (row != DG_ALL_ITEMS && !call.hasRow(row))) return;
+    for (ListRow& each : call.list->rows) {
+        if (row == DG_ALL_ITEMS || &each == &call.row(row)) each.selected = false;
+    }
+    call.changed = true;
+}
+
+short DGListGetSelected(short dialogID, short item, short from) {
+    CallTrace trace(CallDirection::ToHost, "DGListGetSelected", [&] {
+        return TraceArguments{{"dialog", dialogID}, {"item", item}, {"from", from}};
+    });
+    ListCall call(dialogID, item);
+    for (short row = std::max(from, short{1}); call.hasRow(row); ++row) {
+        if (call.row(row).selected) return trace.returning(row);
+        if (row == std::numeric_limits<short>::max()) break;
+    }
+    return trace.returning(short{0});
+}
+
+void DGListSetTabItemText(short dialogID, short item, short row, short field, const GS::UniString& text) {
+    CallTrace trace(CallDirection::ToHost, "DGListSetTabItemText", [&] {
+        return TraceArguments{{"dialog", dialogID},
+                              {"item", item},
+                              {"row", row},
+                              {"field", field},
+                              {"text", UniStringToUtf8(text)}};
+    });
+    ListCall call(dialogID, item);
+    if (!call.hasRow(row) || !call.hasField(field)) return;
+    call.row(row).cells[static_cast<std::size_t>(field - 1)].text = text;
+    call.changed = true;
+}
+
+void DGListSetTabItemIcon(short dialogID, short item, short row, short field, const DG::Icon& icon) {
+    CallTrace trace(CallDirection::ToHost, "DGListSetTabItemIcon", [&] {
+        return TraceArguments{
+            {"dialog", dialogID}, {"item", item}, {"row", row}, {"field", field}, {"icon", icon.resID()}};
+    });
+    ListCall call(dialogID, item);
+    if (!call.hasRow(row) || !call.hasField(field)) return;
+    call.row(row).cells[static_cast<std::size_t>(field - 1)].icon = icon;
+    call.changed = true;
+}

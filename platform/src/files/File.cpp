@@ -1,0 +1,265 @@
+#include "platform/FileSystem.h"
+#include "platform/src/files/PosixPath.h"
+#include "platform/src/files/QuietWrite.h"
+#include "platform/src/files/StagedFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+
+namespace IO {
+
+using platform::errorOfErrno;
+
+struct File::State {
+    GS::FixedCapacityString<256> path;
+    GSErrCode status = kNoError;
+    ino_t createdInode = 0;  // of the empty file that the constructor made, else 0
+
+    int descriptor = -1;  // owned by `staged` when that is open
+    OpenMode mode = ReadMode;
+    bool regular = false;
+    platform::StagedFile staged;
+
+    bool someWriteSucceeded = false;
+    bool someWriteFailed = false;
+    // Of the failed write that recovery has not taken back yet.
+    bool toBeRecovered = false;
+    off_t positionBefore = 0;
+    off_t lengthBefore = 0;
+    // Of the staged file, which nobody else changes: kept here so that a write asks the system for nothing.
+    off_t stagedPosition = 0;
+    off_t stagedLength = 0;
+    off_t flushBegun = 0;  // the disk has been told of so much of it
+
+    void create();
+    void removeCreated() const;
+    int openDirectly();
+    GSErrCode noteBefore();
+    void noteAfter(std::uint64_t written);
+    GSErrCode recover();
+    GSErrCode finish();
+};
+
+void File::State::create() {
+    const int made = ::open(path.ToCStr(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666);
+    struct stat information {};
+    if (made < 0 || fstat(made, &information) != 0) {
+        status = errorOfErrno(errno);
+    } else {
+        createdInode = information.st_ino;
+    }
+    if (made >= 0) ::close(made);
+}
+
+/// Takes an empty file back that the constructor made, if it is still that.
+void File::State::removeCreated() const {
+    struct stat now {};
+    if (createdInode != 0 && stat(path.ToCStr(), &now) == 0 && now.st_ino == createdInode &&
+        now.st_size == 0) {
+        unlink(path.ToCStr());
+    }
+}
+
+/// Opens the file itself. errno value, 0 for success.
+int File::State::openDirectly() {
+    int flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;  // a pipe without an other end would wait for one
+    switch (mode) {
+        case ReadMode:
+            flags |= O_RDONLY;
+            break;
+        case WriteMode:
+        case WriteEmptyMode:
+            flags |= O_WRONLY;
+            break;
+        case ReadWriteMode:
+            flags |= O_RDWR;
+            break;
+        case WriteAppendMode:
+            flags |= O_WRONLY | O_APPEND;
+            break;
+    }
+    descriptor = ::open(path.ToCStr(), flags);
+    if (descriptor < 0) return errno;
+    fcntl(descriptor, F_SETFL, flags & O_APPEND);
+    return 0;
+}
+
+/// Notes where a write begins, for recovery.
+GSErrCode File::State::noteBefore() {
+    if (staged.isOpen()) {
+        positionBefore = stagedPosition;
+        lengthBefore = stagedLength;
+        return kNoError;
+    }
+    struct stat information {};
+    const off_t position = lseek(descriptor, 0, SEEK_CUR);
+    if (position < 0 || fstat(descriptor, &information) != 0) return errorOfErrno(errno);
+    positionBefore = position;
+    lengthBefore = information.st_size;
+    return kNoError;
+}
+
+void File::State::noteAfter(std::uint64_t written) {
+    stagedPosition += static_cast<off_t>(written);
+    stagedLength = std::max(stagedLength, stagedPosition);
+    // The disk begins early, so that closing has little left to wait for.
+    constexpr off_t kFlushStep = 1 << 20;
+    if (staged.isOpen() && stagedLength - flushBegun >= kFlushStep) {
+        sync_file_range(descriptor, flushBegun, stagedLength - flushBegun, SYNC_FILE_RANGE_WRITE);
+        flushBegun = stagedLength;
+    }
+}
+
+GSErrCode File::State::recover() {
+    if (!toBeRecovered) return kNoError;
+    toBeRecovered = false;
+    if (!regular) return kNoError;
+    const bool cut = ftruncate(descriptor, lengthBefore) == 0;
+    const bool moved = lseek(descriptor, positionBefore, SEEK_SET) >= 0;
+    if (cut) stagedLength = lengthBefore;
+    flushBegun = std::min(flushBegun, stagedLength);
+    if (moved) stagedPosition = positionBefore;
+    return cut && moved ? kNoError : errorOfErrno(errno);
+}
+
+GSErrCode File::State::finish() {
+    GSErrCode error = recover();
+    if (staged.isOpen()) {
+        descriptor = -1;
+        if (error == kNoError && (someWriteSucceeded || !someWriteFailed)) {
+            error = errorOfErrno(staged.commit());
+            if (error != kNoError) removeCreated();
+        } else {
+            staged.discard();
+            removeCreated();
+        }
+    } else {
+        if (regular && someWriteSucceeded && fsync(descriptor) != 0) error = errorOfErrno(errno);
+        if (::close(descriptor) != 0 && error == kNoError) error = errorOfErrno(errno);
+        descriptor = -1;
+    }
+    return error;
+}
+
+File::File(const Location& location, OnNotFound onNotFound) : state_(std::make_unique<State>()) {
+    state_->status = location.ToUTF8POSIXPath(&state_->path);
+    if (state_->status != kNoError) return;
+    struct stat information {};
+    if (stat(state_->path.ToCStr(), &information) == 0) {
+        if (S_ISDIR(information.st_mode)) state_->status = kErrWrongType;
+    } else if (errno == ENOENT && onNotFound == Create) {
+        state_->create();
+    } else {
+        state_->status = errorOfErrno(errno);
+    }
+}
+
+File::~File() {
+    if (IsOpen()) (void)Close();
+}
+
+GSErrCode File::GetStatus() const {
+    return state_->status;
+}
+
+bool File::IsOpen() const {
+    return state_->descriptor >= 0;
+}
+
+GSErrCode File::Open(OpenMode mode, AccessDeniedTreatment) {
+    if (state_->status != kNoError) return state_->status;
+    if (IsOpen()) return kErrBusy;
+    struct stat information {};
+    if (stat(state_->path.ToCStr(), &information) != 0) return errorOfErrno(errno);
+    if (S_ISDIR(information.st_mode)) return kErrWrongType;
+
+    state_->mode = mode;
+    state_->regular = S_ISREG(information.st_mode);
+    state_->someWriteSucceeded = state_->someWriteFailed = state_->toBeRecovered = false;
+    state_->stagedPosition = state_->stagedLength = state_->flushBegun = 0;
+    if (mode != WriteEmptyMode || !state_->regular) return errorOfErrno(state_->openDirectly());
+    if (faccessat(AT_FDCWD, state_->path.ToCStr(), W_OK, AT_EACCESS) != 0) return errorOfErrno(errno);
+    const int error = state_->staged.open(state_->path.ToCStr());
+    state_->descriptor = state_->staged.descriptor();
+    if (error != 0) state_->removeCreated();
+    return errorOfErrno(error);
+}
+
+GSErrCode File::Close() {
+    if (!IsOpen()) return kErrNotOpen;
+    return state_->finish();
+}
+
+GSErrCode File::GetLength(std::uint32_t* length) const {
+    if (!IsOpen()) return kErrNotOpen;
+    struct stat information {};
+    if (fstat(state_->descriptor, &information) != 0) return errorOfErrno(errno);
+    if (information.st_size > std::numeric_limits<std::uint32_t>::max()) return kErrTooLarge;
+    *length = static_cast<std::uint32_t>(information.st_size);
+    return kNoError;
+}
+
+GSErrCode File::GetRemainingLength(std::uint64_t* length) const {
+    if (!IsOpen()) return kErrNotOpen;
+    *length = 0;
+    if (!state_->regular) return kNoError;
+    struct stat information {};
+    const off_t position = lseek(state_->descriptor, 0, SEEK_CUR);
+    if (position < 0 || fstat(state_->descriptor, &information) != 0) return errorOfErrno(errno);
+    if (position < information.st_size) *length = static_cast<std::uint64_t>(information.st_size - position);
+    return kNoError;
+}
+
+GSErrCode File::SetPosition(std::uint64_t position) {
+    if (!IsOpen()) return kErrNotOpen;
+    if (position > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) return kErrEndOfFile;
+    const off_t wanted = static_cast<off_t>(position);
+    if (lseek(state_->descriptor, wanted, SEEK_SET) < 0) return errorOfErrno(errno);
+    state_->stagedPosition = wanted;
+    return kNoError;
+}
+
+GSErrCode File::Read(char* buffer, std::uint32_t count, std::uint32_t* bytesRead) {
+    if (bytesRead != nullptr) *bytesRead = 0;
+    const bool readable = state_->mode == ReadMode || state_->mode == ReadWriteMode;
+    if (!IsOpen() || (count > 0 && !readable)) return kErrNotOpen;
+    std::uint32_t done = 0;
+    while (done < count) {
+        const ssize_t step = ::read(state_->descriptor, buffer + done, count - done);
+        if (step == 0) return kErrEndOfFile;
+        if (step < 0 && errno == EINTR) continue;
+        if (step < 0) return errorOfErrno(errno);
+        done += static_cast<std::uint32_t>(step);
+        if (bytesRead != nullptr) *bytesRead = done;
+    }
+    return kNoError;
+}
+
+GSErrCode File::Write(const char* bytes, std::uint64_t count, std::uint64_t* bytesWritten) {
+    if (bytesWritten != nullptr) *bytesWritten = 0;
+    if (!IsOpen() || state_->mode == ReadMode) return kErrNotOpen;
+    if (state_->regular && !state_->toBeRecovered) {
+        const GSErrCode failed = state_->noteBefore();
+        if (failed != kNoError) return failed;
+    }
+    std::uint64_t done = 0;
+    const int error = platform::writeQuietly(state_->descriptor, state_->regular, bytes, count, done);
+    state_->noteAfter(done);
+    if (bytesWritten != nullptr) *bytesWritten = done;
+    if (error == 0) {
+        state_->someWriteSucceeded = true;
+        return kNoError;
+    }
+    state_->someWriteFailed = state_->toBeRecovered = true;
+    return errorOfErrno(error);
+}
+
+GSErrCode File::RecoverFromFailedWrite() {
+    return IsOpen() ? state_->recover() : kErrNotOpen;
+}
+
+}  // namespace IO

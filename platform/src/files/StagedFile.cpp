@@ -1,0 +1,149 @@
+#include "platform/src/files/StagedFile.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace platform {
+
+namespace {
+
+constexpr std::string_view kPrefix = ".tessaro-";
+constexpr std::string_view kSuffix = ".staged";
+/// How many processes can replace one file at the same moment.
+constexpr int kSlots = 10;
+
+/// FNV-1a: the same in every process and every version.
+std::uint64_t hashOfName(std::string_view name) {
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const char byte : name)
+        hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+    return hash;
+}
+
+std::string stagedName(std::string_view target, int slot) {
+    std::array<char, 20> middle{};
+    std::snprintf(middle.data(), middle.size(), "%016llx-%d",
+                  static_cast<unsigned long long>(hashOfName(target)), slot);
+    return std::string(kPrefix) + middle.data() + std::string(kSuffix);
+}
+
+enum class Lock { Taken, HeldByAnother, Unknown };
+
+/// Unknown on file systems without locks.
+Lock takeLock(int file) {
+    if (flock(file, LOCK_EX | LOCK_NB) == 0) return Lock::Taken;
+    return errno == EWOULDBLOCK ? Lock::HeldByAnother : Lock::Unknown;
+}
+
+/// Whether `name` still stands for this file: between opening and locking it may have moved on.
+bool standsUnder(int file, int folder, const std::string& name) {
+    struct stat opened {};
+    struct stat named {};
+    return fstat(file, &opened) == 0 && fstatat(folder, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+}  // namespace
+
+bool StagedFile::isStagedName(std::string_view name) {
+    return name.starts_with(kPrefix) && name.ends_with(kSuffix) &&
+           name.size() == kPrefix.size() + 18 + kSuffix.size();
+}
+
+int StagedFile::open(const std::string& target) {
+    discard();
+    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(target.c_str(), nullptr), &std::free);
+    if (!resolved) return errno;
+    const std::string path = resolved.get();
+    const std::size_t slash = path.rfind('/');
+    targetName_ = path.substr(slash + 1);
+    folder_ = ::open(slash == 0 ? "/" : path.substr(0, slash).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder_ < 0) return errno;
+
+    int error = EBUSY;
+    int slot = 0;
+    while (slot < kSlots && error == EBUSY)
+        error = openSlot(slot++);
+    if (error == 0) error = takePermissionsOfTarget();
+    if (error != 0) {
+        discard();
+        return error;
+    }
+    for (; slot < kSlots; ++slot)
+        removeLeftOver(slot);
+    return 0;
+}
+
+/// EBUSY when the slot is in use.
+int StagedFile::openSlot(int slot) {
+    stagedName_ = stagedName(targetName_, slot);
+    constexpr int kAttempts = 3;  // another process may clear the name away between two of our steps
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        file_ =
+            openat(folder_, stagedName_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
+        if (file_ >= 0) {
+            if (takeLock(file_) != Lock::HeldByAnother && standsUnder(file_, folder_, stagedName_)) return 0;
+            ::close(file_);
+            file_ = -1;
+        } else if (errno == EEXIST) {
+            removeLeftOver(slot);
+        } else {
+            return errno;
+        }
+    }
+    return EBUSY;
+}
+
+/// A staged file that nobody holds the lock of was left by a process that ended before its time.
+void StagedFile::removeLeftOver(int slot) const {
+    const std::string name = stagedName(targetName_, slot);
+    const int file = openat(folder_, name.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (file < 0) return;
+    if (takeLock(file) == Lock::Taken && standsUnder(file, folder_, name)) unlinkat(folder_, name.c_str(), 0);
+    ::close(file);
+}
+
+int StagedFile::takePermissionsOfTarget() const {
+    struct stat target {};
+    struct stat staged {};
+    if (fstatat(folder_, targetName_.c_str(), &target, 0) != 0 || fstat(file_, &staged) != 0) return errno;
+    mode_t mode = target.st_mode & 07777;
+    const bool sameOwner = target.st_uid == staged.st_uid && target.st_gid == staged.st_gid;
+    // Who may not give files away keeps the staged one, without the rights of the other owner.
+    if (!sameOwner && fchown(file_, target.st_uid, target.st_gid) != 0) mode &= 0777;
+    return fchmod(file_, mode) == 0 ? 0 : errno;
+}
+
+int StagedFile::commit() {
+    int error = 0;
+    if (fsync(file_) != 0 || renameat(folder_, stagedName_.c_str(), folder_, targetName_.c_str()) != 0) {
+        error = errno;
+        discard();
+        return error;
+    }
+    // Some file systems cannot flush a folder and say so with EINVAL.
+    if (fsync(folder_) != 0 && errno != EINVAL) error = errno;
+    close();
+    return error;
+}
+
+void StagedFile::discard() {
+    if (file_ >= 0) unlinkat(folder_, stagedName_.c_str(), 0);
+    close();
+}
+
+void StagedFile::close() {
+    if (file_ >= 0) ::close(file_);
+    if (folder_ >= 0) ::close(folder_);
+    file_ = folder_ = -1;
+}
+
+}  // namespace platform

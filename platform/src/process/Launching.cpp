@@ -1,0 +1,131 @@
+#include "platform/Launching.h"
+
+#include "platform/Bundle.h"
+#include "platform/host/LaunchHandling.h"
+#include "platform/src/process/DesktopOpener.h"
+#include "platform/src/text/SystemText.h"
+#include "platform/UniString.h"
+
+#include <cctype>
+#include <cstring>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace {
+
+using platform::LaunchRequest;
+
+constexpr int kDefaultPatienceMs = 5000;
+constexpr const char* kDefaultOpener = "xdg-open";
+
+struct Launcher {
+    platform::LaunchHandler handler;
+    std::string opener = kDefaultOpener;
+    int patienceMs = kDefaultPatienceMs;
+    std::set<ICInstance> services;
+    ICInstance lastService = 0;
+};
+
+Launcher& launcher() {
+    static Launcher instance;
+    return instance;
+}
+
+/// The path as an argument that no opener takes for an option or an address.
+std::string pathArgument(const std::string& path) {
+    const std::string firstComponent = path.substr(0, path.find('/'));
+    const bool ambiguous =
+        !path.empty() && (path.front() == '-' || firstComponent.find(':') != std::string::npos);
+    return ambiguous ? "./" + path : path;
+}
+
+/// The address with everything that may not stand in one written as %XX.
+std::string addressArgument(const std::string& address) {
+    constexpr std::string_view kAllowed = "-._~:/?#[]@!$&'()*+,;=%";
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string argument;
+    for (const char each : address) {
+        const auto byte = static_cast<unsigned char>(each);
+        if (byte < 0x80 && (std::isalnum(byte) != 0 || kAllowed.find(each) != std::string_view::npos)) {
+            argument += each;
+        } else {
+            argument += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+        }
+    }
+    return argument;
+}
+
+int launch(const LaunchRequest& request) {
+    Launcher& state = launcher();
+    if (state.handler) return state.handler(request);
+    const std::string argument = request.kind == LaunchRequest::Kind::Document
+                                     ? pathArgument(request.target)
+                                     : addressArgument(request.target);
+    const int error = platform::runOpener(state.opener, argument, state.patienceMs);
+    if (error != 0) DBPrintf("cannot start \"%s\": %s\n", state.opener.c_str(), std::strerror(error));
+    return error;
+}
+
+bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
+    if (text.size() < prefix.size()) return false;
+    for (std::size_t i = 0; i < prefix.size(); ++i) {
+        if (std::tolower(static_cast<unsigned char>(text[i])) != prefix[i]) return false;
+    }
+    return true;
+}
+
+bool isWebAddress(std::string_view text) {
+    for (const std::string_view scheme : {"http://", "https://"}) {
+        if (startsWithIgnoringCase(text, scheme) && text.size() > scheme.size()) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+int OpenDocument(const char* path) {
+    return launch({LaunchRequest::Kind::Document, path != nullptr ? path : ""});
+}
+
+int ICStart(ICInstance* instance, std::uint32_t) {
+    if (instance == nullptr) return kICBadArgument;
+    *instance = ++launcher().lastService;
+    launcher().services.insert(*instance);
+    return 0;
+}
+
+int ICLaunchURL(ICInstance instance, const unsigned char*, const char* data, long length,
+                long* selectionStart, long* selectionEnd) {
+    const bool valid = launcher().services.contains(instance) && data != nullptr &&
+                       selectionStart != nullptr && selectionEnd != nullptr && 0 <= *selectionStart &&
+                       *selectionStart <= *selectionEnd && *selectionEnd <= length;
+    if (!valid) return kICBadArgument;
+    const std::string_view text(data + *selectionStart,
+                                static_cast<std::size_t>(*selectionEnd - *selectionStart));
+    if (!isWebAddress(text) || text.find('\0') != std::string_view::npos) return kICNoAddress;
+    return launch({LaunchRequest::Kind::WebAddress,
+                   GS::UniStringToUtf8(platform::uniStringFromSystemText(text))}) == 0
+               ? 0
+               : kICNoOpener;
+}
+
+int ICStop(ICInstance instance) {
+    return launcher().services.erase(instance) != 0 ? 0 : kICBadArgument;
+}
+
+namespace platform {
+
+void setLaunchHandler(LaunchHandler handler) {
+    launcher().handler = std::move(handler);
+}
+
+void setOpenerProgram(std::string program) {
+    launcher().opener = program.empty() ? kDefaultOpener : std::move(program);
+}
+
+void setOpenerPatience(int milliseconds) {
+    launcher().patienceMs = milliseconds < 0 ? kDefaultPatienceMs : milliseconds;
+}
+
+}  // namespace platform
