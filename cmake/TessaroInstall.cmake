@@ -44,7 +44,8 @@ install(FILES "${CMAKE_BINARY_DIR}/TessaroConfig.cmake" "${CMAKE_BINARY_DIR}/Tes
               cmake/TessaroAddon.cmake cmake/addon.exports
         DESTINATION "${package}")
 install(DIRECTORY examples DESTINATION "${documentation}")
-install(DIRECTORY docs/ DESTINATION "${documentation}" FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg"
+install(PROGRAMS scripts/check-texts DESTINATION "${CMAKE_INSTALL_DATADIR}/tessaro/scripts")
+install(DIRECTORY docs DESTINATION "${documentation}" FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg"
         PATTERN "manual" EXCLUDE)
 install(FILES README.md CHANGELOG.md DESTINATION "${documentation}")
 install(FILES cmake/copyright DESTINATION "${documentation}")

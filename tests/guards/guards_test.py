@@ -33,6 +33,7 @@ class GuardTest(unittest.TestCase):
             ('#include "settings/KW_AddonSettings.h"', 'files/ may not include "settings/KW_AddonSettings.h"'),
             ('#include <unicode/ustring.h>', "not of the standard library"),
             ('#include "KW_File.h"', "not written from the root"),
+            ('#include "platform/host/Presenter.h"', "may not include"),
         ]:
             self.write("files/Planted.cpp", include + "\n")
             self.check(1, says, "check-includes", self.root)
@@ -40,6 +41,21 @@ class GuardTest(unittest.TestCase):
     def test_platform_headers_show_no_third_party_types(self):
         self.write("platform/Text.h", "#include <unicode/ustring.h>\n")
         self.check(1, "in an interface header", "check-includes", self.root)
+
+    def test_links_lead_somewhere(self):
+        self.write("docs/page.md", "# A page\n## With `code`, too\n")
+        self.write("README.md", "[a](docs/page.md) [b](docs/page.md#with-code-too) [c](https://x.example/y)\n")
+        self.check(0, "2 documents", "check-links", self.root)
+        for link in "docs/none.md", "docs/page.md#none":
+            self.write("README.md", f"[a]({link})\n")
+            self.check(1, f"README.md: {link}", "check-links", self.root)
+
+    def test_the_layout_is_checked(self):
+        self.write("files/A.cpp", "const int kOne = 1;\n")
+        self.write(".clang-format", (SCRIPTS.parent / ".clang-format").read_text())
+        self.check(0, "1 files", "check-format", self.root)
+        self.write("files/A.cpp", "int const kOne = 1;\n")
+        self.check(1, "", "check-format", self.root)
 
     def test_headers_compile_alone(self):
         self.write("foundation/Sound.h", "#include <string>\ninline std::string f() { return {}; }\n")

@@ -82,6 +82,10 @@ class OutsideTest(unittest.TestCase):
         for path in self.prefix.rglob("*.cmake"):
             self.assertNotIn(str(PROJECT), path.read_text(), path)
 
+    def test_the_documents_and_what_they_name_are_there(self):
+        run(PROJECT / "scripts/check-links", self.prefix / "share/doc/tessaro", says="every link")
+        run(self.prefix / "share/tessaro/scripts/check-texts", self.prefix / "share/tessaro/framework", says="texts in")
+
     def test_the_installed_headers_compile(self):
         include = self.prefix / "include/tessaro"
         headers = [path.relative_to(include) for path in sorted(include.rglob("*.h"))]
