@@ -41,24 +41,24 @@ void loadOnce(benchmark::State& state, host::Host& host) {
 }
 
 /// The first loading in a process: the linker, the resources and the encodings are met for the first time.
-void BM_LoadToEndOfInitialize_First(benchmark::State& state) {
+void firstLoad(benchmark::State& state) {
     const UsedDataFolder folder;
     host::Host host;
     for (auto _ : state)
         loadOnce(state, host);
 }
-BENCHMARK(BM_LoadToEndOfInitialize_First)->Iterations(1)->Unit(benchmark::kMicrosecond);
+BENCHMARK(firstLoad)->Name("the first loading in a process")->Iterations(1)->Unit(benchmark::kMicrosecond);
 
-void BM_LoadToEndOfInitialize(benchmark::State& state) {
+void laterLoad(benchmark::State& state) {
     const UsedDataFolder folder;
     host::Host host;
     for (auto _ : state)
         loadOnce(state, host);
 }
-BENCHMARK(BM_LoadToEndOfInitialize)->Unit(benchmark::kMicrosecond);
+BENCHMARK(laterLoad)->Name("a later loading")->Unit(benchmark::kMicrosecond);
 
 /// Of that: the shared object, its module-wide objects, the index of its resources, the exported record.
-void BM_OpenBundle(benchmark::State& state) {
+void openBundle(benchmark::State& state) {
     for (auto _ : state) {
         auto bundle = host::Bundle::open(kBundle);
         state.PauseTiming();
@@ -66,10 +66,12 @@ void BM_OpenBundle(benchmark::State& state) {
         state.ResumeTiming();
     }
 }
-BENCHMARK(BM_OpenBundle)->Unit(benchmark::kMicrosecond);
+BENCHMARK(openBundle)
+    ->Name("of that: shared object, its objects, index of its resources")
+    ->Unit(benchmark::kMicrosecond);
 
 /// Of that: the three entry points, with the settings file and the menu's texts.
-void BM_EntryPoints(benchmark::State& state) {
+void callEntryPoints(benchmark::State& state) {
     const UsedDataFolder folder;
     host::Host host;
     for (auto _ : state) {
@@ -83,6 +85,8 @@ void BM_EntryPoints(benchmark::State& state) {
         state.ResumeTiming();
     }
 }
-BENCHMARK(BM_EntryPoints)->Unit(benchmark::kMicrosecond);
+BENCHMARK(callEntryPoints)
+    ->Name("of that: entry points, settings file, texts of the menu")
+    ->Unit(benchmark::kMicrosecond);
 
 }  // namespace

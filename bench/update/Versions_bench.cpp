@@ -192,17 +192,17 @@ void records(benchmark::State& state) {
 }
 
 constexpr int kLines = 20000;
-BENCHMARK(ours)->Name("versions file of 20,000 lines, compared/ours")->Arg(kLines);
-BENCHMARK(qt)->Name("versions file of 20,000 lines, compared/qt")->Arg(kLines);
-BENCHMARK(records)->Name("versions file of 20,000 lines, into records/ours")->Arg(kLines);
-BENCHMARK(recordsByQt)->Name("versions file of 20,000 lines, into records/qt")->Arg(kLines);
+BENCHMARK(ours)->Name("20,000 lines, compared/ours")->Arg(kLines);
+BENCHMARK(qt)->Name("20,000 lines, compared/qt")->Arg(kLines);
+BENCHMARK(records)->Name("20,000 lines, into records/ours")->Arg(kLines);
+BENCHMARK(recordsByQt)->Name("20,000 lines, into records/qt")->Arg(kLines);
 BENCHMARK(ours)
-    ->Name("versions file compared, by lines")
+    ->Name("compared, lines:")
     ->RangeMultiplier(10)
     ->Range(1000, 1000000)
     ->Complexity(benchmark::oN);
 BENCHMARK(records)
-    ->Name("versions file into records, by lines")
+    ->Name("into records, lines:")
     ->RangeMultiplier(10)
     ->Range(1000, 1000000)
     ->Complexity(benchmark::oN);
