@@ -1,0 +1,1 @@
+// Holds nothing: its target compiles the headers that every test includes.
