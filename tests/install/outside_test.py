@@ -105,7 +105,7 @@ class OutsideTest(unittest.TestCase):
             answers[option] = said
             run(PROJECT / "scripts/check-exports", bundles / "TessaroParts.bundle/TessaroParts.so")
         self.assertIn("The suite is not present.", answers["OFF"])
-        self.assertIn("The suite is present: its main module answers.", answers["ON"])
+        self.assertIn("The suite is present: its main module responds.", answers["ON"])
 
     def test_the_page_for_newcomers_leads_to_a_running_add_on(self):
         page = (PROJECT / "docs/your-first-add-on.md").read_text(encoding="utf-8")

@@ -57,7 +57,7 @@ function showEntry(entry, section, language) {
   const facts = element("dl", "", product);
   const fact = (label, value) => { element("dt", label, facts); element("dd", value, facts); };
   if (entry.version) fact(texts.version, entry.version);
-  if (entry.host) fact(texts.host, entry.host);
+  if (entry.host) fact(texts.host, "ArchiCAD " + entry.host);
   fact(texts.date, longDate(entry.date, code));
   if (entry.text.length === 0) return;
   element("h3", texts.news, product);
