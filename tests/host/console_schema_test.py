@@ -5,7 +5,7 @@ usage: console_schema_test.py BIN_DIR BUNDLES_DIR... -- DOCS_FILE TRANSCRIPT...
 
 Runs the sessions of the transcripts with --json added. Each line must be an object with the schema version, an event
 that the table in the documentation names, and that event's fields, no other. Every event of the table must occur. Every word that
-"help" lists must be in the table of words.
+"help" lists must be in the table of commands.
 """
 import json
 import pathlib
@@ -54,7 +54,7 @@ def main():
     docs, *files = sys.argv[split + 1:]
     text = pathlib.Path(docs).read_text(encoding="utf-8")
     events = documented_events(text)
-    words = set(re.findall(r"^\| `(\w+)", text[text.index("\n## Words\n"):], re.MULTILINE))
+    words = set(re.findall(r"^\| `(\w+)", text[text.index("\n## Commands\n"):], re.MULTILINE))
     replayer = transcripts.Replayer(bin_dir, bundle_dirs)
     seen = set()
     faults = [] if events else ["the documentation names no events"]
