@@ -205,7 +205,7 @@ RSResModule ACAPI_GetOwnResModule() {
 }
 
 GSErrCode ACAPI_GetOwnLocation(IO::Location& location) {
-    static const IO::Location sOwnLocation = IO::Location(GS::UniStringFromUtf8(sBundlePath));
+    static const IO::Location sOwnLocation = IO::Location::FromPosixPath(sBundlePath);
     if (sBundlePath[0] == 0) {
         location = IO::Location();
         return kAPIErrNoOwnLocation;

@@ -11,7 +11,8 @@ using GSCFXBundleRef = GSCFXBundle*;
 /// The bundle of the image that contains `address` (any function or object of that image). Null when the
 /// image is not known. Release it with GSCFXBundleRelease.
 GSCFXBundleRef GSCFXBundleCreateFromMachHeader(const void* address);
-/// Path of the bundle folder: absolute POSIX path, UTF-8, Unicode composed form; without trailing "/".
+/// Path of the bundle folder: absolute POSIX path in the bytes that it has, UTF-8 as a rule; without trailing
+/// "/".
 const std::string& GSCFXBundlePath(GSCFXBundleRef bundle);
 void GSCFXBundleRelease(GSCFXBundleRef bundle);
 

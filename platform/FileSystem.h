@@ -132,7 +132,8 @@ class File {
 public:
     enum OnNotFound : int {
         Fail = 0,    ///< the status tells
-        Create = 1,  ///< an empty file is created, readable and writable as the process's mask allows
+        Create = 1,  ///< its name appears with its content when it is closed, or this object ends; the
+                     ///< file is readable and writable as the process's mask allows
     };
     enum OpenMode : int {
         ReadMode = 0,
@@ -148,7 +149,7 @@ public:
     File(const File&) = delete;
     File& operator=(const File&) = delete;
 
-    /// 0 when the file exists and is not a folder.
+    /// 0 when the file exists and is not a folder, or can be created.
     GSErrCode GetStatus() const;
 
     /// Opens the file at its beginning.
@@ -156,8 +157,9 @@ public:
     /// In WriteEmptyMode what is written goes to a file staged in the same folder, and Close puts that in the
     /// place of this one in one step: who reads, also after a kill or a power cut, finds the old content or
     /// the new. Permissions are kept; of a symbolic link the target is replaced. A staged file that a kill
-    /// left behind is removed when the same file is replaced the next time. Devices, pipes and the like are
-    /// written to directly, without waiting for a reader.
+    /// left behind is removed when the same file is replaced the next time. A file that did not exist is
+    /// staged so in every mode. Devices, pipes and the like are written to directly, without waiting for a
+    /// reader.
     GSErrCode Open(OpenMode mode, AccessDeniedTreatment accessDenied);
     bool IsOpen() const;
     /// Writes to the disk what the system still holds, replaces the file if it was opened for that, and

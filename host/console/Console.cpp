@@ -53,8 +53,9 @@ int runConsole(const ConsoleOptions& options) {
         const std::string absolute = std::filesystem::absolute(options.dataDir).string();
         setenv("TESSARO_DATA_DIR", absolute.c_str(), 1);
     }
-    if (platform::createSettingsFolder() != kNoError) {
-        return fail(kExitUnreadable, "the folder of settings and marker files cannot be created");
+    if (const auto failure = platform::createSettingsFolder()) {
+        return fail(kExitUnreadable, "the folder of settings and marker files " + inQuotes(failure->path) +
+                                         " cannot be created: " + failure->reason);
     }
 
     std::unique_ptr<EventPrinter> printer;

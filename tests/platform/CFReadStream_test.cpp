@@ -7,11 +7,13 @@
 
 #include <chrono>
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
+#include "platform/host/Failures.h"
 #include "platform/host/HttpOptions.h"
 #include "platform/host/ImageCleanup.h"
 #include "platform/host/RunLoop.h"
@@ -342,6 +344,29 @@ TEST(ImageCleanup, EndsStreamsAndTimersWhoseCallbacksLieInTheImage) {
     EXPECT_EQ(sFired, "a");
     CFRelease(first);
     CFRelease(second);
+}
+
+TEST(AddOnCalls, AnExceptionOfAStreamsOrTimersCallbackStopsThereAndIsTold) {
+    std::string told;
+    platform::setCallbackFailureHandler([&told](const platform::CallbackFailure& failure) {
+        EXPECT_EQ(platform::imageOf(failure.function), platform::imageOf(&curlIsLoaded));
+        told += failure.callback + ": " + failure.reason + "\n";
+    });
+    const FaultServer server(serving(response("body")));
+    Client client(server.url());
+    client.then = [](CFStreamEventType event) {
+        if (event == kCFStreamEventHasBytesAvailable) throw std::runtime_error("lost");
+        if (event == kCFStreamEventEndEncountered) throw 3;
+    };
+    EXPECT_EQ(client.fetch().sequence(), "OBE");
+    CFRunLoopTimerRef timer = CFRunLoopTimerCreate(
+        kCFAllocatorDefault, 0, 0, 0, 0, [](CFRunLoopTimerRef, void*) { throw std::runtime_error("late"); },
+        nullptr);
+    CFRunLoopAddTimer(CFRunLoopGetMain(), timer, kCFRunLoopCommonModes);
+    RunLoop::main().dispatch(0);
+    CFRelease(timer);
+    EXPECT_EQ(told, "stream callback: lost\nstream callback: \ntimer callback: late\n");
+    platform::setCallbackFailureHandler(nullptr);
 }
 
 TEST(CFRunLoopTimer, FiresOnceAndNotWhenRemovedOrInvalid) {

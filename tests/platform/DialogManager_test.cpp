@@ -1,5 +1,6 @@
 #include "platform/DialogManager.h"
 
+#include "platform/host/Failures.h"
 #include "tests/support/ScriptedPresenter.h"
 
 #include <gmock/gmock.h>
@@ -384,8 +385,13 @@ TEST_F(DialogManagerTest, FunctionsOnUnknownDialogsAndItemsDoNothing) {
     EXPECT_EQ(control().find(open)->title, uni("resource 0"));
 }
 
-TEST_F(DialogManagerTest, AnExceptionOfACallbackStopsAtTheManager) {
+TEST_F(DialogManagerTest, AnExceptionOfACallbackStopsAtTheManagerAndIsTold) {
     ScriptedPresenter user;
+    std::string told;
+    platform::setCallbackFailureHandler([&told](const platform::CallbackFailure& failure) {
+        told += failure.callback + ": " + failure.reason + "\n";
+        EXPECT_EQ(failure.function, reinterpret_cast<const void*>(&noteMessage));
+    });
     user.then(UserAction::click(0, 1)).then(UserAction::close());
     bool thrown = false;
     sAnswer = [&thrown](const Message& received) -> short {
@@ -396,8 +402,13 @@ TEST_F(DialogManagerTest, AnExceptionOfACallbackStopsAtTheManager) {
         return received.item;
     };
     EXPECT_EQ(runModal(), 2);
-    EXPECT_THAT(user.log,
-                testing::Contains("refused: dialog 32700: its callback threw an exception at message click"));
+    EXPECT_EQ(told, "callback of dialog 32700 at message click: lost\n");
+    platform::setCallbackFailureHandler(nullptr);
+
+    user.thenLook([] { throw std::bad_alloc(); });
+    EXPECT_THROW(runModal(), std::bad_alloc);
+    EXPECT_FALSE(control().isModal());
+    EXPECT_THAT(control().openDialogs(), IsEmpty());
 }
 
 }  // namespace

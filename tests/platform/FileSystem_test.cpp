@@ -255,13 +255,17 @@ TEST_F(SpecialLocationTest, CreatingMakesTheFolderForItsOwnerOnly) {
         setenv("TESSARO_DATA_DIR", temp.path(name).c_str(), 1);
         return platform::createSettingsFolder();
     };
-    EXPECT_EQ(create("x/y"), kNoError);
-    EXPECT_EQ(create("x/y"), kNoError) << "once more";
+    EXPECT_FALSE(create("x/y"));
+    EXPECT_FALSE(create("x/y")) << "it is there";
     struct stat status {};
     ASSERT_EQ(stat(temp.path("x/y").c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0700u);
-    EXPECT_NE(create("file"), kNoError);
-    EXPECT_NE(create("file/z"), kNoError);
+    for (const char* const inTheWay : {"file", "file/z"}) {
+        const auto failure = create(inTheWay);
+        ASSERT_TRUE(failure) << inTheWay;
+        EXPECT_EQ(failure->path, temp.path(inTheWay));
+        EXPECT_EQ(failure->reason, "Not a directory");
+    }
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "platform/FileSystem.h"
 
+#include "platform/host/Failures.h"
 #include "tests/support/ResourceLimit.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -42,6 +43,14 @@ mode_t modeOf(const std::string& path) {
 
 class FileTest : public ::testing::Test {
 protected:
+    FileTest() {
+        platform::setReplacementFailureHandler([this](const platform::PathFailure& failure) {
+            failures_ += failure.path + ": " + failure.reason + "\n";
+        });
+    }
+    ~FileTest() override { platform::setReplacementFailureHandler(nullptr); }
+
+    std::string failures_;  // of replacements
     TemporaryFolder temp_;
 };
 
@@ -69,12 +78,21 @@ TEST_F(FileTest, TheOldContentStandsUntilAReplacementIsClosedAndTwoOfThemDoNotMi
 
 TEST_F(FileTest, AReplacementWhoseWritesAllFailedLeavesWhatWasThere) {
     temp_.write("old", "old");
-    const ResourceLimit limit(RLIMIT_FSIZE, 100);
-    EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
-    EXPECT_EQ(replace(temp_.path("new"), std::string(5000, 'x')), kErrNoSpace);
-    EXPECT_EQ(temp_.read("old"), "old");
-    EXPECT_FALSE(temp_.has("new"));
-    EXPECT_EQ(temp_.count(), 1);
+    const std::string failure = temp_.path("old") + ": File too large\n";
+    {
+        const ResourceLimit limit(RLIMIT_FSIZE, 100);
+        EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
+        EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
+        EXPECT_EQ(failures_, failure) << "told once";
+        EXPECT_EQ(replace(temp_.path("new"), std::string(5000, 'x')), kErrNoSpace);
+        EXPECT_EQ(temp_.read("old"), "old");
+        EXPECT_FALSE(temp_.has("new"));
+        EXPECT_EQ(temp_.count(), 1);
+        failures_.clear();
+        EXPECT_EQ(replace(temp_.path("old"), "short"), kNoError);
+        EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
+        EXPECT_EQ(failures_, failure) << "again after a success";
+    }
 }
 
 TEST_F(FileTest, RecoveryTakesBackOnlyTheWriteThatFailed) {
@@ -132,12 +150,14 @@ TEST_F(FileTest, WhatAKilledReplacementLeavesIsHiddenAndGoesWithTheNextOne) {
             (void)first.Open(File::WriteEmptyMode, ReportAccessDenied);
             (void)second.Open(File::WriteEmptyMode, ReportAccessDenied);
             (void)write(second, "half");
+            const File fresh(at(temp_.path("new")), File::Create);
             kill(getpid(), SIGKILL);
         }
         ASSERT_EQ(waitpid(child, nullptr, 0), child);
     }
     EXPECT_EQ(temp_.read("f"), "old");
-    EXPECT_EQ(temp_.count(), 3);
+    EXPECT_FALSE(temp_.has("new"));
+    EXPECT_EQ(temp_.count(), 4);
     int listed = 0;
     const auto count = [](Folder&, const Name&, bool, void* context) {
         ++*static_cast<int*>(context);
@@ -146,21 +166,39 @@ TEST_F(FileTest, WhatAKilledReplacementLeavesIsHiddenAndGoesWithTheNextOne) {
     EXPECT_EQ(Folder(at(temp_.path())).Enumerate(count, &listed), kNoError);
     EXPECT_EQ(listed, 1);
 
-    EXPECT_EQ(replace(temp_.path("f"), "new"), kNoError);
-    EXPECT_EQ(temp_.read("f"), "new");
-    EXPECT_EQ(temp_.count(), 1);
+    for (const char* const name : {"f", "new"}) {
+        EXPECT_EQ(replace(temp_.path(name), "new"), kNoError);
+        EXPECT_EQ(temp_.read(name), "new");
+    }
+    EXPECT_EQ(temp_.count(), 2);
 }
 
-TEST_F(FileTest, ACloseThatCannotReplaceSaysSoAndLeavesTheOldFile) {
-    temp_.write("f", "old");
-    File file(at(temp_.path("f")));
-    ASSERT_EQ(file.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
-    ASSERT_EQ(write(file, "new"), kNoError);
-    std::filesystem::remove(temp_.path("f"));
-    temp_.write("f/in the way", "x");
-    EXPECT_NE(file.Close(), kNoError);
-    EXPECT_EQ(temp_.read("f/in the way"), "x");
-    EXPECT_EQ(temp_.count(), 1);
+TEST_F(FileTest, ACloseThatCannotReplaceSaysSoAndLeavesWhatIsThere) {
+    const struct {
+        File::OpenMode mode;
+        const char* before;
+        const char* meanwhile;
+        GSErrCode closed;
+        const char* reason;
+    } cases[] = {
+        {File::WriteEmptyMode, "f", "f/in the way", kErrWrongType, "Is a directory"},
+        {File::WriteEmptyMode, "", "f/in the way", kErrWrongType, "Is a directory"},
+        {File::WriteAppendMode, "", "f", kErrOther, "File exists"},  // somebody else's first content
+    };
+    for (const auto& each : cases) {
+        const TemporaryFolder temp;
+        if (*each.before != '\0') temp.write(each.before, "old");
+        File file(at(temp.path("f")), File::Create);
+        ASSERT_EQ(file.Open(each.mode, ReportAccessDenied), kNoError);
+        ASSERT_EQ(write(file, "new"), kNoError);
+        std::filesystem::remove(temp.path("f"));
+        temp.write(each.meanwhile, "x");
+        failures_.clear();
+        EXPECT_EQ(file.Close(), each.closed);
+        EXPECT_EQ(failures_, temp.path("f") + ": " + each.reason + "\n");
+        EXPECT_EQ(temp.read(each.meanwhile), "x");
+        EXPECT_EQ(temp.count(), 1);
+    }
 }
 
 TEST_F(FileTest, SpecialFilesAreWrittenToDirectly) {
@@ -256,6 +294,16 @@ TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwrittenAndOnlyTheReadingOnesCanRea
         EXPECT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kErrBusy);
         EXPECT_EQ(file.Close(), kNoError);
         EXPECT_EQ(temp_.read("f"), each.content);
+
+        std::filesystem::remove(temp_.path("f"));
+        File fresh(at(temp_.path("f")), File::Create);
+        ASSERT_EQ(fresh.Open(each.mode, ReportAccessDenied), kNoError);
+        EXPECT_EQ(write(fresh, "abc"), kNoError);
+        EXPECT_EQ(fresh.SetPosition(0), kNoError);
+        EXPECT_EQ(write(fresh, "de"), kNoError);
+        EXPECT_FALSE(temp_.has("f")) << "the first content appears as a whole";
+        EXPECT_EQ(fresh.Close(), kNoError);
+        EXPECT_EQ(temp_.read("f"), each.mode == File::WriteAppendMode ? "abcde" : "dec");
     }
 }
 

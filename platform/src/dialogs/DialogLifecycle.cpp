@@ -1,5 +1,6 @@
 #include "platform/host/CallTrace.h"
 #include "platform/src/dialogs/DialogControlState.h"
+#include "platform/src/process/Failures.h"
 
 #include <algorithm>
 
@@ -135,22 +136,26 @@ short DialogControl::State::send(const std::shared_ptr<OpenDialog>& dialog, shor
             return TraceArguments{{"message", messageName(message)}, {"dialog", id}, {"item", item}};
         },
         reinterpret_cast<const void*>(dialog->callback));
-    try {
-        return trace.returning(dialog->callback(message, id, item, dialog->userData, 0));
-    } catch (...) {
-        refuse("dialog " + std::to_string(id) + ": its callback threw an exception at message " +
-               messageName(message));
-        return 0;
-    }
+    const std::string name =
+        "callback of dialog " + std::to_string(id) + " at message " + messageName(message);
+    return trace.returning(
+        callAddOn(name, dialog->callback, message, id, item, dialog->userData, DGMessageData{0}));
 }
 
 template <typename Done>
 void DialogControl::State::runFrame(ModalFrame& frame, const Done& done) {
+    struct Pushed {
+        State& state;
+        ModalFrame& frame;
+        ~Pushed() {
+            state.frames.pop_back();
+            if (frame.dialog != nullptr) state.close(frame.dialog, 0);  // something threw
+        }
+    };
     frames.push_back(&frame);
-    while (!done()) {
+    const Pushed pushed{*this, frame};
+    while (!done())
         perform(presenter != nullptr ? presenter->waitForAction() : UserAction::abandon());
-    }
-    frames.pop_back();
 }
 
 short DialogControl::State::runModal(RSResModule dialogModule, short resID, RSResModule imageModule,

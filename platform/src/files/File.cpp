@@ -2,6 +2,7 @@
 #include "platform/src/files/PosixPath.h"
 #include "platform/src/files/QuietWrite.h"
 #include "platform/src/files/StagedFile.h"
+#include "platform/src/process/Failures.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,15 +18,15 @@ using platform::errorOfErrno;
 struct File::State {
     GS::FixedCapacityString<256> path;
     GSErrCode status = kNoError;
-    ino_t createdInode = 0;  // of the empty file that the constructor made, else 0
 
     int descriptor = -1;  // owned by `staged` when that is open
     OpenMode mode = ReadMode;
     bool regular = false;
     platform::StagedFile staged;
+    bool isNew = false;  // staged since the constructor found no file
 
     bool someWriteSucceeded = false;
-    bool someWriteFailed = false;
+    int writeError = 0;  // of the last write that failed
     // Of the failed write that recovery has not taken back yet.
     bool toBeRecovered = false;
     off_t positionBefore = 0;
@@ -35,33 +36,20 @@ struct File::State {
     off_t stagedLength = 0;
     off_t flushBegun = 0;  // the disk has been told of so much of it
 
-    void create();
-    void removeCreated() const;
+    int stage();
     int openDirectly();
     GSErrCode noteBefore();
     void noteAfter(std::uint64_t written);
-    GSErrCode recover();
+    int recover();
+    int settle();
     GSErrCode finish();
 };
 
-void File::State::create() {
-    const int made = ::open(path.ToCStr(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666);
-    struct stat information {};
-    if (made < 0 || fstat(made, &information) != 0) {
-        status = errorOfErrno(errno);
-    } else {
-        createdInode = information.st_ino;
-    }
-    if (made >= 0) ::close(made);
-}
-
-/// Takes an empty file back that the constructor made, if it is still that.
-void File::State::removeCreated() const {
-    struct stat now {};
-    if (createdInode != 0 && stat(path.ToCStr(), &now) == 0 && now.st_ino == createdInode &&
-        now.st_size == 0) {
-        unlink(path.ToCStr());
-    }
+/// errno value, 0 for success.
+int File::State::stage() {
+    const int error = staged.open(path.ToCStr());
+    if (error != 0) platform::noteReplacement(path.ToCStr(), error);
+    return error;
 }
 
 /// Opens the file itself. errno value, 0 for success.
@@ -104,6 +92,7 @@ GSErrCode File::State::noteBefore() {
 }
 
 void File::State::noteAfter(std::uint64_t written) {
+    if (mode == WriteAppendMode) stagedPosition = stagedLength;
     stagedPosition += static_cast<off_t>(written);
     stagedLength = std::max(stagedLength, stagedPosition);
     // The disk begins early, so that closing has little left to wait for.
@@ -114,35 +103,40 @@ void File::State::noteAfter(std::uint64_t written) {
     }
 }
 
-GSErrCode File::State::recover() {
-    if (!toBeRecovered) return kNoError;
+/// errno value, 0 for success.
+int File::State::recover() {
+    if (!toBeRecovered) return 0;
     toBeRecovered = false;
-    if (!regular) return kNoError;
+    if (!regular) return 0;
     const bool cut = ftruncate(descriptor, lengthBefore) == 0;
     const bool moved = lseek(descriptor, positionBefore, SEEK_SET) >= 0;
     if (cut) stagedLength = lengthBefore;
     flushBegun = std::min(flushBegun, stagedLength);
     if (moved) stagedPosition = positionBefore;
-    return cut && moved ? kNoError : errorOfErrno(errno);
+    return cut && moved ? 0 : errno;
+}
+
+/// Lets the staged content take its place, or drops it. errno value, 0 for success.
+int File::State::settle() {
+    int error = recover();
+    descriptor = -1;
+    if (error == 0 && (someWriteSucceeded || writeError == 0)) {
+        error = staged.commit(mode == WriteEmptyMode || !isNew);
+        platform::noteReplacement(path.ToCStr(), error);
+    } else {
+        staged.discard();
+        platform::noteReplacement(path.ToCStr(), error != 0 ? error : writeError);
+    }
+    return error;
 }
 
 GSErrCode File::State::finish() {
-    GSErrCode error = recover();
-    if (staged.isOpen()) {
-        descriptor = -1;
-        if (error == kNoError && (someWriteSucceeded || !someWriteFailed)) {
-            error = errorOfErrno(staged.commit());
-            if (error != kNoError) removeCreated();
-        } else {
-            staged.discard();
-            removeCreated();
-        }
-    } else {
-        if (regular && someWriteSucceeded && fsync(descriptor) != 0) error = errorOfErrno(errno);
-        if (::close(descriptor) != 0 && error == kNoError) error = errorOfErrno(errno);
-        descriptor = -1;
-    }
-    return error;
+    if (staged.isOpen()) return errorOfErrno(settle());
+    int error = recover();
+    if (regular && someWriteSucceeded && fsync(descriptor) != 0) error = errno;
+    if (::close(descriptor) != 0 && error == 0) error = errno;
+    descriptor = -1;
+    return errorOfErrno(error);
 }
 
 File::File(const Location& location, OnNotFound onNotFound) : state_(std::make_unique<State>()) {
@@ -152,14 +146,15 @@ File::File(const Location& location, OnNotFound onNotFound) : state_(std::make_u
     if (stat(state_->path.ToCStr(), &information) == 0) {
         if (S_ISDIR(information.st_mode)) state_->status = kErrWrongType;
     } else if (errno == ENOENT && onNotFound == Create) {
-        state_->create();
+        state_->isNew = true;
+        state_->status = errorOfErrno(state_->stage());
     } else {
         state_->status = errorOfErrno(errno);
     }
 }
 
 File::~File() {
-    if (IsOpen()) (void)Close();
+    if (IsOpen() || state_->staged.isOpen()) (void)state_->finish();
 }
 
 GSErrCode File::GetStatus() const {
@@ -173,20 +168,28 @@ bool File::IsOpen() const {
 GSErrCode File::Open(OpenMode mode, AccessDeniedTreatment) {
     if (state_->status != kNoError) return state_->status;
     if (IsOpen()) return kErrBusy;
-    struct stat information {};
-    if (stat(state_->path.ToCStr(), &information) != 0) return errorOfErrno(errno);
-    if (S_ISDIR(information.st_mode)) return kErrWrongType;
-
     state_->mode = mode;
-    state_->regular = S_ISREG(information.st_mode);
-    state_->someWriteSucceeded = state_->someWriteFailed = state_->toBeRecovered = false;
+    state_->someWriteSucceeded = state_->toBeRecovered = false;
+    state_->writeError = 0;
     state_->stagedPosition = state_->stagedLength = state_->flushBegun = 0;
-    if (mode != WriteEmptyMode || !state_->regular) return errorOfErrno(state_->openDirectly());
-    if (faccessat(AT_FDCWD, state_->path.ToCStr(), W_OK, AT_EACCESS) != 0) return errorOfErrno(errno);
-    const int error = state_->staged.open(state_->path.ToCStr());
+    if (!state_->staged.isOpen()) {
+        state_->isNew = false;
+        struct stat information {};
+        if (stat(state_->path.ToCStr(), &information) != 0) return errorOfErrno(errno);
+        if (S_ISDIR(information.st_mode)) return kErrWrongType;
+        state_->regular = S_ISREG(information.st_mode);
+        if (mode != WriteEmptyMode || !state_->regular) return errorOfErrno(state_->openDirectly());
+        if (faccessat(AT_FDCWD, state_->path.ToCStr(), W_OK, AT_EACCESS) != 0) {
+            const int error = errno;
+            platform::noteReplacement(state_->path.ToCStr(), error);
+            return errorOfErrno(error);
+        }
+        if (const int error = state_->stage()) return errorOfErrno(error);
+    }
+    state_->regular = true;
     state_->descriptor = state_->staged.descriptor();
-    if (error != 0) state_->removeCreated();
-    return errorOfErrno(error);
+    if (mode == WriteAppendMode) fcntl(state_->descriptor, F_SETFL, O_APPEND);
+    return kNoError;
 }
 
 GSErrCode File::Close() {
@@ -254,12 +257,13 @@ GSErrCode File::Write(const char* bytes, std::uint64_t count, std::uint64_t* byt
         state_->someWriteSucceeded = true;
         return kNoError;
     }
-    state_->someWriteFailed = state_->toBeRecovered = true;
+    state_->writeError = error;
+    state_->toBeRecovered = true;
     return errorOfErrno(error);
 }
 
 GSErrCode File::RecoverFromFailedWrite() {
-    return IsOpen() ? state_->recover() : kErrNotOpen;
+    return IsOpen() ? errorOfErrno(state_->recover()) : kErrNotOpen;
 }
 
 }  // namespace IO

@@ -7,6 +7,7 @@
 #include <unistd.h>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 namespace platform {
@@ -77,13 +78,19 @@ GSErrCode FileSystem::GetSpecialLocation(SpecLocId id, Location* location) {
 
 namespace platform {
 
-GSErrCode createSettingsFolder() {
+std::optional<PathFailure> createSettingsFolder() {
     IO::Location folder;
-    GSErrCode error = IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder);
     GS::FixedCapacityString<256> path;
-    if (error == kNoError) error = folder.ToUTF8POSIXPath(&path);
-    if (error == kNoError) error = errorOfErrno(createFolders(path.ToCStr(), 0700));
-    return error == kNoError ? IO::Folder(folder).GetStatus() : error;
+    if (IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder) != kNoError ||
+        folder.ToUTF8POSIXPath(&path) != kNoError) {
+        return PathFailure{"", "there is no home folder"};
+    }
+    int error = createFolders(path.ToCStr(), 0700);
+    struct stat status {};
+    if (error == 0 && stat(path.ToCStr(), &status) != 0) error = errno;
+    if (error == 0 && !S_ISDIR(status.st_mode)) error = ENOTDIR;
+    if (error == 0) return std::nullopt;
+    return PathFailure{path.ToCStr(), std::strerror(error)};
 }
 
 void setSettingsFolder(const IO::Location& folder) {

@@ -8,8 +8,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
+#include <filesystem>
 
 namespace platform {
 
@@ -43,6 +42,18 @@ Lock takeLock(int file) {
     return errno == EWOULDBLOCK ? Lock::HeldByAnother : Lock::Unknown;
 }
 
+/// Where the file is, or comes to be when it is missing: a symbolic link stands for what it leads to.
+std::filesystem::path linksFollowed(std::filesystem::path path) {
+    constexpr int kMostLinks = 40;  // as the system's own limit
+    for (int links = 0; links < kMostLinks; ++links) {
+        std::error_code notALink;
+        const std::filesystem::path target = std::filesystem::read_symlink(path, notALink);
+        if (notALink) break;
+        path = path.parent_path() / target;
+    }
+    return path;
+}
+
 /// Whether `name` still stands for this file: between opening and locking it may have moved on.
 bool standsUnder(int file, int folder, const std::string& name) {
     struct stat opened {};
@@ -60,19 +71,20 @@ bool StagedFile::isStagedName(std::string_view name) {
 
 int StagedFile::open(const std::string& target) {
     discard();
-    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(target.c_str(), nullptr), &std::free);
-    if (!resolved) return errno;
-    const std::string path = resolved.get();
-    const std::size_t slash = path.rfind('/');
-    targetName_ = path.substr(slash + 1);
-    folder_ = ::open(slash == 0 ? "/" : path.substr(0, slash).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const std::filesystem::path path = linksFollowed(target);
+    targetName_ = path.filename().string();
+    if (targetName_.empty()) return EISDIR;
+    const std::string folder = path.has_parent_path() ? path.parent_path().string() : ".";
+    folder_ = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folder_ < 0) return errno;
 
+    struct stat old {};
+    const bool exists = fstatat(folder_, targetName_.c_str(), &old, 0) == 0;
     int error = EBUSY;
     int slot = 0;
     while (slot < kSlots && error == EBUSY)
-        error = openSlot(slot++);
-    if (error == 0) error = takePermissionsOfTarget();
+        error = openSlot(slot++, exists ? 0600 : 0666);
+    if (error == 0 && exists) error = takePermissions(old);
     if (error != 0) {
         discard();
         return error;
@@ -83,12 +95,12 @@ int StagedFile::open(const std::string& target) {
 }
 
 /// EBUSY when the slot is in use.
-int StagedFile::openSlot(int slot) {
+int StagedFile::openSlot(int slot, unsigned int mode) {
     stagedName_ = stagedName(targetName_, slot);
     constexpr int kAttempts = 3;  // another process may clear the name away between two of our steps
     for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        file_ =
-            openat(folder_, stagedName_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
+        constexpr int kFlags = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
+        file_ = openat(folder_, stagedName_.c_str(), kFlags, mode);
         if (file_ >= 0) {
             if (takeLock(file_) != Lock::HeldByAnother && standsUnder(file_, folder_, stagedName_)) return 0;
             ::close(file_);
@@ -111,21 +123,25 @@ void StagedFile::removeLeftOver(int slot) const {
     ::close(file);
 }
 
-int StagedFile::takePermissionsOfTarget() const {
-    struct stat target {};
+int StagedFile::takePermissions(const struct stat& old) const {
     struct stat staged {};
-    if (fstatat(folder_, targetName_.c_str(), &target, 0) != 0 || fstat(file_, &staged) != 0) return errno;
-    mode_t mode = target.st_mode & 07777;
-    const bool sameOwner = target.st_uid == staged.st_uid && target.st_gid == staged.st_gid;
+    if (fstat(file_, &staged) != 0) return errno;
+    mode_t mode = old.st_mode & 07777;
+    const bool sameOwner = old.st_uid == staged.st_uid && old.st_gid == staged.st_gid;
     // Who may not give files away keeps the staged one, without the rights of the other owner.
-    if (!sameOwner && fchown(file_, target.st_uid, target.st_gid) != 0) mode &= 0777;
+    if (!sameOwner && fchown(file_, old.st_uid, old.st_gid) != 0) mode &= 0777;
     return fchmod(file_, mode) == 0 ? 0 : errno;
 }
 
-int StagedFile::commit() {
-    int error = 0;
-    if (fsync(file_) != 0 || renameat(folder_, stagedName_.c_str(), folder_, targetName_.c_str()) != 0) {
-        error = errno;
+int StagedFile::commit(bool mayReplace) {
+    const auto rename = [this](unsigned int flags) {
+        return renameat2(folder_, stagedName_.c_str(), folder_, targetName_.c_str(), flags) == 0;
+    };
+    bool done = fsync(file_) == 0;
+    // Some file systems cannot rename with a condition and say so with EINVAL.
+    if (done) done = mayReplace ? rename(0) : rename(RENAME_NOREPLACE) || (errno == EINVAL && rename(0));
+    int error = done ? 0 : errno;
+    if (!done) {
         discard();
         return error;
     }

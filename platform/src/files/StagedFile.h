@@ -1,11 +1,13 @@
 #pragma once
 
+#include <sys/stat.h>
 #include <string>
 #include <string_view>
 
 namespace platform {
 
-/// The new content of a regular file, written beside it until it takes its place.
+/// The new content of a regular file, written beside it until it takes its place; or the first content of a
+/// file that does not exist.
 ///
 /// The staged file's name is made from the target's name alone, so that the next replacement of the same
 /// target finds what a killed process left behind. A lock tells one that is being written from a left one.
@@ -17,14 +19,15 @@ public:
     StagedFile(const StagedFile&) = delete;
     StagedFile& operator=(const StagedFile&) = delete;
 
-    /// Stages a replacement for the existing regular file `target`; of a symbolic link, for what it leads to.
+    /// Stages content for the file `target`; of a symbolic link, for what it leads to.
     int open(const std::string& target);
     bool isOpen() const { return file_ >= 0; }
     /// For writing; -1 when not open.
     int descriptor() const { return file_; }
     /// Puts the content in the target's place, on the disk, and closes. On failure the target is as it was,
     /// except when only the flush of the folder failed.
-    int commit();
+    /// Without `mayReplace` a file that has come into being meanwhile is in the way: EEXIST.
+    int commit(bool mayReplace);
     /// Removes the staged file and closes; the target stays as it was.
     void discard();
 
@@ -32,9 +35,9 @@ public:
     static bool isStagedName(std::string_view name);
 
 private:
-    int openSlot(int slot);
+    int openSlot(int slot, unsigned int mode);
     void removeLeftOver(int slot) const;
-    int takePermissionsOfTarget() const;
+    int takePermissions(const struct stat& old) const;
     void close();
 
     int folder_ = -1;

@@ -4,6 +4,7 @@
 #include "platform/host/RunLoop.h"
 #include "platform/src/http/CFObjects.h"
 #include "platform/src/http/HttpResponse.h"
+#include "platform/src/process/Failures.h"
 
 #include <algorithm>
 #include <memory>
@@ -82,7 +83,8 @@ private:
         while (response_ && scheduled_ && callBack_ != nullptr) {
             const CFStreamEventType event = nextEvent();
             if (event == 0) break;
-            if ((event & events_) != 0) callBack_(reference_, event, info_);
+            if ((event & events_) != 0)
+                platform::callAddOn("stream callback", callBack_, reference_, event, info_);
             if (response_) response_->resume();
         }
         delivering_ = false;

@@ -1,8 +1,6 @@
 #include "platform/Bundle.h"
 
 #include <dlfcn.h>
-#include <unicode/normalizer2.h>
-#include <unicode/unistr.h>
 #include <unistd.h>
 #include <climits>
 #include <cstdlib>
@@ -13,15 +11,6 @@ struct GSCFXBundle {
 };
 
 namespace {
-
-std::string composed(const std::string& utf8) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2* nfc = icu::Normalizer2::getNFCInstance(status);
-    if (U_FAILURE(status)) return utf8;
-    std::string result;
-    nfc->normalize(icu::UnicodeString::fromUTF8(utf8), status).toUTF8String(result);
-    return U_FAILURE(status) ? utf8 : result;
-}
 
 /// The main program's name is what it was started with, which need not be a path.
 std::string imageFile(const char* imageName) {
@@ -39,7 +28,7 @@ GSCFXBundleRef GSCFXBundleCreateFromMachHeader(const void* address) {
     const std::string file = imageFile(info.dli_fname);
     const std::size_t slash = file.rfind('/');
     if (slash == std::string::npos || slash == 0) return nullptr;
-    return std::make_unique<GSCFXBundle>(GSCFXBundle{composed(file.substr(0, slash))}).release();
+    return std::make_unique<GSCFXBundle>(GSCFXBundle{file.substr(0, slash)}).release();
 }
 
 const std::string& GSCFXBundlePath(GSCFXBundleRef bundle) {

@@ -3,6 +3,7 @@
 #include "platform/host/ImageCleanup.h"
 #include "platform/host/RunLoop.h"
 #include "platform/src/http/CFObjects.h"
+#include "platform/src/process/Failures.h"
 
 #include <optional>
 #include <set>
@@ -86,7 +87,7 @@ void CFRunLoopAddTimer(CFRunLoopRef loop, CFRunLoopTimerRef timer, CFStringRef m
     if (!timer->valid || timer->scheduled) return;
     timer->scheduled = platform::RunLoop::main().addTimer(timer->fireDate, [timer] {
         invalidate(*timer);
-        timer->callBack(timer, timer->info);  // may release the timer
+        platform::callAddOn("timer callback", timer->callBack, timer, timer->info);  // may release the timer
     });
 }
 

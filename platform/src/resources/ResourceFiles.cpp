@@ -1,7 +1,6 @@
 #include "platform/src/resources/ResourceFiles.h"
 
 #include "platform/src/resources/Toml.h"
-#include "platform/src/resources/TomlCheck.h"
 #include "platform/UniString.h"
 
 #include <algorithm>
@@ -9,7 +8,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -20,17 +18,14 @@ namespace {
 
 constexpr int kHighestNumber = std::numeric_limits<short>::max();
 constexpr int kHighestLanguage = 99;
+/// The parser goes one call deeper with each part of a dotted key.
+constexpr std::size_t kLargestFile = 256 * 1024;
 
 /// One file while it is read: its table, and where its problems go.
-class File {
+class TomlFile {
 public:
-    File(const std::string& path, ResourceProblems& problems) : path_(path), problems_(problems) {
-        std::string content;
-        if (!readWholeFile(path, content)) {
-            problems_.push_back({path_, 0, "the file cannot be read"});
-            return;
-        }
-        parse(content);
+    TomlFile(const std::string& path, ResourceProblems& problems) : path_(path), problems_(problems) {
+        if (const std::optional<std::string> content = readResourceFile(path, problems)) parse(*content);
     }
 
     const toml::table& table() const { return table_; }
@@ -99,11 +94,6 @@ public:
 
 private:
     void parse(const std::string& content) {
-        // The parser itself must not meet such a place.
-        if (const int line = lineOfStrayText(content)) {
-            problems_.push_back({path_, line, "text and quotation marks do not match here"});
-            return;
-        }
         try {
             table_ = toml::parse(content, path_);
         } catch (const toml::parse_error& error) {
@@ -142,7 +132,7 @@ bool isLanguageName(std::string_view name) {
     });
 }
 
-void readLanguages(File& file, ResourceIndex& index) {
+void readLanguages(TomlFile& file, ResourceIndex& index) {
     const toml::table* languages = file.tableIn(file.table().get("languages"), "languages");
     if (languages == nullptr) return;
     for (auto&& [key, node] : *languages) {
@@ -156,7 +146,7 @@ void readLanguages(File& file, ResourceIndex& index) {
     }
 }
 
-void readFallback(File& file, ResourceIndex& index) {
+void readFallback(TomlFile& file, ResourceIndex& index) {
     const toml::node* node = file.table().get("fallback");
     if (node == nullptr) return;
     const std::optional<std::string> name = file.text(*node, "fallback");
@@ -167,7 +157,7 @@ void readFallback(File& file, ResourceIndex& index) {
     if (index.fallback < 0) file.problem(node->source(), "fallback \"" + *name + "\" is not a language");
 }
 
-void readStringBases(File& file, ResourceIndex& index) {
+void readStringBases(TomlFile& file, ResourceIndex& index) {
     const toml::node* node = file.table().get("strings");
     if (node == nullptr) return;
     if (!node->is_array()) return file.problem(node->source(), "\"strings\" is not a list of numbers");
@@ -178,7 +168,7 @@ void readStringBases(File& file, ResourceIndex& index) {
     }
 }
 
-void readMenus(File& file, ResourceIndex& index) {
+void readMenus(TomlFile& file, ResourceIndex& index) {
     const toml::table* menus = file.tableIn(file.table().get("menus"), "menus");
     if (menus == nullptr) return;
     for (auto&& [key, node] : *menus) {
@@ -215,7 +205,7 @@ std::optional<std::uint8_t> anchorEdge(std::string_view name) {
 }
 
 /// Reads `count` numbers from the list under `name`; false, and a problem told, when they are not there.
-bool readNumbers(File& file, const toml::table& table, std::string_view name, short* numbers,
+bool readNumbers(TomlFile& file, const toml::table& table, std::string_view name, short* numbers,
                  std::size_t count) {
     const toml::node* node = table.get(name);
     const toml::array* array = node == nullptr ? nullptr : node->as_array();
@@ -232,7 +222,7 @@ bool readNumbers(File& file, const toml::table& table, std::string_view name, sh
     return true;
 }
 
-void readAnchors(File& file, const toml::table& table, DialogItemResource& item) {
+void readAnchors(TomlFile& file, const toml::table& table, DialogItemResource& item) {
     const toml::node* node = table.get("anchors");
     if (node == nullptr) return;
     const toml::array* names = node->as_array();
@@ -247,7 +237,7 @@ void readAnchors(File& file, const toml::table& table, DialogItemResource& item)
     item.anchors = anchors;
 }
 
-void readItem(File& file, const toml::node& node, DialogResource& dialog) {
+void readItem(TomlFile& file, const toml::node& node, DialogResource& dialog) {
     const toml::table* table = file.tableIn(&node, "items");
     if (table == nullptr) return;
     DialogItemResource item;
@@ -276,7 +266,7 @@ void readItem(File& file, const toml::node& node, DialogResource& dialog) {
     dialog.items.push_back(item);
 }
 
-void readDialog(File& file, int resID, const toml::table& table, ResourceLayouts& layouts) {
+void readDialog(TomlFile& file, int resID, const toml::table& table, ResourceLayouts& layouts) {
     DialogResource dialog;
     dialog.resID = static_cast<short>(resID);
     short size[2];
@@ -313,17 +303,21 @@ void complete(ResourceTexts& own, ResourceTexts other) {
     completeTexts(own.dialogs, other.dialogs);
 }
 
-bool readWholeFile(const std::string& path, std::string& content) {
+std::optional<std::string> readResourceFile(const std::string& path, ResourceProblems& problems) {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error)) return false;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return false;
-    content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    return !file.bad();
+    std::ifstream file;
+    if (std::filesystem::is_regular_file(path, error)) file.open(path, std::ios::binary);
+    std::string content(file.is_open() ? kLargestFile + 1 : 0, '\0');
+    file.read(content.data(), static_cast<std::streamsize>(content.size()));
+    const bool isRead = file.is_open() && !file.bad();
+    content.resize(static_cast<std::size_t>(file.gcount()));
+    if (isRead && content.size() <= kLargestFile) return content;
+    problems.push_back({path, 0, isRead ? "the file is larger than 256 KiB" : "the file cannot be read"});
+    return std::nullopt;
 }
 
 ResourceIndex readResourceIndex(const std::string& path, ResourceProblems& problems) {
-    File file(path, problems);
+    TomlFile file(path, problems);
     ResourceIndex index;
     readLanguages(file, index);
     readFallback(file, index);
@@ -336,7 +330,7 @@ ResourceIndex readResourceIndex(const std::string& path, ResourceProblems& probl
 }
 
 ResourceTexts readResourceTexts(const std::string& path, ResourceProblems& problems) {
-    File file(path, problems);
+    TomlFile file(path, problems);
     ResourceTexts texts;
     for (auto&& [heading, node] : file.table()) {
         const bool known = heading == "strings" || heading == "menu" || heading == "dialog";
@@ -363,7 +357,7 @@ ResourceTexts readResourceTexts(const std::string& path, ResourceProblems& probl
 }
 
 ResourceLayouts readResourceLayouts(const std::string& path, ResourceProblems& problems) {
-    File file(path, problems);
+    TomlFile file(path, problems);
     ResourceLayouts layouts;
     const toml::table* dialogs = file.tableIn(file.table().get("dialog"), "dialog");
     if (dialogs == nullptr) return layouts;

@@ -3,6 +3,7 @@
 #include "platform/host/Resources.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,7 +47,8 @@ ResourceLayouts readResourceLayouts(const std::string& path, ResourceProblems& p
 void complete(ResourceIndex& own, ResourceIndex other);
 void complete(ResourceTexts& own, ResourceTexts other);
 
-/// The whole content of a regular file; false when it cannot be read.
-bool readWholeFile(const std::string& path, std::string& content);
+/// The whole content of a regular file; nothing, and a problem, when it cannot be read or is too large to be
+/// one of a bundle's resources.
+std::optional<std::string> readResourceFile(const std::string& path, ResourceProblems& problems);
 
 }  // namespace platform

@@ -99,16 +99,16 @@ public:
         if (const IconResource* known = find(icons_, resID)) return known;
         IconResource icon;
         icon.label = iconLabel(resID);
-        for (const std::string& folder : {folder_, framework_}) {
-            for (const char* extension : {".svg", ".png"}) {
-                const std::string path = folder + "/icons/" + std::to_string(resID) + extension;
-                if (icon.path.empty() && readWholeFile(path, icon.image)) icon.path = path;
-            }
-        }
-        if (icon.path.empty()) {
-            if (icon.label.empty()) return nullptr;
-            tell({{folder_ + "/icons/" + std::to_string(resID) + ".svg", 0, "the file cannot be read"}});
-        }
+        icon.path = iconPath(resID);
+        if (icon.path.empty() && icon.label.empty()) return nullptr;
+        ResourceProblems problems;
+        const std::string expected = folder_ + "/icons/" + std::to_string(resID) + ".svg";
+        const auto image = readResourceFile(icon.path.empty() ? expected : icon.path, problems);
+        if (image)
+            icon.image = *image;
+        else
+            icon.path.clear();
+        tell(problems);
         return &icons_.emplace(resID, std::move(icon)).first->second;
     }
 
@@ -125,6 +125,18 @@ public:
     }
 
 private:
+    /// Empty when there is no picture.
+    std::string iconPath(short resID) const {
+        for (const std::string& folder : {folder_, framework_}) {
+            for (const char* extension : {".svg", ".png"}) {
+                const std::string path = folder + "/icons/" + std::to_string(resID) + extension;
+                std::error_code error;
+                if (!folder.empty() && std::filesystem::is_regular_file(path, error)) return path;
+            }
+        }
+        return {};
+    }
+
     template <typename Map>
     static const typename Map::mapped_type* find(const Map& map, int key) {
         const auto found = map.find(key);
