@@ -1,6 +1,7 @@
 #include "host/Libraries.h"
 
 #include "host/ErrorCodes.h"
+#include "platform/host/Ascii.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -12,13 +13,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-char lowered(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool sameName(std::string_view a, std::string_view b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return lowered(x) == lowered(y); });
+                      [](char x, char y) { return platform::asciiLower(x) == platform::asciiLower(y); });
 }
 
 /// The absolute path of a folder without "." and trailing "/". Empty when it stands for nothing.

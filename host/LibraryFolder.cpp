@@ -1,5 +1,6 @@
 #include "host/LibraryFolder.h"
 
+#include "platform/host/Ascii.h"
 #include "platform/UniString.h"
 
 #include <algorithm>
@@ -34,8 +35,7 @@ struct Unusable {
 
 bool isPartFile(const fs::path& path) {
     std::string extension = path.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    std::transform(extension.begin(), extension.end(), extension.begin(), platform::asciiLower);
     return extension == ".gsm";
 }
 

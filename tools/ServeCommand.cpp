@@ -1,6 +1,7 @@
 #include "tools/ServeCommand.h"
 
 #include "host/console/Console.h"
+#include "platform/host/OwnProgram.h"
 #include "tools/UpdateServer.h"
 
 #include <dlfcn.h>
@@ -17,7 +18,7 @@ namespace fs = std::filesystem;
 /// Where the module lies: beside the installed bundles, or in the build.
 std::string modulePath() {
     std::error_code error;
-    const fs::path prefix = fs::read_symlink("/proc/self/exe", error).parent_path().parent_path();
+    const fs::path prefix = platform::ownProgram().parent_path().parent_path();
     const fs::path installed = prefix / TESSARO_INSTALLED_BUNDLES / kUpdateServerModule;
     const fs::path built = prefix / "lib" / kUpdateServerModule;
     return (fs::exists(installed, error) ? installed : built).string();

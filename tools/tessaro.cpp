@@ -1,6 +1,7 @@
 // The program: its subcommands and their options.
 
 #include "host/console/Console.h"
+#include "platform/host/OwnProgram.h"
 #include "tools/ServeCommand.h"
 
 #include <CLI/CLI.hpp>
@@ -14,8 +15,7 @@ namespace fs = std::filesystem;
 /// The add-on that belongs to this program: beside it in the build, or where it is installed.
 std::string defaultBundle() {
     std::error_code error;
-    const fs::path program = fs::read_symlink("/proc/self/exe", error);
-    const fs::path prefix = program.parent_path().parent_path();
+    const fs::path prefix = platform::ownProgram().parent_path().parent_path();
     const fs::path installed = prefix / TESSARO_INSTALLED_BUNDLES / "TessaroLibrary.bundle";
     const fs::path built = prefix / "bundles" / "TessaroLibrary.bundle";
     return (fs::exists(installed, error) ? installed : built).string();

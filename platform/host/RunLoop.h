@@ -24,7 +24,8 @@ public:
     int descriptor() const;
 
     /// Calls `callback` with the epoll events that happened on `fd` (EPOLLIN, EPOLLOUT, ...). The descriptor
-    /// stays the caller's; watching one a second time replaces its events and callback.
+    /// stays the caller's; watching one a second time replaces its events and callback. Throws
+    /// std::system_error for what cannot be waited for, a regular file above all.
     void watch(int fd, std::uint32_t events, std::function<void(std::uint32_t)> callback);
     void unwatch(int fd);
 

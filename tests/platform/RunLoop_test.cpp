@@ -9,7 +9,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -117,24 +116,22 @@ TEST(RunLoop, CallbacksMayAddAndRemoveAnythingThemselvesIncluded) {
 }
 
 TEST(RunLoop, WatchingAgainReplacesEventsAndCallbackAlsoOfADescriptorThatWasClosedMeanwhile) {
-    for (const bool wasRegularFile : {false, true}) {
-        RunLoop loop;
-        std::string order;
-        const int number = wasRegularFile ? open("/proc/self/exe", O_RDONLY) : eventfd(0, 0);
-        loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'x'; });
-        close(number);
-        Pipe pipe;
-        ASSERT_EQ(pipe.readEnd(), number);
-        loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'a'; });
-        EXPECT_EQ(loop.dispatch(0), 0) << "nothing to read";
-        pipe.fill();
-        EXPECT_EQ(loop.dispatch(1000), 1);
-        loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'b'; });
-        EXPECT_EQ(loop.dispatch(1000), 1);
-        loop.watch(number, 0, [&](std::uint32_t) { order += 'c'; });
-        EXPECT_EQ(loop.dispatch(0), 0);
-        EXPECT_EQ(order, "ab");
-    }
+    RunLoop loop;
+    std::string order;
+    const int number = eventfd(0, 0);
+    loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'x'; });
+    close(number);
+    Pipe pipe;
+    ASSERT_EQ(pipe.readEnd(), number);
+    loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'a'; });
+    EXPECT_EQ(loop.dispatch(0), 0) << "nothing to read";
+    pipe.fill();
+    EXPECT_EQ(loop.dispatch(1000), 1);
+    loop.watch(number, EPOLLIN, [&](std::uint32_t) { order += 'b'; });
+    EXPECT_EQ(loop.dispatch(1000), 1);
+    loop.watch(number, 0, [&](std::uint32_t) { order += 'c'; });
+    EXPECT_EQ(loop.dispatch(0), 0);
+    EXPECT_EQ(order, "ab");
 }
 
 TEST(RunLoop, ADispatchInsideACallbackLeavesNoStaleEventBehind) {
@@ -155,22 +152,6 @@ TEST(RunLoop, ADispatchInsideACallbackLeavesNoStaleEventBehind) {
     while (loop.dispatch(0) > 0) {
     }
     EXPECT_EQ(lines, 1);
-}
-
-TEST(RunLoop, ARegularFileIsAlwaysReady) {
-    RunLoop loop;
-    std::FILE* file = std::tmpfile();
-    ASSERT_NE(file, nullptr);
-    int calls = 0;
-    loop.watch(fileno(file), EPOLLIN, [&](std::uint32_t) {
-        if (++calls == 3) loop.unwatch(fileno(file));
-    });
-    EXPECT_TRUE(readable(loop.descriptor(), 1000));
-    for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(loop.dispatch(-1), 1);
-    EXPECT_EQ(loop.dispatch(0), 0);
-    EXPECT_FALSE(readable(loop.descriptor(), 0));
-    std::fclose(file);
 }
 
 }  // namespace

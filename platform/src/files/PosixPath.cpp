@@ -2,6 +2,8 @@
 
 #include "platform/FileSystem.h"
 
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
 #include <cerrno>
 #include <vector>
 
@@ -9,52 +11,8 @@ namespace platform {
 
 namespace {
 
-constexpr unsigned short kEscapeFirst = 0xDC80;
-constexpr unsigned short kEscapeLast = 0xDCFF;
-
-bool isContinuation(unsigned char byte) {
-    return (byte & 0xC0) == 0x80;
-}
-
-/// Length of the valid UTF-8 sequence at the beginning of `bytes`, its scalar value in `value`; 0 for none.
-std::size_t sequenceAt(std::string_view bytes, char32_t& value) {
-    const auto at = [bytes](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
-    const unsigned char lead = at(0);
-    if (lead < 0x80) {
-        value = lead;
-        return 1;
-    }
-    const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-    if (length == 0 || bytes.size() < length) return 0;
-    value = lead & (0x7Fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if (!isContinuation(at(i))) return 0;
-        value = value << 6 | (at(i) & 0x3Fu);
-    }
-    const bool overlong = (length == 3 && value < 0x800) || (length == 4 && value < 0x10000);
-    const bool surrogate = value >= 0xD800 && value < 0xE000;
-    return overlong || surrogate || value > 0x10FFFF ? 0 : length;
-}
-
-void appendScalar(char32_t value, std::string& bytes) {
-    const auto put = [&bytes](char32_t byte) { bytes.push_back(static_cast<char>(byte)); };
-    if (value < 0x80) {
-        put(value);
-        return;
-    }
-    if (value < 0x800) {
-        put(0xC0 | value >> 6);
-    } else {
-        if (value < 0x10000) {
-            put(0xE0 | value >> 12);
-        } else {
-            put(0xF0 | value >> 18);
-            put(0x80 | (value >> 12 & 0x3F));
-        }
-        put(0x80 | (value >> 6 & 0x3F));
-    }
-    put(0x80 | (value & 0x3F));
-}
+constexpr UChar32 kEscapeFirst = 0xDC80;
+constexpr UChar32 kEscapeLast = 0xDCFF;
 
 }  // namespace
 
@@ -68,19 +26,15 @@ GS::UniString textOfPosixBytes(std::string_view bytes) {
         units = large.data();
     }
     unsigned int count = 0;
-    while (!bytes.empty()) {
-        char32_t value = 0;
-        std::size_t length = sequenceAt(bytes, value);
-        if (length == 0) {
-            units[count++] = static_cast<unsigned short>(0xDC00 | static_cast<unsigned char>(bytes[0]));
-            length = 1;
-        } else if (value < 0x10000) {
-            units[count++] = static_cast<unsigned short>(value);
-        } else {
-            units[count++] = static_cast<unsigned short>(0xD800 + ((value - 0x10000) >> 10));
-            units[count++] = static_cast<unsigned short>(0xDC00 | (value & 0x3FF));
+    for (std::size_t i = 0; i < bytes.size();) {
+        const std::size_t first = i;
+        UChar32 character = 0;
+        U8_NEXT(bytes, i, bytes.size(), character);
+        if (character < 0) {
+            character = 0xDC00 | static_cast<unsigned char>(bytes[first]);
+            i = first + 1;
         }
-        bytes.remove_prefix(length);
+        U16_APPEND_UNSAFE(units, count, character);
     }
     return GS::UniString(units, count);
 }
@@ -90,20 +44,19 @@ bool posixBytesOfText(const GS::UniString& text, std::string& bytes) {
     const unsigned int count = text.GetLength();
     bytes.clear();
     bytes.reserve(count);
-    for (unsigned int i = 0; i < count; ++i) {
-        const unsigned short unit = units[i];
-        const bool high = unit >= 0xD800 && unit < 0xDC00;
-        const bool lowFollows = i + 1 < count && units[i + 1] >= 0xDC00 && units[i + 1] < 0xE000;
-        if (high && lowFollows) {
-            appendScalar(0x10000 + ((unit - 0xD800u) << 10) + (units[i + 1] - 0xDC00u), bytes);
-            ++i;
-        } else if (unit >= kEscapeFirst && unit <= kEscapeLast) {
-            bytes.push_back(static_cast<char>(unit & 0xFF));
-        } else if (unit == 0 || (unit >= 0xD800 && unit < 0xE000)) {
+    for (unsigned int i = 0; i < count;) {
+        UChar32 character = 0;
+        U16_NEXT(units, i, count, character);
+        char encoded[U8_MAX_LENGTH];
+        unsigned int length = 0;
+        if (character >= kEscapeFirst && character <= kEscapeLast) {
+            encoded[length++] = static_cast<char>(character & 0xFF);
+        } else if (character == 0 || U_IS_SURROGATE(character)) {
             return false;
         } else {
-            appendScalar(unit, bytes);
+            U8_APPEND_UNSAFE(encoded, length, character);
         }
+        bytes.append(encoded, length);
     }
     return true;
 }

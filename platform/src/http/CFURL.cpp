@@ -1,5 +1,6 @@
 #include "platform/CFURL.h"
 
+#include "platform/host/Ascii.h"
 #include "platform/src/http/CFObjects.h"
 #include "platform/StringServices.h"
 
@@ -9,15 +10,11 @@
 #include <string>
 #include <string_view>
 
+using platform::mayStandInUrl;
+
 namespace {
 
 constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-
-bool mayStandInUrl(char character) {
-    constexpr std::string_view kOther = "-._~:/?#[]@!$&'()*+,;=";
-    return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
-           (character >= 'a' && character <= 'z') || kOther.find(character) != std::string_view::npos;
-}
 
 std::optional<unsigned> hexValue(char digit) {
     if (digit >= 'a' && digit <= 'f') digit = static_cast<char>(digit - 'a' + 'A');

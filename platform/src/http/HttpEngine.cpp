@@ -1,10 +1,9 @@
 #include "platform/src/http/HttpEngine.h"
 
 #include "platform/host/RunLoop.h"
-#include "platform/src/http/HttpResponse.h"
+#include "platform/src/http/HttpStream.h"
 
 #include <sys/epoll.h>
-#include <sys/eventfd.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
 
@@ -23,19 +22,17 @@ HttpEngine* HttpEngine::create() {
     if (curl == nullptr) return nullptr;
     CURLM* const multi = curl->multiInit();
     const int timerDescriptor = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
-    const int wakeDescriptor = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
-    if (multi == nullptr || timerDescriptor < 0 || wakeDescriptor < 0) return nullptr;
-    return new HttpEngine(*curl, multi, timerDescriptor, wakeDescriptor);
+    if (multi == nullptr || timerDescriptor < 0) return nullptr;
+    return new HttpEngine(*curl, multi, timerDescriptor);
 }
 
-HttpEngine::HttpEngine(const CurlLibrary& curl, CURLM* multi, int timerDescriptor, int wakeDescriptor)
-    : curl_(curl), multi_(multi), timerDescriptor_(timerDescriptor), wakeDescriptor_(wakeDescriptor) {
+HttpEngine::HttpEngine(const CurlLibrary& curl, CURLM* multi, int timerDescriptor)
+    : curl_(curl), multi_(multi), timerDescriptor_(timerDescriptor) {
     curl_.multiSetopt(multi_, CURLMOPT_SOCKETFUNCTION, &HttpEngine::socketChanged);
     curl_.multiSetopt(multi_, CURLMOPT_SOCKETDATA, this);
     curl_.multiSetopt(multi_, CURLMOPT_TIMERFUNCTION, &HttpEngine::timeoutChanged);
     curl_.multiSetopt(multi_, CURLMOPT_TIMERDATA, this);
     RunLoop::main().watch(timerDescriptor_, EPOLLIN, [this](std::uint32_t) { onTimer(); });
-    RunLoop::main().watch(wakeDescriptor_, EPOLLIN, [this](std::uint32_t) { onWake(); });
 }
 
 bool HttpEngine::add(CURL* easy) {
@@ -48,15 +45,16 @@ void HttpEngine::remove(CURL* easy) {
     curl_.multiRemoveHandle(multi_, easy);
 }
 
-void HttpEngine::noteChange(const std::shared_ptr<HttpResponse>& response) {
-    changed_.push_back(response);
+void HttpEngine::noteChange(const std::shared_ptr<CFReadStream>& stream) {
+    changed_.push_back(stream);
 }
 
 int HttpEngine::socketChanged(CURL* easy, curl_socket_t socket, int what, void* engine, void*) {
     auto* const self = static_cast<HttpEngine*>(engine);
     // Of a paused transfer the socket stays open and is wanted again soon. Others are closed next, some
     // without a word.
-    if (what == CURL_POLL_REMOVE && !self->isPaused(easy)) {
+    const CFReadStream* const stream = self->streamOf(easy);
+    if (what == CURL_POLL_REMOVE && (stream == nullptr || !stream->isPaused())) {
         self->forget(socket);
         return 0;
     }
@@ -68,15 +66,10 @@ int HttpEngine::socketChanged(CURL* easy, curl_socket_t socket, int what, void* 
     return 0;
 }
 
-HttpResponse* HttpEngine::responseOf(CURL* easy) const {
-    void* response = nullptr;  // libcurl has handles of its own, which have none
-    curl_.easyGetinfo(easy, CURLINFO_PRIVATE, &response);
-    return static_cast<HttpResponse*>(response);
-}
-
-bool HttpEngine::isPaused(CURL* easy) const {
-    const HttpResponse* const response = responseOf(easy);
-    return response != nullptr && response->paused_;
+CFReadStream* HttpEngine::streamOf(CURL* easy) const {
+    void* stream = nullptr;  // libcurl has handles of its own, which have none
+    curl_.easyGetinfo(easy, CURLINFO_PRIVATE, &stream);
+    return static_cast<CFReadStream*>(stream);
 }
 
 void HttpEngine::forget(curl_socket_t socket) {
@@ -119,13 +112,9 @@ void HttpEngine::onSocket(curl_socket_t socket, std::uint32_t events) {
 int HttpEngine::timeoutChanged(CURLM*, long timeoutMs, void* engine) {
     auto* const self = static_cast<HttpEngine*>(engine);
     self->deadline_.reset();
-    if (timeoutMs == 0 && !self->woken_) {
-        const std::uint64_t one = 1;
-        self->woken_ = write(self->wakeDescriptor_, &one, sizeof one) == sizeof one;
-    } else if (timeoutMs > 0) {
-        self->deadline_ = Clock::now() + std::chrono::milliseconds(timeoutMs);
-        if (!self->armedFor_ || *self->deadline_ < *self->armedFor_) self->arm(*self->deadline_);
-    }
+    if (timeoutMs < 0) return 0;
+    self->deadline_ = Clock::now() + std::chrono::milliseconds(timeoutMs);
+    if (!self->armedFor_ || *self->deadline_ < *self->armedFor_) self->arm(*self->deadline_);
     return 0;
 }
 
@@ -152,25 +141,18 @@ void HttpEngine::onTimer() {
     act(CURL_SOCKET_TIMEOUT, 0);
 }
 
-void HttpEngine::onWake() {
-    std::uint64_t wakes = 0;
-    if (read(wakeDescriptor_, &wakes, sizeof wakes) < 0) return;
-    woken_ = false;
-    act(CURL_SOCKET_TIMEOUT, 0);
-}
-
 void HttpEngine::act(curl_socket_t socket, int what) {
     int running = 0;
     curl_.multiSocketAction(multi_, socket, what, &running);
     int queued = 0;
     while (const CURLMsg* message = curl_.multiInfoRead(multi_, &queued)) {
         if (message->msg != CURLMSG_DONE) continue;
-        responseOf(message->easy_handle)->finish(message->data.result == CURLE_OK);
+        streamOf(message->easy_handle)->finish(message->data.result == CURLE_OK);
     }
     while (!changed_.empty()) {
-        const auto response = changed_.front().lock();
+        const auto stream = changed_.front().lock();
         changed_.pop_front();
-        if (response) response->tellChange();
+        if (stream) stream->deliver();
     }
 }
 

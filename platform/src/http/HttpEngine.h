@@ -9,13 +9,13 @@
 #include <optional>
 #include <unordered_map>
 
-namespace platform::http {
+struct CFReadStream;
 
-class HttpResponse;
+namespace platform::http {
 
 /// Runs every HTTP transfer on the main run loop, with libcurl's multi interface: no thread of ours, no
 /// waiting. (Names that are no addresses are resolved by a thread that libcurl keeps for itself.) Nothing is
-/// told to a response's owner while libcurl is on the stack, so the owner may do what it likes, also run the
+/// told to a stream's client while libcurl is on the stack, so the client may do what it likes, also run the
 /// loop.
 ///
 /// libcurl changes its mind about sockets and timeouts many times while data streams in. What costs a system
@@ -33,8 +33,8 @@ public:
 
     bool add(CURL* easy);
     void remove(CURL* easy);
-    /// Has the response tell its owner that it changed, once libcurl has returned.
-    void noteChange(const std::shared_ptr<HttpResponse>& response);
+    /// Has the stream tell its client what changed, once libcurl has returned.
+    void noteChange(const std::shared_ptr<CFReadStream>& stream);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -45,32 +45,28 @@ private:
         std::uint32_t watched = 0;
     };
 
-    HttpEngine(const CurlLibrary& curl, CURLM* multi, int timerDescriptor, int wakeDescriptor);
+    HttpEngine(const CurlLibrary& curl, CURLM* multi, int timerDescriptor);
     static HttpEngine* create();
 
     static int socketChanged(CURL* easy, curl_socket_t socket, int what, void* engine, void* unused);
     static int timeoutChanged(CURLM* multi, long timeoutMs, void* engine);
     static int closeSocket(void* engine, curl_socket_t socket);
 
-    HttpResponse* responseOf(CURL* easy) const;
-    bool isPaused(CURL* easy) const;
+    CFReadStream* streamOf(CURL* easy) const;
     void watch(curl_socket_t socket, Socket& state);
     void forget(curl_socket_t socket);
     void arm(Clock::time_point deadline);
     void onSocket(curl_socket_t socket, std::uint32_t events);
     void onTimer();
-    void onWake();
     void act(curl_socket_t socket, int what);
 
     const CurlLibrary& curl_;
     CURLM* multi_;
     int timerDescriptor_;  // libcurl's time limits follow the real clock, whatever the run loop's says
-    int wakeDescriptor_;   // readable when libcurl wants to go on at once
     Deadline deadline_;
     Deadline armedFor_;
-    bool woken_ = false;
     std::unordered_map<curl_socket_t, Socket> sockets_;
-    std::deque<std::weak_ptr<HttpResponse>> changed_;
+    std::deque<std::weak_ptr<CFReadStream>> changed_;
 };
 
 }  // namespace platform::http

@@ -1,8 +1,9 @@
 #include "platform/host/HttpOptions.h"
 
 #include "platform/src/http/ConnectRules.h"
-#include "platform/src/http/HttpResponse.h"
+#include "platform/src/http/HttpStream.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -55,7 +56,10 @@ void setConnectRules(std::vector<ConnectRule> rules) {
 }
 
 std::size_t transfersUnderWay() {
-    return http::HttpResponse::running();
+    const auto& all = http::streams();
+    return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [](const auto& stream) {
+        return stream->state() == CFReadStream::State::Running;
+    }));
 }
 
 std::vector<std::string> http::connectRulesForCurl() {

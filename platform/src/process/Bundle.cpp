@@ -1,7 +1,8 @@
 #include "platform/Bundle.h"
 
+#include "platform/host/OwnProgram.h"
+
 #include <dlfcn.h>
-#include <unistd.h>
 #include <climits>
 #include <cstdlib>
 #include <memory>
@@ -16,8 +17,7 @@ namespace {
 std::string imageFile(const char* imageName) {
     char resolved[PATH_MAX];
     if (realpath(imageName, resolved) != nullptr) return resolved;
-    const ssize_t length = readlink("/proc/self/exe", resolved, sizeof resolved - 1);
-    return length > 0 ? std::string(resolved, static_cast<std::size_t>(length)) : std::string();
+    return platform::ownProgram().string();
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "platform/Launching.h"
 
 #include "platform/Bundle.h"
+#include "platform/host/Ascii.h"
 #include "platform/host/LaunchHandling.h"
 #include "platform/src/process/DesktopOpener.h"
 #include "platform/src/text/SystemText.h"
 #include "platform/UniString.h"
 
-#include <cctype>
 #include <cstring>
 #include <set>
 #include <string_view>
@@ -42,14 +42,13 @@ std::string pathArgument(const std::string& path) {
 
 /// The address with everything that may not stand in one written as %XX.
 std::string addressArgument(const std::string& address) {
-    constexpr std::string_view kAllowed = "-._~:/?#[]@!$&'()*+,;=%";
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string argument;
     for (const char each : address) {
-        const auto byte = static_cast<unsigned char>(each);
-        if (byte < 0x80 && (std::isalnum(byte) != 0 || kAllowed.find(each) != std::string_view::npos)) {
+        if (platform::mayStandInUrl(each) || each == '%') {
             argument += each;
         } else {
+            const auto byte = static_cast<unsigned char>(each);
             argument += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
         }
     }
@@ -65,21 +64,6 @@ int launch(const LaunchRequest& request) {
     const int error = platform::runOpener(state.opener, argument, state.patienceMs);
     if (error != 0) DBPrintf("cannot start \"%s\": %s\n", state.opener.c_str(), std::strerror(error));
     return error;
-}
-
-bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
-    if (text.size() < prefix.size()) return false;
-    for (std::size_t i = 0; i < prefix.size(); ++i) {
-        if (std::tolower(static_cast<unsigned char>(text[i])) != prefix[i]) return false;
-    }
-    return true;
-}
-
-bool isWebAddress(std::string_view text) {
-    for (const std::string_view scheme : {"http://", "https://"}) {
-        if (startsWithIgnoringCase(text, scheme) && text.size() > scheme.size()) return true;
-    }
-    return false;
 }
 
 }  // namespace
@@ -103,7 +87,7 @@ int ICLaunchURL(ICInstance instance, const unsigned char*, const char* data, lon
     if (!valid) return kICBadArgument;
     const std::string_view text(data + *selectionStart,
                                 static_cast<std::size_t>(*selectionEnd - *selectionStart));
-    if (!isWebAddress(text) || text.find('\0') != std::string_view::npos) return kICNoAddress;
+    if (!platform::isWebAddress(text) || text.find('\0') != std::string_view::npos) return kICNoAddress;
     return launch({LaunchRequest::Kind::WebAddress,
                    GS::UniStringToUtf8(platform::uniStringFromSystemText(text))}) == 0
                ? 0

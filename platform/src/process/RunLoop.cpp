@@ -46,8 +46,6 @@ struct RunLoop::State {
 
     struct Watcher {
         std::uint64_t token;
-        std::uint32_t events;
-        bool alwaysReady;  // a regular file, which epoll refuses
         std::shared_ptr<WatchCallback> callback;
     };
 
@@ -56,7 +54,6 @@ struct RunLoop::State {
     double armedFor = kNever;
     std::unordered_map<int, Watcher> watchers;
     std::unordered_map<std::uint64_t, int> descriptorOfToken;
-    std::size_t alwaysReadyCount = 0;
     std::uint64_t nextToken = kTimerToken + 1;
     std::map<std::pair<double, TimerId>, std::function<void()>> timers;  // in firing order
     std::unordered_map<TimerId, double> fireTimes;
@@ -88,9 +85,7 @@ struct RunLoop::State {
 
     double now() const { return clock ? clock() : monotonicSeconds(); }
 
-    bool somethingIsDue() const {
-        return alwaysReadyCount != 0 || (!timers.empty() && timers.begin()->first.first <= now());
-    }
+    bool somethingIsDue() const { return !timers.empty() && timers.begin()->first.first <= now(); }
 
     // Makes the descriptor readable when the earliest timer is due. A replaced clock moves unseen by the
     // kernel: only what is due already can be signalled then.
@@ -152,35 +147,25 @@ void RunLoop::watch(int fd, std::uint32_t events, std::function<void(std::uint32
     epoll_event event{};
     event.events = events;
     if (known != state_->watchers.end()) {
-        State::Watcher& watcher = known->second;
-        event.data.u64 = watcher.token;
-        if (!watcher.alwaysReady && epoll_ctl(state_->epoll, EPOLL_CTL_MOD, fd, &event) == 0) {
-            watcher.callback = std::move(shared);
-            watcher.events = events;
+        event.data.u64 = known->second.token;
+        if (epoll_ctl(state_->epoll, EPOLL_CTL_MOD, fd, &event) == 0) {
+            known->second.callback = std::move(shared);
             return;
         }
         unwatch(fd);  // the descriptor may have been closed and opened anew without an unwatch
     }
     event.data.u64 = state_->nextToken++;
-    const bool added = epoll_ctl(state_->epoll, EPOLL_CTL_ADD, fd, &event) == 0;
-    if (!added && errno != EPERM) throw std::system_error(errno, std::generic_category(), "run loop: watch");
-    state_->watchers[fd] = {event.data.u64, events, !added, std::move(shared)};
+    if (epoll_ctl(state_->epoll, EPOLL_CTL_ADD, fd, &event) != 0)
+        throw std::system_error(errno, std::generic_category(), "run loop: watch");
+    state_->watchers[fd] = {event.data.u64, std::move(shared)};
     state_->descriptorOfToken[event.data.u64] = fd;
-    if (!added) {
-        ++state_->alwaysReadyCount;
-        state_->arm();
-    }
 }
 
 void RunLoop::unwatch(int fd) {
     const auto known = state_->watchers.find(fd);
     if (known == state_->watchers.end()) return;
     state_->descriptorOfToken.erase(known->second.token);
-    if (known->second.alwaysReady) {
-        --state_->alwaysReadyCount;
-    } else {
-        epoll_ctl(state_->epoll, EPOLL_CTL_DEL, fd, nullptr);
-    }
+    epoll_ctl(state_->epoll, EPOLL_CTL_DEL, fd, nullptr);
     state_->watchers.erase(known);
 }
 
@@ -222,20 +207,9 @@ int RunLoop::dispatch(int timeoutMs) {
     int calls = state_->runTimers();
     // A callback may have run the loop itself (an alert is open). What it dispatched may be stale here, and
     // whatever is still ready comes again.
-    const auto stillCurrent = [&] { return state_->dispatchCount == mine; };
-    for (int i = 0; i < count && stillCurrent(); ++i) {
+    for (int i = 0; i < count && state_->dispatchCount == mine; ++i) {
         if (happened[i].data.u64 != kTimerToken)
             calls += state_->call(happened[i].data.u64, happened[i].events);
-    }
-    if (state_->alwaysReadyCount != 0) {
-        std::map<std::uint64_t, std::uint32_t> ready;
-        for (const auto& [fd, watcher] : state_->watchers) {
-            if (watcher.alwaysReady) ready.emplace(watcher.token, watcher.events);
-        }
-        for (const auto& [token, events] : ready) {
-            if (!stillCurrent()) break;
-            calls += state_->call(token, events & (EPOLLIN | EPOLLOUT));
-        }
     }
     state_->arm();
     return calls;
