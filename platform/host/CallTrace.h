@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/UniString.h"
+
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -50,6 +52,14 @@ public:
         call_ = {direction, function, arguments(), target};
         observer_->callEntered(call_);
     }
+    /// A call of a function that the host offers: the names of its arguments, each before its value.
+    template <typename... NamesAndValues>
+    explicit CallTrace(const char* function, const NamesAndValues&... arguments)
+        : CallTrace(CallDirection::ToHost, function, [&] {
+              TraceArguments all;
+              add(all, arguments...);
+              return all;
+          }) {}
     ~CallTrace() {
         if (observer_ != nullptr && observer_ == callObserver()) observer_->callLeft(call_, results_);
     }
@@ -73,6 +83,17 @@ public:
     }
 
 private:
+    static void add(TraceArguments&) {}
+    template <typename Value, typename... Rest>
+    static void add(TraceArguments& all, const char* name, const Value& value, const Rest&... rest) {
+        if constexpr (std::is_same_v<Value, GS::UniString>) {
+            all.emplace_back(name, UniStringToUtf8(value));
+        } else {
+            all.emplace_back(name, value);
+        }
+        add(all, rest...);
+    }
+
     CallObserver* observer_;
     TracedCall call_{};
     TraceArguments results_;

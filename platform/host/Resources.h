@@ -55,7 +55,7 @@ enum DialogAnchor : std::uint8_t {
 };
 
 /// One item; position and size in pixels at 100 %, from the top left corner of the dialog's content.
-struct DialogItemResource {
+struct LayoutItem {
     short number = 0;  ///< from 1, unique in the dialog
     DialogItemKind kind = DialogItemKind::Text;
     short x = 0;
@@ -67,27 +67,29 @@ struct DialogItemResource {
     short icon = 0;     ///< icon resource that an icon item shows
 };
 
-struct DialogResource {
+struct DialogLayout {
     short resID = 0;
     short width = 0;  ///< of the content, in pixels
     short height = 0;
-    short defaultItem = 1;                  ///< the button that the Return key clicks; 0 for none
-    std::vector<DialogItemResource> items;  ///< in the order of the keyboard focus
+    short defaultItem = 1;          ///< the button that the Return key clicks; 0 for none
+    std::vector<LayoutItem> items;  ///< in the order of the keyboard focus
 };
 
 /// The layout of dialog `resID`, or null when the module is not open or has no such dialog. It lives until
 /// the module is closed.
-const DialogResource* findDialogResource(RSResModule module, short resID);
+const DialogLayout* findDialogLayout(RSResModule module, short resID);
 
-/// The text that the resources give item `item` of dialog `resID`, or the dialog's title for item 0; empty
-/// when they give none.
+/// The language of the string that was last looked up in the module, the bundle's fallback before the first.
+/// The platform knows of no other current language.
+int languageInUse(RSResModule module);
+
+/// The text that the resources give item `item` of dialog `resID` in this language, or the dialog's title for
+/// item 0; empty when they give none. A text that the language lacks is taken from the fallback language.
 ///
-/// It is a text in the language of the string that was last looked up in the module, since the platform knows
-/// of no other current language. A dialog manager asks for it when the add-on's answer to DG_MSG_INIT is
-/// there (the add-on has then set its own texts, in its current language), for the items that the add-on left
-/// alone, and keeps it as long as the dialog is open. A text that this language lacks is taken from the
-/// fallback language.
-std::string dialogItemText(RSResModule module, short resID, short item);
+/// A dialog manager asks for it when the add-on's answer to DG_MSG_INIT is there (the add-on has then set its
+/// own texts, in its current language), for the items that the add-on left alone, and keeps it as long as the
+/// dialog is open.
+std::string dialogItemText(RSResModule module, short resID, short item, int language);
 
 // ---- Icons ----------------------------------------------------------------------------------------------
 

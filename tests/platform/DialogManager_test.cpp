@@ -58,8 +58,8 @@ protected:
         layout_.items = {item(1, DialogItemKind::Button), item(2, DialogItemKind::Button),
                          item(3, DialogItemKind::List), item(4, DialogItemKind::Text),
                          item(5, DialogItemKind::Button)};
-        control().setLayouts(platform::DialogLayouts{
-            [this](RSResModule, short resID) -> const platform::DialogResource* {
+        control().setLayouts(platform::LayoutSource{
+            [this](RSResModule, short resID) -> const platform::DialogLayout* {
                 return resID == kDialog ? &layout_ : nullptr;
             },
             [](RSResModule, short, short number) { return "resource " + std::to_string(number); }});
@@ -70,8 +70,8 @@ protected:
     }
 
     static DialogControl& control() { return DialogControl::instance(); }
-    static platform::DialogItemResource item(short number, DialogItemKind kind) {
-        platform::DialogItemResource resource;
+    static platform::LayoutItem item(short number, DialogItemKind kind) {
+        platform::LayoutItem resource;
         resource.number = number;
         resource.kind = kind;
         resource.x = short(10 * number);
@@ -90,7 +90,7 @@ protected:
             DGListInsertItem(dialogID, 3, DG_LIST_BOTTOM);
     }
 
-    platform::DialogResource layout_;
+    platform::DialogLayout layout_;
 };
 
 TEST_F(DialogManagerTest, AModalDialogReturnsWhatItsCallbackAnswersToTheCloseThatItsAnswerToAClickAskedFor) {

@@ -165,7 +165,7 @@ TEST_F(ResourceManager, HandlesOfOneBundleShareWhatWasReadAndAClosedOneFindsNoth
     EXPECT_EQ(string(1000, 1), "(none)");
     platform::MenuResource menu;
     EXPECT_FALSE(platform::getMenuResource(module_, 2000, menu));
-    EXPECT_EQ(platform::findDialogResource(module_, 1), nullptr);
+    EXPECT_EQ(platform::findDialogLayout(module_, 1), nullptr);
     EXPECT_EQ(platform::findIcon(module_, 50), nullptr);
 
     write("texts.ita.toml", "[strings.1000]\n1 = 'ein anderer'\n");
@@ -224,7 +224,7 @@ TEST_F(ResourceManager, AnEntryThatIsNotWhatItShouldBeIsLeftOutAndTold) {
         problems_.clear();
         open();
         string(1000, 1);
-        platform::findDialogResource(module_, 1);
+        platform::findDialogLayout(module_, 1);
         ASSERT_EQ(problems_.size(), 1u) << each.content << testing::PrintToString(problems_);
         EXPECT_THAT(problems_[0], testing::StartsWith(std::string(each.file) + each.problem));
         RSCloseResourceFile(module_);
@@ -253,7 +253,9 @@ TEST_F(ResourceManager, MenusAndDialogsBorrowTheTextsThatTheirLanguageLacks) {
     EXPECT_FALSE(platform::getMenuResource(module_, 1000, menu));
     EXPECT_EQ(menu.title, "Library");
 
-    const auto text = [this](short item) { return platform::dialogItemText(module_, 7, item); };
+    const auto text = [this](short item) {
+        return platform::dialogItemText(module_, 7, item, platform::languageInUse(module_));
+    };
     EXPECT_EQ(text(3), "three");
     string(1000, 1);  // a dialog has the language of the last string
     EXPECT_EQ(text(3), "tre");
@@ -264,7 +266,7 @@ TEST_F(ResourceManager, MenusAndDialogsBorrowTheTextsThatTheirLanguageLacks) {
     string(5, 1);  // no resource of any language
     EXPECT_EQ(text(3), "three");
     EXPECT_EQ(text(5), "");
-    EXPECT_EQ(platform::dialogItemText(module_, 8, 3), "");
+    EXPECT_EQ(platform::dialogItemText(module_, 8, 3, 0), "");
 }
 
 TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
@@ -274,12 +276,12 @@ TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
           "{ number = 1, kind = 'text', frame = [0, 0, 10, 10], bold = true },\n"
           "{ number = 4, kind = 'icon', frame = [0, 0, 10, 10], icon = 50 },\n]\n");
     open();
-    const platform::DialogResource* dialog = platform::findDialogResource(module_, 7);
+    const platform::DialogLayout* dialog = platform::findDialogLayout(module_, 7);
     ASSERT_NE(dialog, nullptr);
     EXPECT_THAT((std::array{dialog->resID, dialog->width, dialog->height, dialog->defaultItem}),
                 ElementsAre(7, 300, 200, 2));
     ASSERT_EQ(dialog->items.size(), 3u);
-    const platform::DialogItemResource& list = dialog->items[0];
+    const platform::LayoutItem& list = dialog->items[0];
     EXPECT_EQ(list.number, 3);
     EXPECT_EQ(list.kind, platform::DialogItemKind::List);
     EXPECT_THAT((std::array{list.x, list.y, list.width, list.height}), ElementsAre(1, 2, 30, 40));
@@ -287,7 +289,7 @@ TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
     EXPECT_TRUE(dialog->items[1].bold);
     EXPECT_EQ(dialog->items[1].anchors, platform::kAnchorLeft | platform::kAnchorTop);
     EXPECT_EQ(dialog->items[2].icon, 50);
-    EXPECT_EQ(platform::findDialogResource(module_, 8), nullptr);
+    EXPECT_EQ(platform::findDialogLayout(module_, 8), nullptr);
     EXPECT_THAT(problems_, IsEmpty());
 }
 
@@ -350,12 +352,12 @@ TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
     open();
     EXPECT_EQ(string(1010, 1), "uno");
     EXPECT_EQ(string(1010, 2), "own");
-    EXPECT_EQ(platform::dialogItemText(module_, 8, 1), "otto");
+    EXPECT_EQ(platform::dialogItemText(module_, 8, 1, 0), "otto");
     platform::MenuResource menu;
     ASSERT_TRUE(platform::getMenuResource(module_, 2000, menu));
     EXPECT_THAT(menu.items, ElementsAre("Voce"));
-    EXPECT_EQ(platform::findDialogResource(module_, 7)->width, 10);
-    EXPECT_EQ(platform::findDialogResource(module_, 8)->width, 30);
+    EXPECT_EQ(platform::findDialogLayout(module_, 7)->width, 10);
+    EXPECT_EQ(platform::findDialogLayout(module_, 8)->width, 30);
     EXPECT_EQ(platform::findIcon(module_, 50)->image, "own");
     EXPECT_EQ(platform::findIcon(module_, 51)->image, "framework");
     EXPECT_EQ(platform::iconLabel(module_, 50), "fifty");
@@ -367,7 +369,7 @@ TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
     RSCloseResourceFile(module_);
     std::filesystem::remove(bundle_ + "/Resources/layouts.toml");
     open();
-    EXPECT_EQ(platform::findDialogResource(module_, 7)->width, 20) << "it has no dialogs of its own";
+    EXPECT_EQ(platform::findDialogLayout(module_, 7)->width, 20) << "it has no dialogs of its own";
     EXPECT_THAT(problems_, IsEmpty());
 }
 
@@ -380,7 +382,7 @@ TEST_F(ResourceManager, TheAddOnsOwnResourcesAreWhole) {
         ASSERT_TRUE(platform::getMenuResource(module_, static_cast<short>(32500 + language), menu));
         EXPECT_EQ(menu.items.size(), 5u);
         EXPECT_NE(string(static_cast<short>(32710 + language), 64), "(none)");
-        EXPECT_NE(platform::dialogItemText(module_, 32755, 3), "");
+        EXPECT_NE(platform::dialogItemText(module_, 32755, 3, language), "");
         const platform::IconResource* icon =
             platform::findIcon(module_, static_cast<short>(32758 + language));
         ASSERT_NE(icon, nullptr);
@@ -388,9 +390,9 @@ TEST_F(ResourceManager, TheAddOnsOwnResourcesAreWhole) {
         EXPECT_THAT(icon->image, HasSubstr("<title>" + icon->label + "</title>"));
     }
     for (const short resID : {32500, 32501, 32734, 32755}) {
-        const platform::DialogResource* dialog = platform::findDialogResource(module_, resID);
+        const platform::DialogLayout* dialog = platform::findDialogLayout(module_, resID);
         ASSERT_NE(dialog, nullptr) << resID;
-        for (const platform::DialogItemResource& item : dialog->items) {
+        for (const platform::LayoutItem& item : dialog->items) {
             EXPECT_LE(item.x + item.width, dialog->width) << resID << " item " << item.number;
             EXPECT_LE(item.y + item.height, dialog->height) << resID << " item " << item.number;
         }

@@ -20,6 +20,7 @@ constexpr double kTitleBar = 30;          // pixels, as everything in a screen
 constexpr double kFontPixels = 13;
 constexpr double kMenuRow = 26;
 constexpr short kFirstIcon = 32758;
+constexpr int kItalian = 0;  // number of the language
 
 const QColor kWindow(0xf6, 0xf7, 0xf8);
 const QColor kFrame(0x9a, 0xa5, 0xad);
@@ -32,7 +33,7 @@ QFont screenFont(bool bold = false) {
     return font;
 }
 
-/// The add-on's texts in Italian, whose language number is 0.
+/// The add-on's texts in Italian.
 class Texts {
 public:
     explicit Texts(RSResModule module) : module_(module) {}
@@ -180,16 +181,16 @@ void paintList(QPainter& painter, const QRectF& rect, const Screen& screen, RSRe
 }
 
 void paintDialog(QPainter& painter, const Screen& screen, RSResModule module) {
-    const platform::DialogResource* const layout = platform::findDialogResource(module, screen.dialog);
+    const platform::DialogLayout* const layout = platform::findDialogLayout(module, screen.dialog);
     paintWindow(painter, QSizeF(layout->width, layout->height), screen.title);
     painter.translate(0, kTitleBar);
-    for (const platform::DialogItemResource& item : layout->items) {
+    for (const platform::LayoutItem& item : layout->items) {
         if (screen.hidden.contains(item.number)) continue;
         const QRectF rect(item.x, item.y, item.width, item.height);
-        const QString text =
-            screen.items.contains(item.number)
-                ? screen.items[item.number]
-                : QString::fromStdString(platform::dialogItemText(module, screen.dialog, item.number));
+        const QString text = screen.items.contains(item.number)
+                                 ? screen.items[item.number]
+                                 : QString::fromStdString(platform::dialogItemText(module, screen.dialog,
+                                                                                   item.number, kItalian));
         switch (item.kind) {
             case platform::DialogItemKind::Button:
                 paintButton(painter, rect, text, item.number == layout->defaultItem);
@@ -270,7 +271,7 @@ Picture Screens::picture(const QString& name) const {
                                                           {QStringLiteral("update"), updateScreen}};
     if (!dialogs.contains(name)) return {};
     const Screen screen = dialogs[name](texts);
-    const platform::DialogResource* const layout = platform::findDialogResource(module_, screen.dialog);
+    const platform::DialogLayout* const layout = platform::findDialogLayout(module_, screen.dialog);
     if (layout == nullptr) return {};
     return screenPicture(
         QSizeF(layout->width + 1, layout->height + kTitleBar + 1),

@@ -222,7 +222,7 @@ bool readNumbers(TomlFile& file, const toml::table& table, std::string_view name
     return true;
 }
 
-void readAnchors(TomlFile& file, const toml::table& table, DialogItemResource& item) {
+void readAnchors(TomlFile& file, const toml::table& table, LayoutItem& item) {
     const toml::node* node = table.get("anchors");
     if (node == nullptr) return;
     const toml::array* names = node->as_array();
@@ -237,10 +237,10 @@ void readAnchors(TomlFile& file, const toml::table& table, DialogItemResource& i
     item.anchors = anchors;
 }
 
-void readItem(TomlFile& file, const toml::node& node, DialogResource& dialog) {
+void readItem(TomlFile& file, const toml::node& node, DialogLayout& dialog) {
     const toml::table* table = file.tableIn(&node, "items");
     if (table == nullptr) return;
-    DialogItemResource item;
+    LayoutItem item;
     const toml::node* numberNode = table->get("number");
     const std::optional<int> number =
         numberNode == nullptr ? std::nullopt : file.number(*numberNode, "number", 1, kHighestNumber);
@@ -261,13 +261,13 @@ void readItem(TomlFile& file, const toml::node& node, DialogResource& dialog) {
     readAnchors(file, *table, item);
     const bool numberIsUsed =
         std::any_of(dialog.items.begin(), dialog.items.end(),
-                    [&item](const DialogItemResource& other) { return other.number == item.number; });
+                    [&item](const LayoutItem& other) { return other.number == item.number; });
     if (numberIsUsed) return file.problem(table->source(), "the dialog has two items of this number");
     dialog.items.push_back(item);
 }
 
 void readDialog(TomlFile& file, int resID, const toml::table& table, ResourceLayouts& layouts) {
-    DialogResource dialog;
+    DialogLayout dialog;
     dialog.resID = static_cast<short>(resID);
     short size[2];
     if (!readNumbers(file, table, "size", size, 2)) return;

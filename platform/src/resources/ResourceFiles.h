@@ -37,7 +37,7 @@ struct ResourceTexts {
 };
 
 /// layouts.toml, by resource ID.
-using ResourceLayouts = std::map<int, DialogResource>;
+using ResourceLayouts = std::map<int, DialogLayout>;
 
 ResourceIndex readResourceIndex(const std::string& path, ResourceProblems& problems);
 ResourceTexts readResourceTexts(const std::string& path, ResourceProblems& problems);

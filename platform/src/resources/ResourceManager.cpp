@@ -42,9 +42,9 @@ struct LocalisedId {
 };
 
 /// The resources of one bundle. Each file is read when something in it is first asked for.
-class Module {
+class BundleResources {
 public:
-    explicit Module(std::string folder) : folder_(std::move(folder)) {
+    explicit BundleResources(std::string folder) : folder_(std::move(folder)) {
         std::error_code error;
         if (std::filesystem::is_directory(folder_ + kFramework, error)) framework_ = folder_ + kFramework;
     }
@@ -75,7 +75,7 @@ public:
         return true;
     }
 
-    const DialogResource* dialog(short resID) {
+    const DialogLayout* dialog(short resID) {
         if (!layouts_) {
             std::error_code error;
             const bool hasOwn = std::filesystem::exists(folder_ + "/layouts.toml", error);
@@ -86,10 +86,11 @@ public:
         return find(*layouts_, resID);
     }
 
-    std::string dialogText(short resID, short item) {
-        const int first = language_.value_or(index().fallback);
-        const std::string* text = inLanguageOrFallback(first, [&](int language) -> const std::string* {
-            const NumberedTexts* items = find(texts(language).dialogs, resID);
+    int languageInUse() { return language_.value_or(index().fallback); }
+
+    std::string dialogText(short resID, short item, int language) {
+        const std::string* text = inLanguageOrFallback(language, [&](int each) -> const std::string* {
+            const NumberedTexts* items = find(texts(each).dialogs, resID);
             return items == nullptr ? nullptr : find(*items, item);
         });
         return text == nullptr ? std::string() : *text;
@@ -214,27 +215,27 @@ private:
 };
 
 /// Handles of one folder share what was read of it: an add-on and its host open the same bundle.
-struct Modules {
-    std::map<RSResModule, std::shared_ptr<Module>> open;
+struct OpenBundles {
+    std::map<RSResModule, std::shared_ptr<BundleResources>> open;
     RSResModule last = 0;
 };
 
 /// Never destroyed: an image closes its module while the process ends, whatever went before.
-Modules& modules() {
-    static auto& all = *new Modules;
+OpenBundles& bundles() {
+    static auto& all = *new OpenBundles;
     return all;
 }
 
-Module* findModule(RSResModule handle) {
-    const auto found = modules().open.find(handle);
-    return found == modules().open.end() ? nullptr : found->second.get();
+BundleResources* bundleOf(RSResModule handle) {
+    const auto found = bundles().open.find(handle);
+    return found == bundles().open.end() ? nullptr : found->second.get();
 }
 
-std::shared_ptr<Module> moduleOf(const std::string& folder) {
-    for (const auto& [handle, module] : modules().open) {
-        if (module->folder() == folder) return module;
+std::shared_ptr<BundleResources> bundleIn(const std::string& folder) {
+    for (const auto& [handle, bundle] : bundles().open) {
+        if (bundle->folder() == folder) return bundle;
     }
-    return std::make_shared<Module>(folder);
+    return std::make_shared<BundleResources>(folder);
 }
 
 bool copyUnits(const std::string& text, void* buffer) {
@@ -273,27 +274,32 @@ void setResourceProblemSink(ResourceProblemSink sink) {
 }
 
 bool getMenuResource(RSResModule module, short resID, MenuResource& menu) {
-    Module* open = findModule(module);
+    BundleResources* open = bundleOf(module);
     return open != nullptr && open->menu(resID, menu);
 }
 
-const DialogResource* findDialogResource(RSResModule module, short resID) {
-    Module* open = findModule(module);
+const DialogLayout* findDialogLayout(RSResModule module, short resID) {
+    BundleResources* open = bundleOf(module);
     return open == nullptr ? nullptr : open->dialog(resID);
 }
 
-std::string dialogItemText(RSResModule module, short resID, short item) {
-    Module* open = findModule(module);
-    return open == nullptr ? std::string() : open->dialogText(resID, item);
+int languageInUse(RSResModule module) {
+    BundleResources* open = bundleOf(module);
+    return open == nullptr ? -1 : open->languageInUse();
+}
+
+std::string dialogItemText(RSResModule module, short resID, short item, int language) {
+    BundleResources* open = bundleOf(module);
+    return open == nullptr ? std::string() : open->dialogText(resID, item, language);
 }
 
 const IconResource* findIcon(RSResModule module, short resID) {
-    Module* open = findModule(module);
+    BundleResources* open = bundleOf(module);
     return open == nullptr ? nullptr : open->icon(resID);
 }
 
 std::string iconLabel(RSResModule module, short resID) {
-    Module* open = findModule(module);
+    BundleResources* open = bundleOf(module);
     return open == nullptr ? std::string() : open->iconLabel(resID);
 }
 
@@ -304,27 +310,25 @@ RSResModule RSOpenResourceFile(const char* bundlePath) {
     const std::string folder = std::string(bundlePath) + "/Resources";
     std::error_code error;
     if (!std::filesystem::is_directory(folder, error)) return kNoResModule;
-    platform::Modules& all = platform::modules();
+    platform::OpenBundles& all = platform::bundles();
     const RSResModule handle = ++all.last;
-    all.open.emplace(handle, platform::moduleOf(folder));
+    all.open.emplace(handle, platform::bundleIn(folder));
     return handle;
 }
 
 int RSCloseResourceFile(RSResModule module) {
-    return platform::modules().open.erase(module) == 1 ? 0 : -1;
+    return platform::bundles().open.erase(module) == 1 ? 0 : -1;
 }
 
 int RSRemoveModuleImageCache(RSResModule module) {
-    platform::Module* open = platform::findModule(module);
+    platform::BundleResources* open = platform::bundleOf(module);
     return open == nullptr ? 0 : open->dropIcons();
 }
 
 bool RSGetIndString_ParamAdapter(RSStringType type, void* buffer, short resID, short index,
                                  RSResModule module) {
-    platform::CallTrace trace(platform::CallDirection::ToHost, "RSGetIndString", [&] {
-        return platform::TraceArguments{{"resource", resID}, {"index", index}};
-    });
-    platform::Module* open = platform::findModule(module);
+    platform::CallTrace trace("RSGetIndString", "resource", resID, "index", index);
+    platform::BundleResources* open = platform::bundleOf(module);
     const std::string* text = open == nullptr || buffer == nullptr ? nullptr : open->string(resID, index);
     if (text == nullptr) return trace.returning(false);
     return trace.returning(type == RSStringFixed ? platform::copySystemText(*text, buffer)

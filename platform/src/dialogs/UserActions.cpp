@@ -1,4 +1,4 @@
-#include "platform/src/dialogs/DialogControlState.h"
+#include "platform/src/dialogs/OpenDialog.h"
 
 namespace platform {
 
@@ -23,20 +23,20 @@ bool hasFilter(const FileChooserState& chooser, int filter) {
 
 }  // namespace
 
-void DialogControl::State::refuse(const std::string& reason) {
-    if (presenter != nullptr) presenter->refused(reason);
+void DialogControl::refuse(const std::string& reason) {
+    if (presenter_ != nullptr) presenter_->refused(reason);
 }
 
-void DialogControl::State::perform(const UserAction& action) {
+void DialogControl::perform(const UserAction& action) {
     if (action.kind == UserAction::Kind::None) return;
-    ModalFrame* const top = frames.empty() ? nullptr : frames.back();
+    ModalFrame* const top = frames_.empty() ? nullptr : frames_.back();
     if (top != nullptr && top->alert != nullptr) return performOnAlert(*top, action);
     if (top != nullptr && top->chooser != nullptr) return performOnChooser(*top, action);
     if (action.kind == UserAction::Kind::Answer) return refuse("no alert is open");
     if (action.kind == UserAction::Kind::ChooseFile) return refuse("no file chooser is open");
     if (top != nullptr) {
         if (action.dialogID != 0 && action.dialogID != top->dialog->state.id) {
-            const bool open = find(action.dialogID) != nullptr;
+            const bool open = opened(action.dialogID) != nullptr;
             return refuse(
                 "dialog " + std::to_string(action.dialogID) +
                 (open ? " waits until " + dialogName(*top->dialog) + " is closed" : " is not open"));
@@ -44,7 +44,7 @@ void DialogControl::State::perform(const UserAction& action) {
         return performOnDialog(top->dialog, action);
     }
     if (action.kind == UserAction::Kind::Abandon) return;
-    for (const auto& dialog : dialogs) {
+    for (const auto& dialog : dialogs_) {
         const bool meant = action.dialogID == 0 || action.dialogID == dialog->state.id;
         if (meant && dialog->state.visible) return performOnDialog(std::shared_ptr(dialog), action);
     }
@@ -52,7 +52,7 @@ void DialogControl::State::perform(const UserAction& action) {
                                 : "dialog " + std::to_string(action.dialogID) + " is not open");
 }
 
-void DialogControl::State::performOnAlert(ModalFrame& frame, const UserAction& action) {
+void DialogControl::performOnAlert(ModalFrame& frame, const UserAction& action) {
     switch (action.kind) {
         case UserAction::Kind::Answer:
             if (!frame.alert->hasButton(action.item)) {
@@ -70,7 +70,7 @@ void DialogControl::State::performOnAlert(ModalFrame& frame, const UserAction& a
     frame.answered = true;
 }
 
-void DialogControl::State::performOnChooser(ModalFrame& frame, const UserAction& action) {
+void DialogControl::performOnChooser(ModalFrame& frame, const UserAction& action) {
     switch (action.kind) {
         case UserAction::Kind::ChooseFile:
             if (action.path.empty()) return refuse("the path is empty");
@@ -88,8 +88,7 @@ void DialogControl::State::performOnChooser(ModalFrame& frame, const UserAction&
     frame.answered = true;
 }
 
-void DialogControl::State::performOnDialog(const std::shared_ptr<OpenDialog>& dialog,
-                                           const UserAction& action) {
+void DialogControl::performOnDialog(const std::shared_ptr<OpenDialog>& dialog, const UserAction& action) {
     switch (action.kind) {
         case UserAction::Kind::Click:
             if (usableItem(*dialog, action.item, DialogItemKind::Button, "button") != nullptr)
@@ -116,8 +115,8 @@ void DialogControl::State::performOnDialog(const std::shared_ptr<OpenDialog>& di
     }
 }
 
-DialogItem* DialogControl::State::usableItem(OpenDialog& dialog, short number, DialogItemKind kind,
-                                             const char* kindName) {
+DialogItem* DialogControl::usableItem(OpenDialog& dialog, short number, DialogItemKind kind,
+                                      const char* kindName) {
     const std::string name = dialogName(dialog) + ": item " + std::to_string(number);
     DialogItem* const item = dialog.state.find(number);
     if (item == nullptr) {
@@ -134,12 +133,12 @@ DialogItem* DialogControl::State::usableItem(OpenDialog& dialog, short number, D
     return nullptr;
 }
 
-void DialogControl::State::click(const std::shared_ptr<OpenDialog>& dialog, short item) {
+void DialogControl::click(const std::shared_ptr<OpenDialog>& dialog, short item) {
     const short closes = send(dialog, DG_MSG_CLICK, item);
     if (closes > 0) close(dialog, closes);
 }
 
-void DialogControl::State::selectRow(const std::shared_ptr<OpenDialog>& dialog, DialogItem& item, short row) {
+void DialogControl::selectRow(const std::shared_ptr<OpenDialog>& dialog, DialogItem& item, short row) {
     bool changed = false;
     short number = 0;
     for (ListRow& each : item.list.rows) {
@@ -153,7 +152,7 @@ void DialogControl::State::selectRow(const std::shared_ptr<OpenDialog>& dialog, 
     send(dialog, DG_MSG_CHANGE, itemNumber);
 }
 
-void DialogControl::State::closeByUser(const std::shared_ptr<OpenDialog>& dialog) {
+void DialogControl::closeByUser(const std::shared_ptr<OpenDialog>& dialog) {
     if (!dialog->state.modal) return close(dialog, 0);
     const DialogItem* const item = closingItem(*dialog);
     if (item == nullptr) return close(dialog, kCancelItem);
@@ -163,7 +162,7 @@ void DialogControl::State::closeByUser(const std::shared_ptr<OpenDialog>& dialog
     click(dialog, item->number);
 }
 
-void DialogControl::State::abandon(const std::shared_ptr<OpenDialog>& dialog) {
+void DialogControl::abandon(const std::shared_ptr<OpenDialog>& dialog) {
     const DialogItem* const item = closingItem(*dialog);
     const short number = item != nullptr ? item->number : kCancelItem;
     if (item != nullptr && item->enabled) click(dialog, number);

@@ -1,18 +1,16 @@
 #include "platform/host/CallTrace.h"
-#include "platform/src/dialogs/DialogControlState.h"
+#include "platform/src/dialogs/OpenDialog.h"
 
 #include <algorithm>
 #include <limits>
 
-using platform::CallDirection;
 using platform::CallTrace;
+using platform::DialogControl;
 using platform::DialogItemKind;
-using platform::dialogs;
 using platform::ListField;
 using platform::ListRow;
 using platform::ListState;
 using platform::OpenDialog;
-using platform::TraceArguments;
 
 namespace {
 
@@ -21,13 +19,13 @@ constexpr std::size_t kMaxRows = std::numeric_limits<short>::max();
 /// The list that a call means; `list` is null when there is none.
 class ListCall {
 public:
-    ListCall(short dialogID, short item) : dialog_(dialogs().find(dialogID)) {
+    ListCall(short dialogID, short item) : dialog_(DialogControl::instance().opened(dialogID)) {
         auto* const found = dialog_ != nullptr ? dialog_->state.find(item) : nullptr;
         if (found != nullptr && found->kind == DialogItemKind::List) list = &found->list;
     }
     /// What was changed is drawn, unless drawing is off.
     ~ListCall() {
-        if (changed && list->drawing) dialogs().touch(*dialog_);
+        if (changed && list->drawing) DialogControl::instance().touch(*dialog_);
     }
     ListCall(const ListCall&) = delete;
     ListCall& operator=(const ListCall&) = delete;
@@ -47,20 +45,10 @@ private:
     std::shared_ptr<OpenDialog> dialog_;
 };
 
-TraceArguments listArguments(short dialogID, short item) {
-    return {{"dialog", dialogID}, {"item", item}};
-}
-
-TraceArguments rowArguments(short dialogID, short item, short row) {
-    return {{"dialog", dialogID}, {"item", item}, {"row", row}};
-}
-
 }  // namespace
 
 void DGListSetTabFieldCount(short dialogID, short item, short count) {
-    CallTrace trace(CallDirection::ToHost, "DGListSetTabFieldCount", [&] {
-        return TraceArguments{{"dialog", dialogID}, {"item", item}, {"count", count}};
-    });
+    const CallTrace trace("DGListSetTabFieldCount", "dialog", dialogID, "item", item, "count", count);
     ListCall call(dialogID, item);
     if (call.list == nullptr || count < 1) return;
     call.list->fields.resize(static_cast<std::size_t>(count));
@@ -70,9 +58,7 @@ void DGListSetTabFieldCount(short dialogID, short item, short count) {
 }
 
 void DGListSetItemHeight(short dialogID, short item, short height) {
-    CallTrace trace(CallDirection::ToHost, "DGListSetItemHeight", [&] {
-        return TraceArguments{{"dialog", dialogID}, {"item", item}, {"height", height}};
-    });
+    const CallTrace trace("DGListSetItemHeight", "dialog", dialogID, "item", item, "height", height);
     ListCall call(dialogID, item);
     if (call.list == nullptr || height < 1) return;
     call.list->rowHeight = height;
@@ -81,17 +67,9 @@ void DGListSetItemHeight(short dialogID, short item, short height) {
 
 void DGListSetTabFieldData(short dialogID, short item, short field, short begin, short end,
                            short justification, int truncationFlags, bool separator, bool last) {
-    CallTrace trace(CallDirection::ToHost, "DGListSetTabFieldData", [&] {
-        return TraceArguments{{"dialog", dialogID},
-                              {"item", item},
-                              {"field", field},
-                              {"begin", begin},
-                              {"end", end},
-                              {"justification", justification},
-                              {"truncationFlags", truncationFlags},
-                              {"separator", separator},
-                              {"last", last}};
-    });
+    const CallTrace trace("DGListSetTabFieldData", "dialog", dialogID, "item", item, "field", field, "begin",
+                          begin, "end", end, "justification", justification, "truncationFlags",
+                          truncationFlags, "separator", separator, "last", last);
     ListCall call(dialogID, item);
     if (!call.hasField(field)) return;
     call.list->fields[static_cast<std::size_t>(field - 1)] =
@@ -100,14 +78,13 @@ void DGListSetTabFieldData(short dialogID, short item, short field, short begin,
 }
 
 void DGListDisableDraw(short dialogID, short item) {
-    CallTrace trace(CallDirection::ToHost, "DGListDisableDraw",
-                    [&] { return listArguments(dialogID, item); });
+    const CallTrace trace("DGListDisableDraw", "dialog", dialogID, "item", item);
     ListCall call(dialogID, item);
     if (call.list != nullptr) call.list->drawing = false;
 }
 
 void DGListEnableDraw(short dialogID, short item) {
-    CallTrace trace(CallDirection::ToHost, "DGListEnableDraw", [&] { return listArguments(dialogID, item); });
+    const CallTrace trace("DGListEnableDraw", "dialog", dialogID, "item", item);
     ListCall call(dialogID, item);
     if (call.list == nullptr) return;
     call.list->drawing = true;
@@ -115,8 +92,7 @@ void DGListEnableDraw(short dialogID, short item) {
 }
 
 short DGListInsertItem(short dialogID, short item, short row) {
-    CallTrace trace(CallDirection::ToHost, "DGListInsertItem",
-                    [&] { return rowArguments(dialogID, item, row); });
+    CallTrace trace("DGListInsertItem", "dialog", dialogID, "item", item, "row", row);
     ListCall call(dialogID, item);
     if (call.list == nullptr || call.list->rows.size() >= kMaxRows) return trace.returning(short{0});
     const short end = static_cast<short>(call.list->rows.size() + 1);
@@ -129,8 +105,7 @@ short DGListInsertItem(short dialogID, short item, short row) {
 }
 
 void DGListDeleteItem(short dialogID, short item, short row) {
-    CallTrace trace(CallDirection::ToHost, "DGListDeleteItem",
-                    [&] { return rowArguments(dialogID, item, row); });
+    const CallTrace trace("DGListDeleteItem", "dialog", dialogID, "item", item, "row", row);
     ListCall call(dialogID, item);
     if (call.list == nullptr) return;
     if (row == DG_ALL_ITEMS) {
@@ -144,8 +119,7 @@ void DGListDeleteItem(short dialogID, short item, short row) {
 }
 
 void DGListSelectItem(short dialogID, short item, short row) {
-    CallTrace trace(CallDirection::ToHost, "DGListSelectItem",
-                    [&] { return rowArguments(dialogID, item, row); });
+    const CallTrace trace("DGListSelectItem", "dialog", dialogID, "item", item, "row", row);
     ListCall call(dialogID, item);
     if (call.list == nullptr || (row != DG_ALL_ITEMS && !call.hasRow(row))) return;
     for (ListRow& each : call.list->rows)
@@ -154,8 +128,7 @@ void DGListSelectItem(short dialogID, short item, short row) {
 }
 
 void DGListDeselectItem(short dialogID, short item, short row) {
-    CallTrace trace(CallDirection::ToHost, "DGListDeselectItem",
-                    [&] { return rowArguments(dialogID, item, row); });
+    const CallTrace trace("DGListDeselectItem", "dialog", dialogID, "item", item, "row", row);
     ListCall call(dialogID, item);
     if (call.list == nullptr || (row != DG_ALL_ITEMS && !call.hasRow(row))) return;
     for (ListRow& each : call.list->rows) {
@@ -165,9 +138,7 @@ void DGListDeselectItem(short dialogID, short item, short row) {
 }
 
 short DGListGetSelected(short dialogID, short item, short from) {
-    CallTrace trace(CallDirection::ToHost, "DGListGetSelected", [&] {
-        return TraceArguments{{"dialog", dialogID}, {"item", item}, {"from", from}};
-    });
+    CallTrace trace("DGListGetSelected", "dialog", dialogID, "item", item, "from", from);
     ListCall call(dialogID, item);
     for (short row = std::max(from, short{1}); call.hasRow(row); ++row) {
         if (call.row(row).selected) return trace.returning(row);
@@ -177,13 +148,8 @@ short DGListGetSelected(short dialogID, short item, short from) {
 }
 
 void DGListSetTabItemText(short dialogID, short item, short row, short field, const GS::UniString& text) {
-    CallTrace trace(CallDirection::ToHost, "DGListSetTabItemText", [&] {
-        return TraceArguments{{"dialog", dialogID},
-                              {"item", item},
-                              {"row", row},
-                              {"field", field},
-                              {"text", UniStringToUtf8(text)}};
-    });
+    const CallTrace trace("DGListSetTabItemText", "dialog", dialogID, "item", item, "row", row, "field",
+                          field, "text", text);
     ListCall call(dialogID, item);
     if (!call.hasRow(row) || !call.hasField(field)) return;
     call.row(row).cells[static_cast<std::size_t>(field - 1)].text = text;
@@ -191,10 +157,8 @@ void DGListSetTabItemText(short dialogID, short item, short row, short field, co
 }
 
 void DGListSetTabItemIcon(short dialogID, short item, short row, short field, const DG::Icon& icon) {
-    CallTrace trace(CallDirection::ToHost, "DGListSetTabItemIcon", [&] {
-        return TraceArguments{
-            {"dialog", dialogID}, {"item", item}, {"row", row}, {"field", field}, {"icon", icon.resID()}};
-    });
+    const CallTrace trace("DGListSetTabItemIcon", "dialog", dialogID, "item", item, "row", row, "field",
+                          field, "icon", icon.resID());
     ListCall call(dialogID, item);
     if (!call.hasRow(row) || !call.hasField(field)) return;
     call.row(row).cells[static_cast<std::size_t>(field - 1)].icon = icon;
