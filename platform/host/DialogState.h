@@ -10,14 +10,6 @@
 /// and programs read it.
 namespace platform {
 
-/// Pixels at 100 %, from the top left corner of the dialog's content.
-struct ItemRect {
-    short left = 0;
-    short top = 0;
-    short width = 0;
-    short height = 0;
-};
-
 /// One field (column) of a list row.
 struct ListCell {
     GS::UniString text;
@@ -46,12 +38,7 @@ struct ListState {
     std::vector<ListRow> rows;
 };
 
-struct DialogItem {
-    short number = 0;
-    DialogItemKind kind = DialogItemKind::Text;
-    ItemRect rect;
-    std::uint8_t anchors = 0;  ///< DialogAnchor flags: which edges of the dialog the item follows
-    bool bold = false;
+struct DialogItem : LayoutItem {
     GS::UniString text;  ///< line feeds separate the lines of a static text
     DG::Icon icon;       ///< of an icon item
     bool visible = true;

@@ -54,17 +54,21 @@ enum DialogAnchor : std::uint8_t {
     kAnchorBottom = 8,
 };
 
-/// One item; position and size in pixels at 100 %, from the top left corner of the dialog's content.
+/// Pixels at 100 %, from the top left corner of the dialog's content.
+struct ItemRect {
+    short left = 0;
+    short top = 0;
+    short width = 0;
+    short height = 0;
+};
+
 struct LayoutItem {
     short number = 0;  ///< from 1, unique in the dialog
     DialogItemKind kind = DialogItemKind::Text;
-    short x = 0;
-    short y = 0;
-    short width = 0;
-    short height = 0;
-    std::uint8_t anchors = kAnchorLeft | kAnchorTop;
-    bool bold = false;  ///< a text that stands out, such as a headline
-    short icon = 0;     ///< icon resource that an icon item shows
+    ItemRect rect;
+    std::uint8_t anchors = kAnchorLeft | kAnchorTop;  ///< DialogAnchor flags
+    bool bold = false;                                ///< a text that stands out, such as a headline
+    short iconID = 0;                                 ///< icon resource that an icon item shows
 };
 
 struct DialogLayout {

@@ -74,9 +74,7 @@ protected:
         platform::LayoutItem resource;
         resource.number = number;
         resource.kind = kind;
-        resource.x = short(10 * number);
-        resource.width = 50;
-        resource.height = 20;
+        resource.rect = {short(10 * number), 0, 50, 20};
         return resource;
     }
     static short runModal(short resID = kDialog) { return DGModalDialog(1, resID, 1, noteMessage, 0); }

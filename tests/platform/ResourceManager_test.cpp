@@ -284,11 +284,12 @@ TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
     const platform::LayoutItem& list = dialog->items[0];
     EXPECT_EQ(list.number, 3);
     EXPECT_EQ(list.kind, platform::DialogItemKind::List);
-    EXPECT_THAT((std::array{list.x, list.y, list.width, list.height}), ElementsAre(1, 2, 30, 40));
+    EXPECT_THAT((std::array{list.rect.left, list.rect.top, list.rect.width, list.rect.height}),
+                ElementsAre(1, 2, 30, 40));
     EXPECT_EQ(list.anchors, platform::kAnchorRight | platform::kAnchorBottom);
     EXPECT_TRUE(dialog->items[1].bold);
     EXPECT_EQ(dialog->items[1].anchors, platform::kAnchorLeft | platform::kAnchorTop);
-    EXPECT_EQ(dialog->items[2].icon, 50);
+    EXPECT_EQ(dialog->items[2].iconID, 50);
     EXPECT_EQ(platform::findDialogLayout(module_, 8), nullptr);
     EXPECT_THAT(problems_, IsEmpty());
 }
@@ -393,8 +394,8 @@ TEST_F(ResourceManager, TheAddOnsOwnResourcesAreWhole) {
         const platform::DialogLayout* dialog = platform::findDialogLayout(module_, resID);
         ASSERT_NE(dialog, nullptr) << resID;
         for (const platform::LayoutItem& item : dialog->items) {
-            EXPECT_LE(item.x + item.width, dialog->width) << resID << " item " << item.number;
-            EXPECT_LE(item.y + item.height, dialog->height) << resID << " item " << item.number;
+            EXPECT_LE(item.rect.left + item.rect.width, dialog->width) << resID << " item " << item.number;
+            EXPECT_LE(item.rect.top + item.rect.height, dialog->height) << resID << " item " << item.number;
         }
     }
     EXPECT_THAT(problems_, IsEmpty());

@@ -186,7 +186,7 @@ void paintDialog(QPainter& painter, const Screen& screen, RSResModule module) {
     painter.translate(0, kTitleBar);
     for (const platform::LayoutItem& item : layout->items) {
         if (screen.hidden.contains(item.number)) continue;
-        const QRectF rect(item.x, item.y, item.width, item.height);
+        const QRectF rect(item.rect.left, item.rect.top, item.rect.width, item.rect.height);
         const QString text = screen.items.contains(item.number)
                                  ? screen.items[item.number]
                                  : QString::fromStdString(platform::dialogItemText(module, screen.dialog,

@@ -34,12 +34,8 @@ DialogState stateFromLayout(const DialogLayout& layout, RSResModule imageModule)
     state.defaultItem = layout.defaultItem;
     for (const LayoutItem& each : layout.items) {
         DialogItem item;
-        item.number = each.number;
-        item.kind = each.kind;
-        item.rect = {each.x, each.y, each.width, each.height};
-        item.anchors = each.anchors;
-        item.bold = each.bold;
-        if (each.icon != 0) item.icon = DG::Icon(imageModule, each.icon);
+        static_cast<LayoutItem&>(item) = each;
+        if (each.iconID != 0) item.icon = DG::Icon(imageModule, each.iconID);
         state.items.push_back(std::move(item));
     }
     return state;

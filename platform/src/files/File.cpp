@@ -31,15 +31,11 @@ struct File::State {
     bool toBeRecovered = false;
     off_t positionBefore = 0;
     off_t lengthBefore = 0;
-    // Of the staged file, which nobody else changes: kept here so that a write asks the system for nothing.
-    off_t stagedPosition = 0;
-    off_t stagedLength = 0;
-    off_t flushBegun = 0;  // the disk has been told of so much of it
+    std::uint64_t heldBack = 0;  // bytes of which the disk has not been told
 
     int stage();
     int openDirectly();
     GSErrCode noteBefore();
-    void noteAfter(std::uint64_t written);
     int recover();
     int settle();
     GSErrCode finish();
@@ -54,22 +50,9 @@ int File::State::stage() {
 
 /// Opens the file itself. errno value, 0 for success.
 int File::State::openDirectly() {
-    int flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;  // a pipe without an other end would wait for one
-    switch (mode) {
-        case ReadMode:
-            flags |= O_RDONLY;
-            break;
-        case WriteMode:
-        case WriteEmptyMode:
-            flags |= O_WRONLY;
-            break;
-        case ReadWriteMode:
-            flags |= O_RDWR;
-            break;
-        case WriteAppendMode:
-            flags |= O_WRONLY | O_APPEND;
-            break;
-    }
+    constexpr int kAccess[] = {O_RDONLY, O_WRONLY, O_WRONLY, O_RDWR, O_WRONLY | O_APPEND};  // by mode
+    // A pipe without an other end would wait for one.
+    const int flags = kAccess[mode] | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     descriptor = ::open(path.ToCStr(), flags);
     if (descriptor < 0) return errno;
     fcntl(descriptor, F_SETFL, flags & O_APPEND);
@@ -78,29 +61,11 @@ int File::State::openDirectly() {
 
 /// Notes where a write begins, for recovery.
 GSErrCode File::State::noteBefore() {
-    if (staged.isOpen()) {
-        positionBefore = stagedPosition;
-        lengthBefore = stagedLength;
-        return kNoError;
-    }
     struct stat information {};
-    const off_t position = lseek(descriptor, 0, SEEK_CUR);
-    if (position < 0 || fstat(descriptor, &information) != 0) return errorOfErrno(errno);
-    positionBefore = position;
+    positionBefore = lseek(descriptor, 0, SEEK_CUR);
+    if (positionBefore < 0 || fstat(descriptor, &information) != 0) return errorOfErrno(errno);
     lengthBefore = information.st_size;
     return kNoError;
-}
-
-void File::State::noteAfter(std::uint64_t written) {
-    if (mode == WriteAppendMode) stagedPosition = stagedLength;
-    stagedPosition += static_cast<off_t>(written);
-    stagedLength = std::max(stagedLength, stagedPosition);
-    // The disk begins early, so that closing has little left to wait for.
-    constexpr off_t kFlushStep = 1 << 20;
-    if (staged.isOpen() && stagedLength - flushBegun >= kFlushStep) {
-        sync_file_range(descriptor, flushBegun, stagedLength - flushBegun, SYNC_FILE_RANGE_WRITE);
-        flushBegun = stagedLength;
-    }
 }
 
 /// errno value, 0 for success.
@@ -110,9 +75,6 @@ int File::State::recover() {
     if (!regular) return 0;
     const bool cut = ftruncate(descriptor, lengthBefore) == 0;
     const bool moved = lseek(descriptor, positionBefore, SEEK_SET) >= 0;
-    if (cut) stagedLength = lengthBefore;
-    flushBegun = std::min(flushBegun, stagedLength);
-    if (moved) stagedPosition = positionBefore;
     return cut && moved ? 0 : errno;
 }
 
@@ -171,7 +133,7 @@ GSErrCode File::Open(OpenMode mode, AccessDeniedTreatment) {
     state_->mode = mode;
     state_->someWriteSucceeded = state_->toBeRecovered = false;
     state_->writeError = 0;
-    state_->stagedPosition = state_->stagedLength = state_->flushBegun = 0;
+    state_->heldBack = 0;
     if (!state_->staged.isOpen()) {
         state_->isNew = false;
         struct stat information {};
@@ -220,10 +182,8 @@ GSErrCode File::GetRemainingLength(std::uint64_t* length) const {
 GSErrCode File::SetPosition(std::uint64_t position) {
     if (!IsOpen()) return kErrNotOpen;
     if (position > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) return kErrEndOfFile;
-    const off_t wanted = static_cast<off_t>(position);
-    if (lseek(state_->descriptor, wanted, SEEK_SET) < 0) return errorOfErrno(errno);
-    state_->stagedPosition = wanted;
-    return kNoError;
+    return lseek(state_->descriptor, static_cast<off_t>(position), SEEK_SET) < 0 ? errorOfErrno(errno)
+                                                                                 : kNoError;
 }
 
 GSErrCode File::Read(char* buffer, std::uint32_t count, std::uint32_t* bytesRead) {
@@ -251,7 +211,13 @@ GSErrCode File::Write(const char* bytes, std::uint64_t count, std::uint64_t* byt
     }
     std::uint64_t done = 0;
     const int error = platform::writeQuietly(state_->descriptor, state_->regular, bytes, count, done);
-    state_->noteAfter(done);
+    // The disk begins early, so that closing has little left to wait for.
+    constexpr std::uint64_t kFlushStep = 1 << 20;
+    state_->heldBack += done;
+    if (state_->staged.isOpen() && state_->heldBack >= kFlushStep) {
+        sync_file_range(state_->descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+        state_->heldBack = 0;
+    }
     if (bytesWritten != nullptr) *bytesWritten = done;
     if (error == 0) {
         state_->someWriteSucceeded = true;

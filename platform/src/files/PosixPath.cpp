@@ -62,37 +62,15 @@ bool posixBytesOfText(const GS::UniString& text, std::string& bytes) {
 }
 
 GSErrCode errorOfErrno(int number) {
-    switch (number) {
-        case 0:
-            return kNoError;
-        case ENOENT:
-        case ENOTDIR:
-            return IO::kErrNotFound;
-        case EACCES:
-        case EPERM:
-        case EROFS:
-            return IO::kErrAccessDenied;
-        case ENOSPC:
-        case EDQUOT:
-        case EFBIG:
-            return IO::kErrNoSpace;
-        case EBUSY:
-        case ETXTBSY:
-        case EAGAIN:
-        case ENOMEM:
-        case EMFILE:
-        case ENFILE:
-            return IO::kErrBusy;
-        case ENAMETOOLONG:
-        case ELOOP:
-        case EILSEQ:
-            return IO::kErrBadLocation;
-        case EISDIR:
-        case ENXIO:
-            return IO::kErrWrongType;
-        default:
-            return IO::kErrOther;
-    }
+    const auto isOneOf = [number](auto... numbers) { return ((number == numbers) || ...); };
+    if (number == 0) return kNoError;
+    if (isOneOf(ENOENT, ENOTDIR)) return IO::kErrNotFound;
+    if (isOneOf(EACCES, EPERM, EROFS)) return IO::kErrAccessDenied;
+    if (isOneOf(ENOSPC, EDQUOT, EFBIG)) return IO::kErrNoSpace;
+    if (isOneOf(EBUSY, ETXTBSY, EAGAIN, ENOMEM, EMFILE, ENFILE)) return IO::kErrBusy;
+    if (isOneOf(ENAMETOOLONG, ELOOP, EILSEQ)) return IO::kErrBadLocation;
+    if (isOneOf(EISDIR, ENXIO)) return IO::kErrWrongType;
+    return IO::kErrOther;
 }
 
 }  // namespace platform

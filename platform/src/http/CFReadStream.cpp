@@ -1,7 +1,6 @@
 #include "platform/CFReadStream.h"
 
 #include "platform/host/Ascii.h"
-#include "platform/host/ImageCleanup.h"
 #include "platform/src/http/CFObjects.h"
 #include "platform/src/http/HttpStream.h"
 
@@ -36,14 +35,6 @@ CFReadStreamRef CFReadStreamCreateForHTTPRequest(CFAllocatorRef, CFHTTPMessageRe
     if (message == nullptr || !platform::isWebAddress(message->url)) return nullptr;
     HttpEngine* const engine = HttpEngine::get();
     if (engine == nullptr) return nullptr;
-    static const bool registered = [] {
-        platform::addImageCleanup([](const void* image) {
-            for (const auto& stream : platform::http::streams())
-                stream->endCallsInto(image);
-        });
-        return true;
-    }();
-    static_cast<void>(registered);
     return platform::http::streams()
         .insert(std::make_shared<CFReadStream>(*engine, message->url))
         .first->get();
@@ -58,16 +49,9 @@ bool CFReadStreamSetProperty(CFReadStreamRef stream, CFStringRef property, CFBoo
 
 bool CFReadStreamSetClient(CFReadStreamRef stream, CFOptionFlags events, CFReadStreamClientCallBack callBack,
                            const CFStreamClientContext* context) {
-    if (stream == nullptr) return false;
-    void* info = nullptr;
-    if (context != nullptr) {
-        if (context->version != 0 || context->retain != nullptr || context->release != nullptr ||
-            context->copyDescription != nullptr) {
-            return false;
-        }
-        info = context->info;
-    }
-    stream->setClient(events, callBack, info);
+    const std::optional<void*> info = infoOf(context);
+    if (stream == nullptr || !info) return false;
+    stream->setClient(events, callBack, *info);
     return true;
 }
 

@@ -18,7 +18,13 @@ constexpr const char* kSuppressedHeaders[] = {"Accept:", "User-Agent:", "Authori
 }  // namespace
 
 std::set<std::shared_ptr<CFReadStream>>& platform::http::streams() {
-    static auto* const all = new std::set<std::shared_ptr<CFReadStream>>;
+    static auto* const all = [] {
+        addImageCleanup([](const void* image) {
+            for (const auto& stream : streams())
+                stream->endCallsInto(image);
+        });
+        return new std::set<std::shared_ptr<CFReadStream>>;
+    }();
     return *all;
 }
 

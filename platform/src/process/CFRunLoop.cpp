@@ -23,11 +23,6 @@ namespace {
 
 const CFString kCommonModes{"common modes"};
 
-std::set<CFRunLoopTimerRef>& timers() {
-    static auto* const all = new std::set<CFRunLoopTimerRef>;
-    return *all;
-}
-
 void unschedule(CFRunLoopTimer& timer) {
     if (!timer.scheduled) return;
     platform::RunLoop::main().removeTimer(*timer.scheduled);
@@ -39,10 +34,16 @@ void invalidate(CFRunLoopTimer& timer) {
     timer.valid = false;
 }
 
-void invalidateTimersOfImage(const void* image) {
-    for (CFRunLoopTimerRef timer : timers()) {
-        if (timer->image == image) invalidate(*timer);
-    }
+std::set<CFRunLoopTimerRef>& timers() {
+    static auto* const all = [] {
+        platform::addImageCleanup([](const void* image) {
+            for (CFRunLoopTimerRef timer : timers()) {
+                if (timer->image == image) invalidate(*timer);
+            }
+        });
+        return new std::set<CFRunLoopTimerRef>;
+    }();
+    return *all;
 }
 
 }  // namespace
@@ -65,19 +66,10 @@ CFAbsoluteTime CFAbsoluteTimeGetCurrent() {
 CFRunLoopTimerRef CFRunLoopTimerCreate(CFAllocatorRef, CFAbsoluteTime fireDate, CFTimeInterval interval,
                                        CFOptionFlags flags, CFIndex order, CFRunLoopTimerCallBack callBack,
                                        const CFRunLoopTimerContext* context) {
-    if (interval != 0 || flags != 0 || order != 0 || callBack == nullptr) return nullptr;
-    void* info = nullptr;
-    if (context != nullptr) {
-        if (context->version != 0 || context->retain != nullptr || context->release != nullptr ||
-            context->copyDescription != nullptr) {
-            return nullptr;
-        }
-        info = context->info;
-    }
-    static const bool registered = (platform::addImageCleanup(invalidateTimersOfImage), true);
-    static_cast<void>(registered);
+    const std::optional<void*> info = infoOf(context);
+    if (interval != 0 || flags != 0 || order != 0 || callBack == nullptr || !info) return nullptr;
     auto* timer =
-        new CFRunLoopTimer{fireDate, callBack, info, platform::imageOf(callBack), true, std::nullopt};
+        new CFRunLoopTimer{fireDate, callBack, *info, platform::imageOf(callBack), true, std::nullopt};
     timers().insert(timer);
     return timer;
 }

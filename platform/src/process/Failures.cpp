@@ -10,19 +10,10 @@ namespace platform {
 
 namespace {
 
-void printCallbackFailure(const CallbackFailure& failure) {
-    DBPrintf("the %s of an add-on threw an exception%s%s\n", failure.callback.c_str(),
-             failure.reason.empty() ? "" : ": ", failure.reason.c_str());
-}
-
-void printReplacementFailure(const PathFailure& failure) {
-    DBPrintf("%s: it keeps its old content: %s\n", failure.path.c_str(), failure.reason.c_str());
-}
-
 /// Never destroyed: add-ons call and write while the process ends.
 struct Handlers {
-    CallbackFailureHandler callback = printCallbackFailure;
-    ReplacementFailureHandler replacement = printReplacementFailure;
+    CallbackFailureHandler callback;
+    ReplacementFailureHandler replacement;
     std::set<std::string> failedPaths;
 };
 
@@ -45,22 +36,25 @@ std::string exceptionText() {
 }  // namespace
 
 void setCallbackFailureHandler(CallbackFailureHandler handler) {
-    handlers().callback = handler ? std::move(handler) : printCallbackFailure;
+    handlers().callback = std::move(handler);
 }
 
 void setReplacementFailureHandler(ReplacementFailureHandler handler) {
-    handlers().replacement = handler ? std::move(handler) : printReplacementFailure;
+    handlers().replacement = std::move(handler);
 }
 
 void tellCallbackFailure(const std::string& callback, const void* function) {
-    handlers().callback({callback, exceptionText(), function});
+    const CallbackFailure failure{callback, exceptionText(), function};
+    if (handlers().callback) return handlers().callback(failure);
+    DBPrintf("the %s of an add-on threw an exception: %s\n", callback.c_str(), failure.reason.c_str());
 }
 
 void noteReplacement(const std::string& path, int error) {
     if (error == 0) {
         handlers().failedPaths.erase(path);
     } else if (handlers().failedPaths.insert(path).second) {
-        handlers().replacement({path, std::strerror(error)});
+        if (handlers().replacement) return handlers().replacement({path, std::strerror(error)});
+        DBPrintf("%s keeps its old content: %s\n", path.c_str(), std::strerror(error));
     }
 }
 

@@ -13,7 +13,6 @@
 #include <map>
 #include <memory>
 #include <system_error>
-#include <unordered_map>
 #include <utility>
 
 namespace platform {
@@ -45,18 +44,18 @@ struct RunLoop::State {
     using WatchCallback = std::function<void(std::uint32_t)>;
 
     struct Watcher {
-        std::uint64_t token;
+        int fd;
         std::shared_ptr<WatchCallback> callback;
     };
+    /// By a token that is never used again: a descriptor's number may be.
+    using Watchers = std::map<std::uint64_t, Watcher>;
 
     int epoll = -1;
     int timerDescriptor = -1;
     double armedFor = kNever;
-    std::unordered_map<int, Watcher> watchers;
-    std::unordered_map<std::uint64_t, int> descriptorOfToken;
+    Watchers watchers;
     std::uint64_t nextToken = kTimerToken + 1;
     std::map<std::pair<double, TimerId>, std::function<void()>> timers;  // in firing order
-    std::unordered_map<TimerId, double> fireTimes;
     TimerId nextTimer = 1;
     Clock clock;
     std::uint64_t dispatchCount = 0;
@@ -111,17 +110,21 @@ struct RunLoop::State {
                                           [&](const auto& timer) { return timer.first.second < firstNew; });
             if (due == timers.end() || due->first.first > time) return calls;
             const auto callback = std::move(due->second);
-            fireTimes.erase(due->first.second);
             timers.erase(due);
             ++calls;
             callback();
         }
     }
 
+    Watchers::iterator watcherOf(int fd) {
+        return std::find_if(watchers.begin(), watchers.end(),
+                            [fd](const auto& each) { return each.second.fd == fd; });
+    }
+
     int call(std::uint64_t token, std::uint32_t events) {
-        const auto found = descriptorOfToken.find(token);
-        if (found == descriptorOfToken.end()) return 0;             // unwatched since the event happened
-        const auto callback = watchers.at(found->second).callback;  // outlives an unwatch from inside
+        const auto found = watchers.find(token);
+        if (found == watchers.end()) return 0;         // unwatched since the event happened
+        const auto callback = found->second.callback;  // outlives an unwatch from inside
         (*callback)(events);
         return 1;
     }
@@ -143,11 +146,11 @@ int RunLoop::descriptor() const {
 
 void RunLoop::watch(int fd, std::uint32_t events, std::function<void(std::uint32_t)> callback) {
     auto shared = std::make_shared<State::WatchCallback>(std::move(callback));
-    const auto known = state_->watchers.find(fd);
+    const auto known = state_->watcherOf(fd);
     epoll_event event{};
     event.events = events;
     if (known != state_->watchers.end()) {
-        event.data.u64 = known->second.token;
+        event.data.u64 = known->first;
         if (epoll_ctl(state_->epoll, EPOLL_CTL_MOD, fd, &event) == 0) {
             known->second.callback = std::move(shared);
             return;
@@ -157,14 +160,12 @@ void RunLoop::watch(int fd, std::uint32_t events, std::function<void(std::uint32
     event.data.u64 = state_->nextToken++;
     if (epoll_ctl(state_->epoll, EPOLL_CTL_ADD, fd, &event) != 0)
         throw std::system_error(errno, std::generic_category(), "run loop: watch");
-    state_->watchers[fd] = {event.data.u64, std::move(shared)};
-    state_->descriptorOfToken[event.data.u64] = fd;
+    state_->watchers[event.data.u64] = {fd, std::move(shared)};
 }
 
 void RunLoop::unwatch(int fd) {
-    const auto known = state_->watchers.find(fd);
+    const auto known = state_->watcherOf(fd);
     if (known == state_->watchers.end()) return;
-    state_->descriptorOfToken.erase(known->second.token);
     epoll_ctl(state_->epoll, EPOLL_CTL_DEL, fd, nullptr);
     state_->watchers.erase(known);
 }
@@ -175,16 +176,12 @@ RunLoop::TimerId RunLoop::addTimer(double fireTime, std::function<void()> callba
     if (std::isnan(fireTime)) fireTime = current;
     fireTime = std::clamp(fireTime, 0.0, current + kFarthestTimer);
     state_->timers.emplace(std::make_pair(fireTime, id), std::move(callback));
-    state_->fireTimes.emplace(id, fireTime);
     state_->arm();
     return id;
 }
 
 void RunLoop::removeTimer(TimerId timer) {
-    const auto known = state_->fireTimes.find(timer);
-    if (known == state_->fireTimes.end()) return;
-    state_->timers.erase({known->second, timer});
-    state_->fireTimes.erase(known);
+    std::erase_if(state_->timers, [timer](const auto& each) { return each.first.second == timer; });
     state_->arm();
 }
 

@@ -187,20 +187,21 @@ void readMenus(TomlFile& file, ResourceIndex& index) {
     }
 }
 
-std::optional<DialogItemKind> itemKind(std::string_view name) {
-    if (name == "button") return DialogItemKind::Button;
-    if (name == "text") return DialogItemKind::Text;
-    if (name == "list") return DialogItemKind::List;
-    if (name == "icon") return DialogItemKind::Icon;
-    if (name == "separator") return DialogItemKind::Separator;
-    return std::nullopt;
-}
+constexpr std::pair<std::string_view, DialogItemKind> kKinds[] = {{"button", DialogItemKind::Button},
+                                                                  {"text", DialogItemKind::Text},
+                                                                  {"list", DialogItemKind::List},
+                                                                  {"icon", DialogItemKind::Icon},
+                                                                  {"separator", DialogItemKind::Separator}};
+constexpr std::pair<std::string_view, DialogAnchor> kEdges[] = {
+    {"left", kAnchorLeft}, {"top", kAnchorTop}, {"right", kAnchorRight}, {"bottom", kAnchorBottom}};
 
-std::optional<std::uint8_t> anchorEdge(std::string_view name) {
-    if (name == "left") return kAnchorLeft;
-    if (name == "top") return kAnchorTop;
-    if (name == "right") return kAnchorRight;
-    if (name == "bottom") return kAnchorBottom;
+/// What a node names; nothing when it is no text or no such name.
+template <typename Value, std::size_t Count>
+std::optional<Value> named(const std::pair<std::string_view, Value> (&values)[Count],
+                           const toml::node_view<const toml::node>& node) {
+    for (const auto& [name, value] : values) {
+        if (node.value_or(std::string_view()) == name) return value;
+    }
     return std::nullopt;
 }
 
@@ -229,9 +230,9 @@ void readAnchors(TomlFile& file, const toml::table& table, LayoutItem& item) {
     std::uint8_t anchors = 0;
     bool valid = names != nullptr;
     for (std::size_t i = 0; valid && i < names->size(); ++i) {
-        const std::optional<std::uint8_t> edge = anchorEdge((*names)[i].value_or(std::string_view()));
+        const auto edge = named(kEdges, toml::node_view<const toml::node>((*names)[i]));
         valid = edge.has_value();
-        anchors = static_cast<std::uint8_t>(anchors | edge.value_or(0));
+        if (edge) anchors = static_cast<std::uint8_t>(anchors | *edge);
     }
     if (!valid) return file.problem(node->source(), "\"anchors\" is not a list of edges of the dialog");
     item.anchors = anchors;
@@ -244,7 +245,7 @@ void readItem(TomlFile& file, const toml::node& node, DialogLayout& dialog) {
     const toml::node* numberNode = table->get("number");
     const std::optional<int> number =
         numberNode == nullptr ? std::nullopt : file.number(*numberNode, "number", 1, kHighestNumber);
-    const std::optional<DialogItemKind> kind = itemKind((*table)["kind"].value_or(std::string_view()));
+    const std::optional<DialogItemKind> kind = named(kKinds, (*table)["kind"]);
     if (!number || !kind) {
         return file.problem(table->source(), "an item lacks its \"number\" or a known \"kind\"");
     }
@@ -252,12 +253,9 @@ void readItem(TomlFile& file, const toml::node& node, DialogLayout& dialog) {
     if (!readNumbers(file, *table, "frame", frame, 4)) return;
     item.number = static_cast<short>(*number);
     item.kind = *kind;
-    item.x = frame[0];
-    item.y = frame[1];
-    item.width = frame[2];
-    item.height = frame[3];
+    item.rect = {frame[0], frame[1], frame[2], frame[3]};
     item.bold = (*table)["bold"].value_or(false);
-    item.icon = (*table)["icon"].value_or(short{0});
+    item.iconID = (*table)["icon"].value_or(short{0});
     readAnchors(file, *table, item);
     const bool numberIsUsed =
         std::any_of(dialog.items.begin(), dialog.items.end(),
