@@ -56,24 +56,22 @@ protected:
 
 TEST_F(FileTest, TheOldContentStandsUntilAReplacementIsClosedAndTwoOfThemDoNotMix) {
     temp_.write("f", "old");
-    File first(at(temp_.path("f")), File::Create);
-    File second(at(temp_.path("f")), File::Create);
-    File third(at(temp_.path("f")), File::Create);
-    for (File* const file : {&first, &second, &third})
-        ASSERT_EQ(file->Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
-    ASSERT_EQ(write(first, "new "), kNoError);
-    ASSERT_EQ(write(second, "second"), kNoError);
-    ASSERT_EQ(write(first, "content"), kNoError);
+    const Location location = at(temp_.path("f"));
+    File files[] = {File(location, File::Create), File(location, File::Create), File(location, File::Create)};
+    for (File& file : files)
+        ASSERT_EQ(file.Open(File::WriteEmptyMode, ReportAccessDenied), kNoError);
+    ASSERT_EQ(write(files[0], "new "), kNoError);
+    ASSERT_EQ(write(files[1], "second"), kNoError);
+    ASSERT_EQ(write(files[0], "content"), kNoError);
     EXPECT_EQ(temp_.read("f"), "old");
-    EXPECT_EQ(first.Close(), kNoError);
-    EXPECT_EQ(temp_.read("f"), "new content");
-    EXPECT_EQ(second.Close(), kNoError);
-    EXPECT_EQ(temp_.read("f"), "second");
-    EXPECT_EQ(third.Close(), kNoError);
-    EXPECT_EQ(temp_.read("f"), "") << "nothing was written";
+    const char* const contents[] = {"new content", "second", ""};
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(files[i].Close(), kNoError);
+        EXPECT_EQ(temp_.read("f"), contents[i]);
+    }
     EXPECT_EQ(temp_.count(), 1);
-    EXPECT_FALSE(first.IsOpen());
-    EXPECT_EQ(first.Close(), kErrNotOpen);
+    EXPECT_FALSE(files[0].IsOpen());
+    EXPECT_EQ(files[0].Close(), kErrNotOpen);
 }
 
 TEST_F(FileTest, AReplacementWhoseWritesAllFailedLeavesWhatWasThere) {
@@ -134,8 +132,8 @@ TEST_F(FileTest, OfASymbolicLinkTheTargetIsReplaced) {
     std::filesystem::create_symlink("elsewhere/created", temp_.path("dangling"));
     EXPECT_EQ(replace(temp_.path("link"), "new"), kNoError);
     EXPECT_EQ(replace(temp_.path("dangling"), "made"), kNoError);
-    EXPECT_TRUE(std::filesystem::is_symlink(temp_.path("link")));
-    EXPECT_TRUE(std::filesystem::is_symlink(temp_.path("dangling")));
+    for (const char* const link : {"link", "dangling"})
+        EXPECT_TRUE(std::filesystem::is_symlink(temp_.path(link)));
     EXPECT_EQ(temp_.read("elsewhere/target"), "new");
     EXPECT_EQ(temp_.read("elsewhere/created"), "made");
 }
@@ -252,9 +250,7 @@ TEST_F(FileTest, ReadingCountsFromThePosition) {
     ASSERT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kNoError);
     std::uint32_t whole = 0;
     std::uint64_t rest = 0;
-    EXPECT_EQ(file.SetPosition(7), kNoError);
-    EXPECT_EQ(file.GetLength(&whole), kNoError);
-    EXPECT_EQ(file.GetRemainingLength(&rest), kNoError);
+    EXPECT_EQ(file.SetPosition(7) | file.GetLength(&whole) | file.GetRemainingLength(&rest), kNoError);
     EXPECT_EQ(whole, 10u);
     EXPECT_EQ(rest, 3u);
     char bytes[10] = {};
@@ -262,8 +258,7 @@ TEST_F(FileTest, ReadingCountsFromThePosition) {
     EXPECT_EQ(file.Read(bytes, 10, &count), kErrEndOfFile);
     EXPECT_EQ(count, 3u);
     EXPECT_STREQ(bytes, "789");
-    EXPECT_EQ(file.SetPosition(11), kNoError);
-    EXPECT_EQ(file.GetRemainingLength(&rest), kNoError);
+    EXPECT_EQ(file.SetPosition(11) | file.GetRemainingLength(&rest), kNoError);
     EXPECT_EQ(rest, 0u);
     EXPECT_EQ(write(file, "x"), kErrNotOpen);
     std::filesystem::resize_file(temp_.path("f"), std::uintmax_t{1} << 32);
@@ -286,9 +281,9 @@ TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwrittenAndOnlyTheReadingOnesCanRea
         temp_.write("f", "0123456789");
         File file(at(temp_.path("f")));
         ASSERT_EQ(file.Open(each.mode, ReportAccessDenied), kNoError);
-        EXPECT_EQ(file.SetPosition(each.mode == File::WriteEmptyMode ? 0 : 2), kNoError);
-        EXPECT_EQ(write(file, "ab"), kNoError);
-        EXPECT_EQ(file.SetPosition(0), kNoError);
+        EXPECT_EQ(file.SetPosition(each.mode == File::WriteEmptyMode ? 0 : 2) | write(file, "ab") |
+                      file.SetPosition(0),
+                  kNoError);
         char byte = 0;
         EXPECT_EQ(file.Read(&byte, 1, nullptr), each.reading);
         EXPECT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kErrBusy);
@@ -298,9 +293,7 @@ TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwrittenAndOnlyTheReadingOnesCanRea
         std::filesystem::remove(temp_.path("f"));
         File fresh(at(temp_.path("f")), File::Create);
         ASSERT_EQ(fresh.Open(each.mode, ReportAccessDenied), kNoError);
-        EXPECT_EQ(write(fresh, "abc"), kNoError);
-        EXPECT_EQ(fresh.SetPosition(0), kNoError);
-        EXPECT_EQ(write(fresh, "de"), kNoError);
+        EXPECT_EQ(write(fresh, "abc") | fresh.SetPosition(0) | write(fresh, "de"), kNoError);
         EXPECT_FALSE(temp_.has("f")) << "the first content appears as a whole";
         EXPECT_EQ(fresh.Close(), kNoError);
         EXPECT_EQ(temp_.read("f"), each.mode == File::WriteAppendMode ? "abcde" : "dec");

@@ -33,18 +33,13 @@ int launchAddress(const std::string& address) {
 
 TEST(Launching, EveryPathReachesTheOpenerAsOneArgumentThatIsNoOptionAndNoAddressAndRunsNothing) {
     const std::pair<const char*, const char*> cases[] = {
-        {"/tmp/a'; touch x; '.pdf", "/tmp/a'; touch x; '.pdf"},
-        {"/tmp/a \"b\" $(touch x) `touch x`", "/tmp/a \"b\" $(touch x) `touch x`"},
-        {"/tmp/two\nlines\n", "/tmp/two\nlines\n"},
-        {"/tmp/*", "/tmp/*"},
-        {"/tmp/caff\xC3\xA8\xFF", "/tmp/caff\xC3\xA8\xFF"},
-        {"/tmp/back\\slash", "/tmp/back\\slash"},
+        {"/tmp/a'; touch x; \"b\" $(touch x) `touch x`*\\",
+         "/tmp/a'; touch x; \"b\" $(touch x) `touch x`*\\"},
+        {"/tmp/caff\xC3\xA8\xFF\n", "/tmp/caff\xC3\xA8\xFF\n"},
         {"-rf", "./-rf"},
-        {"--help", "./--help"},
         {"http://a/b", "./http://a/b"},
         {"a.pdf", "a.pdf"},
-        {"folder/-x", "folder/-x"},
-        {"folder/a:b", "folder/a:b"},
+        {"folder/-x:b", "folder/-x:b"},
     };
     for (const auto& [path, argument] : cases) {
         const FakeOpener opener;

@@ -7,20 +7,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <stdexcept>
 #include <system_error>
 
 namespace support {
 
-using std::chrono::milliseconds;
-using std::chrono::steady_clock;
-
 namespace {
-
-constexpr std::chrono::minutes kLongestConnection{2};
-constexpr std::size_t kLargestRequest = 65536;
 
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
@@ -28,8 +21,7 @@ constexpr std::size_t kLargestRequest = 65536;
 
 }  // namespace
 
-Connection::Connection(int socket, int stop)
-    : socket_(socket), stop_(stop), deadline_(steady_clock::now() + kLongestConnection) {
+Connection::Connection(int socket, int stop) : socket_(socket), stop_(stop) {
     fcntl(socket_, F_SETFL, O_NONBLOCK);
 }
 
@@ -37,23 +29,20 @@ Connection::~Connection() {
     if (socket_ >= 0) close(socket_);
 }
 
-/// False after `time`, when the server ends, and when this connection has lasted too long.
-bool Connection::waitFor(short events, milliseconds time) {
-    const auto left = std::chrono::ceil<milliseconds>(deadline_ - steady_clock::now());
-    if (left <= milliseconds::zero()) return false;
+/// False when the server ends.
+bool Connection::waitFor(short events) {
     pollfd waiting[2] = {{stop_, POLLIN, 0}, {socket_, events, 0}};
-    const int timeout = static_cast<int>(std::min(left, time).count());
-    return poll(waiting, 2, timeout) > 0 && waiting[0].revents == 0 && waiting[1].revents != 0;
+    return poll(waiting, 2, -1) > 0 && waiting[0].revents == 0;
 }
 
 std::string Connection::readRequest() {
     std::string request;
     char byte = 0;  // one at a time: nothing behind the empty line is taken
-    while (request.size() < kLargestRequest && !request.ends_with("\r\n\r\n")) {
+    while (!request.ends_with("\r\n\r\n")) {
         const ssize_t count = recv(socket_, &byte, 1, 0);
         if (count == 1) {
             request += byte;
-        } else if (count == 0 || errno != EAGAIN || !waitFor(POLLIN, kLongestConnection)) {
+        } else if (count == 0 || errno != EAGAIN || !waitFor(POLLIN)) {
             break;
         }
     }
@@ -65,21 +54,21 @@ bool Connection::send(std::string_view bytes) {
         const ssize_t count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (count > 0) {
             bytes.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno != EAGAIN || !waitFor(POLLOUT, kLongestConnection)) {
+        } else if (errno != EAGAIN || !waitFor(POLLOUT)) {
             return false;
         }
     }
     return true;
 }
 
-void Connection::pause(milliseconds time) {
+void Connection::pause(std::chrono::milliseconds time) {
     pollfd stop{stop_, POLLIN, 0};
     poll(&stop, 1, static_cast<int>(time.count()));
 }
 
 void Connection::stall() {
     char byte = 0;
-    while (waitFor(POLLIN, kLongestConnection) && recv(socket_, &byte, 1, 0) > 0) {
+    while (waitFor(POLLIN) && recv(socket_, &byte, 1, 0) > 0) {
     }
 }
 

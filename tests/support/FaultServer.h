@@ -10,7 +10,7 @@
 
 namespace support {
 
-/// One accepted connection. Everything ends early when the server is destroyed, and after two minutes anyway.
+/// One accepted connection. Everything ends early when the server is destroyed.
 class Connection {
 public:
     Connection(int socket, int stop);
@@ -29,11 +29,10 @@ public:
     void reset();
 
 private:
-    bool waitFor(short events, std::chrono::milliseconds time);
+    bool waitFor(short events);
 
     int socket_;
     int stop_;  // readable once the server ends
-    std::chrono::steady_clock::time_point deadline_;
 };
 
 /// What a server does with a connection after it has read the request; the connection is closed afterwards.
@@ -80,7 +79,6 @@ Script serving(std::string responseText);
 /// A named way to misbehave.
 struct Fault {
     const char* name;
-    const char* what;
     Script script;  ///< empty: the server refuses connections
 };
 

@@ -2,25 +2,23 @@
 
 #include "addon/ACAPlib.h"
 
+#include <sstream>
+
 namespace support {
 namespace {
 
 RecordingHost* sHost = nullptr;
 
 template <typename... Words>
-void record(const std::string& name, const Words&... words) {
-    std::string line = name;
-    ((line += " " + words), ...);
-    sHost->calls.push_back(line);
-}
-
-std::string number(long value) {
-    return std::to_string(value);
+void record(const Words&... words) {
+    std::ostringstream line;
+    const char* between = "";
+    ((line << between << std::boolalpha << words, between = " "), ...);
+    sHost->calls.push_back(line.str());
 }
 
 GSErrCode onRegisterMenu(APIClient, const APIMenuRegistration* menu) {
-    record("Register_Menu", number(menu->menuResID), number(menu->promptResID), number(menu->positionCode),
-           number(static_cast<long>(menu->flags)));
+    record("Register_Menu", menu->menuResID, menu->promptResID, menu->positionCode, menu->flags);
     if (sHost->registerMenuAnswer == kNoError) sHost->menus.insert(menu->menuResID);
     return sHost->registerMenuAnswer;
 }
@@ -31,14 +29,14 @@ GSErrCode onRegisterBuiltInLibrary(APIClient) {
 }
 
 GSErrCode onInstallMenuHandler(APIClient, std::int16_t menuResID, APIMenuCommandProc handler) {
-    record("Install_MenuHandler", number(menuResID));
+    record("Install_MenuHandler", menuResID);
     sHost->handlers[menuResID] = handler;
     const auto answer = sHost->installAnswers.find(menuResID);
     return answer != sHost->installAnswers.end() ? answer->second : kNoError;
 }
 
 GSErrCode onKeepInMemory(APIClient, bool keep) {
-    record("KeepInMemory", std::string(keep ? "true" : "false"));
+    record("KeepInMemory", keep);
     return kNoError;
 }
 
@@ -46,7 +44,7 @@ GSErrCode onInterface(APIClient, API_InterfaceID request, void* par1, void* par2
     const auto& item = *static_cast<API_MenuItemRef*>(par1);
     const std::pair<short, int> key{item.menuResID, item.itemIndex};
     const bool exists = sHost->menus.contains(item.menuResID);
-    const std::string where = number(item.menuResID) + " " + number(item.itemIndex);
+    const std::string where = std::to_string(item.menuResID) + " " + std::to_string(item.itemIndex);
     if (request == APIIo_SetMenuItemTextID) {
         const std::string text = GS::UniStringToUtf8(*static_cast<const GS::UniString*>(par3));
         record("SMIT", where, text);
@@ -56,7 +54,7 @@ GSErrCode onInterface(APIClient, API_InterfaceID request, void* par1, void* par2
         record("GMIF", where);
         if (exists) *static_cast<std::uint32_t*>(par2) = sHost->itemFlags[key];
     } else if (request == APIIo_SetMenuItemFlagsID) {
-        record("SMIF", where, number(*static_cast<const std::uint32_t*>(par2)));
+        record("SMIF", where, *static_cast<const std::uint32_t*>(par2));
         if (exists) sHost->itemFlags[key] = *static_cast<const std::uint32_t*>(par2);
     } else {
         return kAPIErrNoHostFunction;
@@ -74,9 +72,8 @@ GSErrCode onEnvironment(APIClient, API_EnvironmentID request, void* par1, void* 
 
 GSErrCode onRegisterModelessWindow(APIClient, std::int32_t reference, APIModelessWindowProc callback,
                                    std::uint32_t flags, const GS::Guid* guid) {
-    record("RegisterModelessWindow", number(flags),
-           std::string(callback == nullptr ? "no callback" : "callback"),
-           std::string(*guid == GS::NULLGuid ? "null guid" : "guid"));
+    record("RegisterModelessWindow", flags, callback == nullptr ? "no callback" : "callback",
+           *guid == GS::NULLGuid ? "null guid" : "guid");
     return reference != 0 ? kNoError : -1;
 }
 
@@ -86,8 +83,7 @@ GSErrCode onUnregisterModelessWindow(APIClient, std::int32_t) {
 }
 
 GSErrCode onLibPartSearch(APIClient, API_LibPart* part, bool createIfMissing, bool onlyPlaceable) {
-    record("LibPart_Search", std::string(createIfMissing ? "true" : "false"),
-           std::string(onlyPlaceable ? "true" : "false"));
+    record("LibPart_Search", createIfMissing, onlyPlaceable);
     return sHost->libPartSearch ? sHost->libPartSearch(part) : kAPIErrNoHostFunction;
 }
 
@@ -125,32 +121,29 @@ GSErrCode onRenderingEngineMenuName(APIClient, const API_ModulID* engine, GS::Un
     return -1;
 }
 
-template <typename Function>
-void fill(APIImportedFunctions& table, HostSlot slot, Function function) {
-    table.slots[static_cast<std::size_t>(slot)] = reinterpret_cast<APIHostFunction>(function);
-}
-
 }  // namespace
 
 APIImportedFunctions RecordingHost::table(const std::set<HostSlot>& emptySlots) {
-    using enum HostSlot;
     APIImportedFunctions result{};
-    fill<HostFunction::RegisterMenu>(result, RegisterMenu, onRegisterMenu);
-    fill<HostFunction::RegisterBuiltInLibrary>(result, RegisterBuiltInLibrary, onRegisterBuiltInLibrary);
-    fill<HostFunction::InstallMenuHandler>(result, InstallMenuHandler, onInstallMenuHandler);
-    fill<HostFunction::KeepInMemory>(result, KeepInMemory, onKeepInMemory);
-    fill<HostFunction::Environment>(result, Environment, onEnvironment);
-    fill<HostFunction::Interface>(result, Interface, onInterface);
-    fill<HostFunction::RegisterModelessWindow>(result, RegisterModelessWindow, onRegisterModelessWindow);
-    fill<HostFunction::UnregisterModelessWindow>(result, UnregisterModelessWindow,
-                                                 onUnregisterModelessWindow);
-    fill<HostFunction::LibPartSearch>(result, LibPartSearch, onLibPartSearch);
-    fill<HostFunction::LibPartGet>(result, LibPartGet, onLibPartGet);
-    fill<HostFunction::CommandTest>(result, CommandTest, onCommandTest);
-    fill<HostFunction::CommandPublish>(result, CommandPublish, onCommandPublish);
-    fill<HostFunction::RenderingEngineCount>(result, RenderingEngineCount, onRenderingEngineCount);
-    fill<HostFunction::RenderingEngineID>(result, RenderingEngineID, onRenderingEngineID);
-    fill<HostFunction::RenderingEngineMenuName>(result, RenderingEngineMenuName, onRenderingEngineMenuName);
+    const auto fill = [&result](HostSlot slot, auto function) {
+        result.slots[static_cast<std::size_t>(slot)] = reinterpret_cast<APIHostFunction>(function);
+    };
+    fill(HostSlot::RegisterMenu, HostFunction::RegisterMenu(onRegisterMenu));
+    fill(HostSlot::RegisterBuiltInLibrary, HostFunction::RegisterBuiltInLibrary(onRegisterBuiltInLibrary));
+    fill(HostSlot::InstallMenuHandler, HostFunction::InstallMenuHandler(onInstallMenuHandler));
+    fill(HostSlot::KeepInMemory, HostFunction::KeepInMemory(onKeepInMemory));
+    fill(HostSlot::Environment, HostFunction::Environment(onEnvironment));
+    fill(HostSlot::Interface, HostFunction::Interface(onInterface));
+    fill(HostSlot::RegisterModelessWindow, HostFunction::RegisterModelessWindow(onRegisterModelessWindow));
+    fill(HostSlot::UnregisterModelessWindow,
+         HostFunction::UnregisterModelessWindow(onUnregisterModelessWindow));
+    fill(HostSlot::LibPartSearch, HostFunction::LibPartSearch(onLibPartSearch));
+    fill(HostSlot::LibPartGet, HostFunction::LibPartGet(onLibPartGet));
+    fill(HostSlot::CommandTest, HostFunction::CommandTest(onCommandTest));
+    fill(HostSlot::CommandPublish, HostFunction::CommandPublish(onCommandPublish));
+    fill(HostSlot::RenderingEngineCount, HostFunction::RenderingEngineCount(onRenderingEngineCount));
+    fill(HostSlot::RenderingEngineID, HostFunction::RenderingEngineID(onRenderingEngineID));
+    fill(HostSlot::RenderingEngineMenuName, HostFunction::RenderingEngineMenuName(onRenderingEngineMenuName));
     for (const HostSlot slot : emptySlots)
         result.slots[static_cast<std::size_t>(slot)] = nullptr;
     return result;

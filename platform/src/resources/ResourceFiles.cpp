@@ -303,14 +303,15 @@ void complete(ResourceTexts& own, ResourceTexts other) {
 
 std::optional<std::string> readResourceFile(const std::string& path, ResourceProblems& problems) {
     std::error_code error;
-    std::ifstream file;
-    if (std::filesystem::is_regular_file(path, error)) file.open(path, std::ios::binary);
-    std::string content(file.is_open() ? kLargestFile + 1 : 0, '\0');
-    file.read(content.data(), static_cast<std::streamsize>(content.size()));
-    const bool isRead = file.is_open() && !file.bad();
-    content.resize(static_cast<std::size_t>(file.gcount()));
-    if (isRead && content.size() <= kLargestFile) return content;
-    problems.push_back({path, 0, isRead ? "the file is larger than 256 KiB" : "the file cannot be read"});
+    const bool isFile = std::filesystem::is_regular_file(path, error);
+    const std::uintmax_t size = isFile ? std::filesystem::file_size(path, error) : 0;
+    const bool tooLarge = !error && size > kLargestFile;
+    std::string content(error || tooLarge ? 0 : size, '\0');
+    if (isFile && !error && !tooLarge) {
+        std::ifstream file(path, std::ios::binary);
+        if (file.read(content.data(), static_cast<std::streamsize>(size))) return content;
+    }
+    problems.push_back({path, 0, tooLarge ? "the file is larger than 256 KiB" : "the file cannot be read"});
     return std::nullopt;
 }
 
