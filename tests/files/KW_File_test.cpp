@@ -178,7 +178,8 @@ TEST_F(KW_FileTest, MembersNeedAnOpenedFileAndHoldOneAtATime) {
     EXPECT_EQ(file.Open(at("third"), static_cast<KW_File_OpenMode>(5)), 6) << "there is no such mode";
     ASSERT_NE(file.file, nullptr);
     EXPECT_FALSE(file.file->IsOpen());
-    EXPECT_TRUE(temp_.has("third"));
+    EXPECT_EQ(file.Open(at("second"), OpenMode_Read), 0);
+    EXPECT_TRUE(temp_.has("third")) << "its name appears when it is closed";
 }
 
 TEST_F(KW_FileTest, EveryModeButReadingCreatesAndOnlyWriteReplaces) {
