@@ -134,14 +134,19 @@ long KW_String::ConvertChangeEncoding(Encoding sourceEncoding, const char* sourc
     const std::unique_ptr<unsigned short[]> owned(decoded.units);
     if (decoded.units == nullptr) return kFailed;
 
-    const StringServices::Encoded encoded = StringServices::encode(
-        KW_StringEncodingToMacStringEncoding(targetEncoding), reinterpret_cast<const char*>(decoded.units),
-        decoded.count, lossy ? '?' : '\0', target, room);
+    const auto encode = [&](char* bytes, long size) {
+        return StringServices::encode(KW_StringEncodingToMacStringEncoding(targetEncoding),
+                                      reinterpret_cast<const char*>(decoded.units), decoded.count,
+                                      lossy ? '?' : '\0', bytes, size);
+    };
+    // With more room than it needs, an encoding may write behind its result.
+    const StringServices::Encoded needed = encode(nullptr, 0);
+    if (needed.units == 0) return kFailed;
+    if (target == nullptr) return needed.bytes + terminator;
+    const StringServices::Encoded encoded = encode(target, std::min(room, needed.bytes));
     if (encoded.units == 0) return kFailed;
-    if (target != nullptr) {
-        if (encoded.units < decoded.count || terminator > room - encoded.bytes) return kTooSmall;
-        std::fill_n(target + encoded.bytes, terminator, '\0');
-    }
+    if (encoded.units < decoded.count || terminator > room - encoded.bytes) return kTooSmall;
+    std::fill_n(target + encoded.bytes, terminator, '\0');
     return encoded.bytes + terminator;
 }
 
@@ -176,18 +181,21 @@ bool KW_String::CStringToKW_String(KW_String& target, const char* source, unsign
 
 namespace {
 
+// Units of a string, as bytes; null when there is no such range.
 struct UnitRange {
-    const char* units;  // null when there is no such range
+    const char* units;
     long count;
 };
 
-// Units of the string from `start` on, never past its end; a count of 0 means up to the terminator.
+// `count` units of the string from `start` on, or all with 0; never past its end.
 UnitRange unitRange(const KW_String& source, unsigned int start, unsigned int count) {
     if (source.data == nullptr || start > source.length) return {nullptr, 0};
-    const unsigned long end = count == 0 ? findUnit(source.data, source.length, start, 0)
-                                         : std::min(static_cast<unsigned long>(start) + count,
-                                                    static_cast<unsigned long>(source.length));
-    return {reinterpret_cast<const char*>(source.data + start), static_cast<long>(end - start)};
+    const unsigned int rest = source.length - start;
+    return {reinterpret_cast<const char*>(source.data + start), count == 0 ? rest : std::min(count, rest)};
+}
+
+long unitsBeforeTerminator(const KW_String& source, unsigned int start) {
+    return static_cast<long>(findUnit(source.data, source.length, start, 0) - start);
 }
 
 }  // namespace
@@ -196,10 +204,15 @@ bool KW_String::KW_StringToCString(char** out, unsigned int& outSize, Encoding e
                                    const KW_String& source, unsigned int start, unsigned int count) {
     *out = nullptr;
     outSize = 0;
-    const UnitRange range = unitRange(source, start, count);
+    UnitRange range = unitRange(source, start, count);
     if (range.units == nullptr || isNone(encoding)) return false;
-    const StringServices::EncodedText text = StringServices::encodeText(
-        KW_StringEncodingToMacStringEncoding(encoding), range.units, range.count, unitWidth(encoding));
+    StringServices::EncodedText text{};
+    if (encoding == Encoding_UTF8) text = StringServices::encodeLongAscii(range.units, range.count);
+    if (text.bytes == nullptr) {
+        if (count == 0) range.count = unitsBeforeTerminator(source, start);
+        text = StringServices::encodeText(KW_StringEncodingToMacStringEncoding(encoding), range.units,
+                                          range.count, unitWidth(encoding));
+    }
     std::unique_ptr<char[]> bytes(text.bytes);
     outSize = KW_StringUnits(static_cast<unsigned long>(text.size));
     *out = bytes.release();
@@ -208,8 +221,9 @@ bool KW_String::KW_StringToCString(char** out, unsigned int& outSize, Encoding e
 
 int KW_String::KW_StringToCStringLenBytes(Encoding encoding, const KW_String& source, unsigned int start,
                                           unsigned int count) {
-    const UnitRange range = unitRange(source, start, count);
+    UnitRange range = unitRange(source, start, count);
     if (range.units == nullptr || isNone(encoding)) return -1;
+    if (count == 0) range.count = unitsBeforeTerminator(source, start);
     const StringServices::Encoded encoded = StringServices::encode(
         KW_StringEncodingToMacStringEncoding(encoding), range.units, range.count, '?', nullptr, 0);
     return encoded.units < range.count ? -1 : static_cast<int>(encoded.bytes);

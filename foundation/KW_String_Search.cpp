@@ -2,6 +2,7 @@
 
 #include "foundation/UnitSearch.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -26,7 +27,15 @@ int KW_String::IndexOf(const KW_String& what, unsigned int start) const {
 
 int KW_String::IndexOfIgnoreCase(const KW_String& what, unsigned int start) const {
     if (what.length == 0 || start >= length) return kNotFound;
-    return ToLowerCase().IndexOf(what.ToLowerCase(), start);
+    const KW_String sought = what.ToLowerCase();
+    const auto equals = [](unsigned short unit, unsigned short lower) {
+        return KW_CharToLowerCase(unit) == lower;
+    };
+    const unsigned short* const begin = data;
+    const unsigned short* const end = begin + length;
+    const unsigned short* const found =
+        std::search(begin + start, end, sought.data, sought.data + sought.length, equals);
+    return found == end ? kNotFound : static_cast<int>(found - begin);
 }
 
 int KW_String::LastIndexOf(const KW_String& what, unsigned int start) const {

@@ -51,6 +51,10 @@ struct EncodedText {
     long size;    ///< terminator included
 };
 
+/// ASCII without zero units as bytes, with a zero byte behind them. Null for any other text, and for a short
+/// one, which encodeText is as quick with.
+EncodedText encodeLongAscii(const char* units, long unitCount);
+
 /// Encodes all units, with '?' for what the encoding lacks and a terminator of so many zero bytes (at most
 /// four). The array of a short text may be longer than its size.
 EncodedText encodeText(unsigned int encoding, const char* units, long unitCount, long terminatorBytes);

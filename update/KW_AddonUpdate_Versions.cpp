@@ -31,27 +31,18 @@ bool holdsMessageMark(KW_Units token) {
     return !std::ranges::search(token, kMark).empty();
 }
 
-/// Empty, not null, for no units.
-void setText(KW_String& text, KW_Units units) {
-    const auto count = static_cast<unsigned int>(units.size());
-    text.THIS_Alloc(count + 1, false);
-    std::ranges::copy(units, text.data);
-    text.data[count] = 0;
-    text.length = count;
-}
-
 /// Null for a token without units, as every such piece of a text is.
 void setToken(KW_String& text, KW_Units token) {
     if (token.empty()) {
         text.SetToNullString();
     } else {
-        setText(text, token);
+        KW_SetUnits(text, token);
     }
 }
 
 KW_String stringOf(KW_Units units) {
     KW_String text;
-    setText(text, units);
+    KW_SetUnits(text, units);
     return text;
 }
 
@@ -112,7 +103,7 @@ void fillAddon(KW_AddonUpdate_Addon& addon, KW_Units line) {
     setToken(addon.versionText, tokens.Token(2));
     setVersionNumbers(addon, tokens.Token(2));
     addon.hostVersion = hostVersionOf(tokens.Token(3));
-    setText(addon.date, tokens.Date().Units());
+    KW_SetUnits(addon.date, tokens.Date().Units());
     setToken(addon.dateText, tokens.Token(4));
 
     addon.languages.Reset();
@@ -132,7 +123,7 @@ void fillAddon(KW_AddonUpdate_Addon& addon, KW_Units line) {
 void fillLibrary(KW_AddonUpdate_Library& library, KW_Units line) {
     const KW_VersionLine tokens(line);
     setToken(library.name, tokens.Token(1));
-    setText(library.date, KW_VersionDate(tokens.Token(2)).Units());
+    KW_SetUnits(library.date, KW_VersionDate(tokens.Token(2)).Units());
     setToken(library.dateText, tokens.Token(2));
     library.inSuite = true;
     forEachMarker(line, 3, [&library](KW_Units marker) {
@@ -151,7 +142,7 @@ void addTextLine(KW_String& text, KW_Units line) {
 /// nothing.
 void makeRoom(KW_String& text, std::size_t units) {
     text.THIS_Alloc(static_cast<unsigned int>(units) + 1, false);
-    setText(text, {});
+    KW_SetUnits(text, {});
 }
 
 /// Takes the text lines off the front of `rest` and joins them.
@@ -167,8 +158,8 @@ void takeText(KW_String& text, KW_Units& rest) {
 
 KW_AddonUpdate_Message takeMessage(const KW_VersionLine& line, KW_Units& rest) {
     KW_AddonUpdate_Message message;
-    setText(message.firstDate, KW_VersionDate(line.Token(2)).Units());
-    setText(message.secondDate, KW_VersionDate(line.Token(3)).Units());
+    KW_SetUnits(message.firstDate, KW_VersionDate(line.Token(2)).Units());
+    KW_SetUnits(message.secondDate, KW_VersionDate(line.Token(3)).Units());
     takeText(message.text, rest);
     const int url = message.text.IndexOf(KW_AddonUpdate_SystemText("http://"), 0);
     if (url >= 0) {

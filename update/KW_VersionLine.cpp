@@ -4,13 +4,6 @@
 
 namespace {
 
-constexpr unsigned short kLineFeed = 0x0A;
-constexpr unsigned short kCarriageReturn = 0x0D;
-
-bool isSeparator(unsigned short unit) {
-    return unit == ' ' || unit == '\t';
-}
-
 bool isDateSeparator(unsigned short unit) {
     return unit == '-' || unit == '/';
 }
@@ -54,29 +47,6 @@ bool isHostTag(KW_Units text) {
 }
 
 }  // namespace
-
-bool KW_UnitsEqual(KW_Units a, KW_Units b) {
-    return std::ranges::equal(a, b);
-}
-
-KW_Units KW_TakeLine(KW_Units& text) {
-    const auto end = std::ranges::find_if(
-        text, [](unsigned short unit) { return unit == kLineFeed || unit == kCarriageReturn; });
-    const KW_Units line(text.begin(), end);
-    KW_Units rest(end, text.end());
-    if (rest.size() > 1 && rest[0] == kCarriageReturn && rest[1] == kLineFeed) rest = rest.subspan(1);
-    text = rest.empty() ? rest : rest.subspan(1);
-    return line;
-}
-
-bool KW_TokenReader::Next(KW_Units& token) {
-    if (ended_) return false;
-    const auto end = std::ranges::find_if(rest_, isSeparator);
-    token = KW_Units(rest_.begin(), end);
-    ended_ = end == rest_.end();
-    rest_ = KW_Units(std::find_if_not(end, rest_.end(), isSeparator), rest_.end());
-    return true;
-}
 
 KW_VersionDate::KW_VersionDate(KW_Units text) {
     take(text, 6, 4);

@@ -1,37 +1,13 @@
 #pragma once
 
 #include "foundation/KW_List.h"
-#include "foundation/KW_String.h"
+#include "foundation/KW_Units.h"
 #include "update/KW_AddonUpdate.h"
 
 #include <array>
-#include <span>
 
 /// Version lines read in place. A versions file has many lines of which one or two concern an add-on, so
 /// neither the lines nor their tokens are copied to find them.
-
-/// A part of a text that somebody else owns, in UTF-16 code units.
-using KW_Units = std::span<const unsigned short>;
-
-inline KW_Units KW_UnitsOf(const KW_String& text) {
-    return {text.data, text.length};
-}
-bool KW_UnitsEqual(KW_Units a, KW_Units b);
-
-/// Takes the first line, without its end, off `text`. Lines end as for KW_String::SplitLines.
-KW_Units KW_TakeLine(KW_Units& text);
-
-/// The tokens of a line one after another, as KW_String::SplitBySpaces makes them.
-class KW_TokenReader {
-public:
-    explicit KW_TokenReader(KW_Units line) : rest_(line) {}
-    /// False when there is no other token.
-    bool Next(KW_Units& token);
-
-private:
-    KW_Units rest_;
-    bool ended_ = false;
-};
 
 /// A date dd/mm/yyyy turned into yyyymmdd, so that dates compare as text; shorter where the text was shorter.
 class KW_VersionDate {

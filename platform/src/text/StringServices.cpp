@@ -188,22 +188,18 @@ void terminate(char* end, long terminatorBytes) {
 
 }  // namespace
 
+EncodedText encodeLongAscii(const char* units, long unitCount) {
+    if (unitCount <= kShort) return {nullptr, 0};
+    std::unique_ptr<char[]> bytes(new char[static_cast<std::size_t>(unitCount) + 1]);
+    if (!text::asciiEncode(units, unitCount, bytes.get())) return {nullptr, 0};
+    bytes[static_cast<std::size_t>(unitCount)] = 0;
+    return {bytes.release(), unitCount + 1};
+}
+
 EncodedText encodeText(unsigned int encoding, const char* units, long unitCount, long terminatorBytes) {
-    const auto newBytes = [&](long room) {
-        return std::unique_ptr<char[]>(new char[static_cast<std::size_t>(room + terminatorBytes)]);
-    };
-    const bool isUtf8 = encoding == kCFStringEncodingUTF8;
-    if (isUtf8 && unitCount > kShort) {
-        std::unique_ptr<char[]> ascii = newBytes(unitCount);
-        if (text::asciiEncode(units, unitCount, ascii.get())) {
-            terminate(ascii.get() + unitCount, terminatorBytes);
-            return {ascii.release(), unitCount + terminatorBytes};
-        }
-    }
     const long room = mostBytes(encoding, unitCount);
-    std::unique_ptr<char[]> bytes = newBytes(room);
-    const Encoded encoded = isUtf8 ? text::utf8Encode(units, unitCount, '?', bytes.get(), room)
-                                   : encode(encoding, units, unitCount, '?', bytes.get(), room);
+    std::unique_ptr<char[]> bytes(new char[static_cast<std::size_t>(room + terminatorBytes)]);
+    const Encoded encoded = encode(encoding, units, unitCount, '?', bytes.get(), room);
     if (encoded.units < unitCount) return {nullptr, 0};
     terminate(bytes.get() + encoded.bytes, terminatorBytes);
     const long size = encoded.bytes + terminatorBytes;

@@ -10,8 +10,8 @@ long utf8DecodedRoom(const char* bytes, long byteCount);
 /// of the room may be written to.
 long utf8Decode(const char* bytes, long byteCount, char* units, long room);
 
-/// Writes a byte for each of at least sixteen units; false, with nothing of use written, when one is not
-/// ASCII.
+/// Writes a byte for each of at least sixteen units; false, with nothing of use written, when one is zero or
+/// not ASCII.
 bool asciiEncode(const char* units, long unitCount, char* target);
 
 /// Bytes with which utf8Encode need not look whether there is room: three for each unit, and what a block

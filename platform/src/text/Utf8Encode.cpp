@@ -132,10 +132,11 @@ Place encodeWithRoom(const char* units, long unitCount, char lossByte, char* tar
 }  // namespace
 
 bool asciiEncode(const char* units, long unitCount, char* target) {
+    const auto encodeBlock = [=](long i) { return narrowAsciiText(units + i * 2, target + i); };
     for (long i = 0; unitCount - i >= kLanes; i += kLanes) {
-        if (narrow<0x7F>(units + i * 2, target + i) != 0) return false;
+        if (!encodeBlock(i)) return false;
     }
-    return narrowLast(units, unitCount, target);
+    return encodeBlock(unitCount - kLanes);
 }
 
 StringServices::Encoded utf8Encode(const char* units, long unitCount, char lossByte, char* target,

@@ -105,7 +105,16 @@ inline unsigned int narrow(const char* units, char* bytes) {
     return ~static_cast<unsigned int>(_mm_movemask_epi8(within)) & 0xFFFF;
 }
 
-/// The same for eight units.
+/// Writes sixteen units that are ASCII and not zero as bytes; false, with nothing of use written, for others.
+inline bool narrowAsciiText(const char* units, char* bytes) {
+    const auto* const from = reinterpret_cast<const __m128i*>(units);
+    // Units from 8000 on are negative and become 0, others above FF become FF.
+    const __m128i packed = _mm_packus_epi16(_mm_loadu_si128(from), _mm_loadu_si128(from + 1));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), packed);
+    return _mm_movemask_epi8(_mm_cmpgt_epi8(packed, _mm_setzero_si128())) == 0xFFFF;
+}
+
+/// As narrow, for eight units.
 template <std::uint16_t Last>
 inline unsigned int narrowHalf(const char* units, char* bytes) {
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
@@ -198,6 +207,10 @@ inline unsigned int narrowLanes(const char* units, char* bytes) {
 template <std::uint16_t Last>
 inline unsigned int narrow(const char* units, char* bytes) {
     return narrowLanes<Last, kLanes>(units, bytes);
+}
+
+inline bool narrowAsciiText(const char* units, char* bytes) {
+    return narrow<0x7F>(units, bytes) == 0 && std::memchr(bytes, 0, kLanes) == nullptr;
 }
 
 template <std::uint16_t Last>
