@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -40,30 +41,11 @@ unsigned int terminatorWidth(KW_String::Encoding encoding) {
     }
 }
 
-int openForWriting(IO::File& file, bool append) {
-    return codeOf(
-        file.Open(append ? IO::File::WriteAppendMode : IO::File::WriteEmptyMode, IO::ReportAccessDenied));
-}
-
 /// Writes all bytes or, as far as the file allows, none.
 int writeOrRecover(IO::File& file, const char* bytes, unsigned long count) {
     const GSErrCode error = file.Write(bytes, count, nullptr);
     if (error != kNoError) (void)file.RecoverFromFailedWrite();
     return codeOf(error);
-}
-
-/// False when fewer bytes could be read than `*size`, or with 0 than the file has; `*size` then keeps its
-/// value.
-bool readFrom(IO::File& file, char* buffer, unsigned long* size, unsigned long position) {
-    std::uint32_t whole = 0;
-    if (*size == 0 && file.GetLength(&whole) != kNoError) return false;
-    const unsigned long wanted = *size != 0 ? *size : whole;
-    if (wanted == 0) return true;
-    if (buffer == nullptr || wanted > std::numeric_limits<std::uint32_t>::max()) return false;
-    if (file.SetPosition(position) != kNoError) return false;
-    if (file.Read(buffer, static_cast<std::uint32_t>(wanted), nullptr) != kNoError) return false;
-    *size = wanted;
-    return true;
 }
 
 }  // namespace
@@ -121,49 +103,50 @@ int KW_File::ReadFullText(const KW_Location& location, KW_String& text, bool det
 int KW_File::WriteFullText(const KW_Location& location, const KW_String& text, KW_String::Encoding encoding,
                            bool writeBOM, bool append) {
     KW_File target;
-    target.file = std::make_unique<IO::File>(location, IO::File::Create);
-    const int code = openForWriting(*target.file, append);
+    const int code = target.Open(location, append ? OpenMode_Append : OpenMode_Write);
     return code == kSuccess ? target.WriteFullText(text, encoding, writeBOM, nullptr) : code;
 }
 
 int KW_File::ReadBin(const KW_Location& location, char* buffer, unsigned long* size, bool* exists,
                      const unsigned long& position) {
-    IO::File source(location, IO::File::Fail);
-    if (exists != nullptr) *exists = source.GetStatus() == kNoError;
-    if (source.GetStatus() != kNoError) return kSuccess;
-    const GSErrCode error = source.Open(IO::File::ReadMode, IO::ReportAccessDenied);
-    if (error != kNoError) return codeOf(error);
-    unsigned long wholeFile = 0;
-    (void)readFrom(source, buffer, size != nullptr ? size : &wholeFile, position);
-    return codeOf(source.Close());
+    KW_File source;
+    const int opened = source.Open(location, OpenMode_Read);
+    const bool found = source.file->GetStatus() == kNoError;
+    if (exists != nullptr) *exists = found;
+    if (!found || opened != kSuccess) return found ? opened : kSuccess;
+    std::uint32_t whole = 0;
+    (void)source.file->GetLength(&whole);
+    const unsigned long wanted = size != nullptr && *size != 0 ? *size : whole;
+    const bool read = buffer != nullptr && wanted <= std::numeric_limits<std::uint32_t>::max() &&
+                      source.file->SetPosition(position) == kNoError &&
+                      source.file->Read(buffer, static_cast<std::uint32_t>(wanted), nullptr) == kNoError;
+    if (read && size != nullptr) *size = wanted;
+    return codeOf(source.file->Close());
 }
 
-int KW_File::ReadBinBounded(const KW_Location& location, char* buffer, unsigned long capacity,
-                            unsigned long* size, bool* exists) {
-    *size = 0;
-    IO::File source(location, IO::File::Fail);
-    if (exists != nullptr) *exists = source.GetStatus() == kNoError;
-    if (source.GetStatus() == IO::kErrNotFound) return kSuccess;
-    const GSErrCode error = source.Open(IO::File::ReadMode, IO::ReportAccessDenied);
-    if (error != kNoError) return codeOf(error);
-    std::uint64_t length = 0;
-    const GSErrCode lengthError = source.GetRemainingLength(&length);
-    if (lengthError != kNoError) return codeOf(lengthError);
-    if (length > capacity || length > std::numeric_limits<std::uint32_t>::max()) return kOtherFailure;
-    const GSErrCode readError = source.Read(buffer, static_cast<std::uint32_t>(length), nullptr);
-    if (readError != kNoError) return codeOf(readError);
-    *size = length;
-    return codeOf(source.Close());
+int KW_File::ReadBin(const KW_Location& location, std::string& bytes, std::uint32_t most) {
+    KW_File source;
+    const int opened = source.Open(location, OpenMode_Read);
+    if (source.file->GetStatus() == IO::kErrNotFound) {
+        bytes.clear();
+        return kSuccess;
+    }
+    if (opened != kSuccess) return opened;
+    std::uint32_t size = 0;
+    if (const GSErrCode error = source.file->GetLength(&size); error != kNoError) return codeOf(error);
+    if (size > most) return kOtherFailure;
+    std::string content(size, '\0');
+    const GSErrCode error = source.file->Read(content.data(), size, nullptr);
+    if (error == kNoError) bytes = std::move(content);
+    return codeOf(error);
 }
 
 int KW_File::WriteBin(const KW_Location& location, const char* data, long size, bool append, bool create) {
     if (size < 0 || (data == nullptr && size > 0)) return kOtherFailure;
-    if (!create && IO::File(location, IO::File::Fail).GetStatus() != kNoError) return kOtherFailure;
-    IO::File target(location, IO::File::Create);
-    if (const int code = openForWriting(target, append); code != kSuccess) return code;
-    const int code = writeOrRecover(target, data, static_cast<unsigned long>(size));
-    (void)target.Close();
-    return code;
+    if (!create && !location.IsFile()) return kOtherFailure;
+    KW_File target;
+    const int code = target.Open(location, append ? OpenMode_Append : OpenMode_Write);
+    return code == kSuccess ? writeOrRecover(*target.file, data, static_cast<unsigned long>(size)) : code;
 }
 
 bool KW_File::Delete(const KW_Location& location) {

@@ -4,7 +4,9 @@
 #include "foundation/KW_String.h"
 #include "platform/FileSystem.h"
 
+#include <cstdint>
 #include <memory>
+#include <string>
 
 /// How KW_File::Open opens a file. The host's modes 1 and 3 (writing, and reading and writing, in place) have
 /// no names here.
@@ -52,14 +54,12 @@ public:
     /// Reads `*size` bytes (0: as many as the file has) from `position` on into `buffer`, which must hold
     /// them, and sets `*size` to their number. A missing file is 0 with `*exists` (may be null) false and the
     /// rest untouched. When less can be read than asked for, `*size` keeps its value and the result does not
-    /// tell: whoever must know uses ReadBinBounded.
+    /// tell.
     static int ReadBin(const KW_Location& location, char* buffer, unsigned long* size, bool* exists,
                        const unsigned long& position);
-    /// Reads the whole file into `buffer` of `capacity` bytes. A missing file is 0 with `*exists` (may be
-    /// null) false. `*size` is the number of bytes read, 0 on failure and for a missing file; a file that is
-    /// larger than the capacity is refused with 6.
-    static int ReadBinBounded(const KW_Location& location, char* buffer, unsigned long capacity,
-                              unsigned long* size, bool* exists);
+    /// The same for who must know: the whole file, which is refused with 6 when it has more than `most`
+    /// bytes. A missing file is 0 without bytes, one that cannot be read its code with `bytes` unchanged.
+    static int ReadBin(const KW_Location& location, std::string& bytes, std::uint32_t most);
     /// Replaces the file's content by `size` bytes, or appends them. Without `create` a missing file is 6,
     /// and stays missing. The result is that of writing, not that of the closing after it.
     static int WriteBin(const KW_Location& location, const char* data, long size, bool append, bool create);

@@ -1,5 +1,6 @@
 #include "files/KW_Location.h"
 
+#include "foundation/KW_Units.h"
 #include "platform/HostInterface.h"
 
 #include <utility>
@@ -16,11 +17,15 @@ struct FilesEnumeration {
     KW_List<KW_Location>* result;
 };
 
+/// Where the path's last name begins.
+unsigned int nameStart(const KW_String& path) {
+    return static_cast<unsigned int>(path.LastIndexOf('/') + 1);
+}
+
 /// Where the extension of the path's last name begins; the path's end when it has none.
 unsigned int extensionStart(const KW_String& path) {
-    const int dot = path.LastIndexOf('.');
-    const int slash = path.LastIndexOf('/');
-    return dot > slash ? static_cast<unsigned int>(dot) + 1 : path.length;
+    const auto start = static_cast<unsigned int>(path.LastIndexOf('.') + 1);
+    return start > nameStart(path) ? start : path.length;
 }
 
 bool isWanted(const KW_Location& file, const KW_List<KW_String>* extensions) {
@@ -56,10 +61,6 @@ bool enumerate(const KW_Location& location, FilesEnumeration enumeration) {
            folder.Enumerate(KW_FilesEnumeration_CallBack, &enumeration) == kNoError;
 }
 
-GS::UniString hostString(const KW_String& text) {
-    return GS::UniString(text.data, text.length);
-}
-
 }  // namespace
 
 KW_Location::KW_Location(const KW_String& path) {
@@ -79,16 +80,13 @@ void KW_Location::Set(const IO::Location& location) {
     SetToNullString();
     GS::UniString path;
     if (location.ToPath(&path) != kNoError) return;
-    const unsigned short* units = path.ToUStr();
-    unsigned int count = path.GetLength();
-    if (count > 0 && units[count - 1] == kSlash) --count;
-    THIS_Alloc(count + 1, false);
-    THIS_Append(units, count);
-    data[count] = 0;
+    const KW_Units units = KW_UnitsOf(path);
+    const bool trailing = !units.empty() && units.back() == kSlash;
+    KW_SetUnits(*this, trailing ? units.first(units.size() - 1) : units);
 }
 
 KW_Location::operator IO::Location() const {
-    return IO::Location(hostString(*this));
+    return IO::Location(KW_UniStringOf(*this));
 }
 
 KW_Location::operator IO::Location() {
@@ -98,12 +96,23 @@ KW_Location::operator IO::Location() {
 void KW_Location::SetLastName(const char* name) {
     if (data == nullptr) return;
     const KW_String lastName(name, Encoding_System);
-    const int slash = LastIndexOf('/');
-    if (slash < 0) {
-        THIS_CopyString(lastName);
-    } else {
-        THIS_CopyString(Substring(0, static_cast<unsigned int>(slash) + 1) + lastName);
-    }
+    const unsigned int start = nameStart(*this);
+    THIS_CopyString(start == 0 ? lastName : Substring(0, start) + lastName);
+}
+
+KW_String KW_Location::LastName() const {
+    return Substring(nameStart(*this));
+}
+
+KW_String KW_Location::Extension() const {
+    return Substring(extensionStart(*this));
+}
+
+GSErrCode KW_Location::SettingsFolder(KW_Location& location) {
+    IO::Location folder;
+    const GSErrCode error = IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder);
+    if (error == kNoError) location.Set(folder);
+    return error;
 }
 
 KW_Location KW_Location::AddOnLocation(bool parent) {
@@ -119,16 +128,20 @@ KW_Location KW_Location::AddOnLocation(bool parent) {
 
 bool KW_Location::IsFolder() const {
     if (data == nullptr) return false;
-    const int slash = LastIndexOf('/');
-    const unsigned int nameStart = static_cast<unsigned int>(slash + 1);
-    const GS::UniString name(data + nameStart, length - nameStart);
+    const KW_Units path = KW_UnitsOf(*this);
+    const std::size_t start = nameStart(*this);
     // What stands before the first "/" of an absolute path is the root of the file system.
-    const GS::UniString parent(data, slash == 0 ? 1 : slash < 0 ? 0 : static_cast<unsigned int>(slash));
+    const KW_Units parent = path.first(start > 1 ? start - 1 : start);
 
-    const IO::Folder folder(IO::Location(parent), IO::Folder::Fail);
+    const IO::Folder folder(IO::Location(KW_UniStringOf(parent)), IO::Folder::Fail);
+    const IO::Name name(KW_UniStringOf(path.subspan(start)));
     IO::Folder::EntryType type = IO::Folder::IsFile;
-    return folder.GetStatus() == kNoError && folder.GetType(IO::Name(name), &type) == kNoError &&
+    return folder.GetStatus() == kNoError && folder.GetType(name, &type) == kNoError &&
            type == IO::Folder::IsFolder;
+}
+
+bool KW_Location::IsFile() const {
+    return IO::File(*this, IO::File::Fail).GetStatus() == kNoError;
 }
 
 KW_String KW_Location::GetPOSIXPath() const {

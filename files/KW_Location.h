@@ -30,12 +30,22 @@ public:
     /// Encoding_System. Nothing happens to no location.
     void SetLastName(const char* name);
 
+    /// What stands behind the last "/" (everything, when there is none); null for no location.
+    KW_String LastName() const;
+    /// What stands behind the last "." of the last name, empty when there is none; null for no location.
+    KW_String Extension() const;
+
+    /// The folder of settings, marker files and downloads. 0, or the host's error code with `location`
+    /// unchanged.
+    static GSErrCode SettingsFolder(KW_Location& location);
     /// Where the add-on's bundle lies, or with `parent` the folder that holds it. No location when the host
     /// cannot tell.
     static KW_Location AddOnLocation(bool parent);
 
     /// Whether there is a folder, or a link to one, at this location.
     bool IsFolder() const;
+    /// Whether there is something else than a folder at this location.
+    bool IsFile() const;
 
     /// The path in the bytes of the file system, one unit for each byte: ToCStr(Encoding_System) of the
     /// result gives the bytes. Null when there is no location or no bytes can stand for it.

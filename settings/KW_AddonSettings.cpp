@@ -1,10 +1,6 @@
 #include "settings/KW_AddonSettings.h"
 
-#include "platform/FileSystem.h"
 #include "settings/AddonIdentity.h"
-
-#include <array>
-#include <charconv>
 
 namespace {
 
@@ -13,7 +9,7 @@ constexpr auto kEncoding = KW_String::Encoding_System;
 /// What saving has to mind about the file on the disk.
 enum class FileState {
     Replaceable,
-    Refused,  // not read, and so not to be lost
+    Unread,   // not to be lost
     Damaged,  // to be copied first
 };
 
@@ -62,10 +58,8 @@ double toDouble(const KW_String& value) {
 }  // namespace
 
 GSErrCode KW_AddonSettings_GetLocation(KW_AddonSettings_Type type, KW_Location& location) {
-    IO::Location folder;
-    const GSErrCode error = IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder);
+    const GSErrCode error = KW_Location::SettingsFolder(location);
     if (error != kNoError) return error;
-    location.Set(folder);
     location += "/";
     location += type == KW_AddonSettings_AllAddons ? "TessaroPlugins" : sett_ADDON_SETTINGS_FILE_NAME;
     location += ".cfg";
@@ -75,29 +69,23 @@ GSErrCode KW_AddonSettings_GetLocation(KW_AddonSettings_Type type, KW_Location& 
 bool KW_AddonSettings_Load(KW_AddonSettings_Type type, bool onlyIfNotLoaded) {
     const SettingsSet set = setOf(type);
     if (onlyIfNotLoaded && set.loaded) return true;
-    set.list.Reset();
+    set.list.SetSize(0, false);
+    set.file = FileState::Unread;
     KW_Location location;
     if (KW_AddonSettings_GetLocation(type, location) != kNoError) return false;
-    switch (KW_SettingsFile_Read(location, set.list)) {
-        case KW_SettingsFile_Result::Read:
-            set.file = FileState::Replaceable;
-            set.loaded = true;
-            return true;
-        case KW_SettingsFile_Result::Refused:
-            set.file = FileState::Refused;
-            return false;
-        case KW_SettingsFile_Result::Malformed:
-            set.file = FileState::Damaged;
-            return false;
-    }
-    return false;
+    const KW_SettingsFile_Result result = KW_SettingsFile_Read(location, set.list);
+    if (result == KW_SettingsFile_Result::Malformed) set.file = FileState::Damaged;
+    if (result != KW_SettingsFile_Result::Read) return false;
+    set.file = FileState::Replaceable;
+    set.loaded = true;
+    return true;
 }
 
 bool KW_AddonSettings_Save(KW_AddonSettings_Type type) {
     const SettingsSet set = setOf(type);
     KW_Location location;
     if (KW_AddonSettings_GetLocation(type, location) != kNoError) return false;
-    if (set.file == FileState::Refused) return false;
+    if (set.file == FileState::Unread && location.IsFile()) return false;
     if (set.file == FileState::Damaged && !KW_SettingsFile_KeepDamaged(location)) return false;
     if (!KW_SettingsFile_Write(location, set.list)) return false;
     set.file = FileState::Replaceable;
@@ -154,12 +142,7 @@ bool KW_AddonSettings_SetLong(KW_AddonSettings_Type type, const KW_String& key, 
 
 bool KW_AddonSettings_SetDouble(KW_AddonSettings_Type type, const KW_String& key, double value,
                                 bool addIfMissing) {
-    // The text of printf's %g, which itself would follow the process's locale.
-    std::array<char, 32> digits;
-    const auto written =
-        std::to_chars(digits.data(), digits.data() + digits.size(), value, std::chars_format::general, 6);
-    const auto size = static_cast<unsigned int>(written.ptr - digits.data());
-    return KW_AddonSettings_Set(type, key, KW_String(digits.data(), size, kEncoding), addIfMissing);
+    return KW_AddonSettings_Set(type, key, KW_String::DoubleToString(value, 0u, 0u), addIfMissing);
 }
 
 void KW_AddonSettings_LoadSetSave(KW_AddonSettings_Type type, const KW_String& key, const KW_String& value,
@@ -178,8 +161,8 @@ bool KW_AddonSettings_Remove(KW_AddonSettings_Type type, const KW_String& key) {
 
 void KW_AddonSettings_Clear(KW_AddonSettings_Type type) {
     const SettingsSet set = setOf(type);
-    set.list.Reset();
-    if (set.file == FileState::Refused) set.file = FileState::Replaceable;
+    set.list.SetSize(0, false);
+    if (set.file == FileState::Unread) set.file = FileState::Replaceable;
 }
 
 long KW_AddonSettings_GetCount(KW_AddonSettings_Type type) {

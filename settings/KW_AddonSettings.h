@@ -12,8 +12,9 @@
 /// disk; the rest works on memory. Keys are compared exactly. A file may hold a key twice: every function
 /// means the first entry of a key.
 ///
-/// A file that was too large or could not be read is not saved over until the set has been loaded or cleared.
-/// One that is damaged is copied to NAME.cfg.damaged before it is saved over.
+/// No file is lost that is not known: one that was too large or could not be read, for whatever reason, is
+/// not saved over until the set has been loaded or cleared; one that is damaged is copied to NAME.cfg.damaged
+/// before it is saved over; and a set that lost its memory is not saved at all.
 
 enum KW_AddonSettings_Type : int {
     KW_AddonSettings_AllAddons = 0,  ///< shared by all add-ons of the suite: TessaroPlugins.cfg
@@ -27,7 +28,8 @@ GSErrCode KW_AddonSettings_GetLocation(KW_AddonSettings_Type type, KW_Location& 
 /// that is loaded. A missing file is an empty set. Whether the set is loaded; on false it holds nothing or,
 /// from a damaged file, what stood before the damage.
 bool KW_AddonSettings_Load(KW_AddonSettings_Type type, bool onlyIfNotLoaded);
-/// Writes the set to its file, in one step. False when that failed; the old file then stands.
+/// Writes the set to its file, in one step. True when the new file has taken the old one's place; otherwise
+/// the old one stands.
 bool KW_AddonSettings_Save(KW_AddonSettings_Type type);
 
 /// Whether the key is there; `*value` (may be null) is set only then.

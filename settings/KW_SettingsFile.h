@@ -28,7 +28,7 @@ constexpr unsigned long kKW_SettingsFile_MaxImageSize = 100000;
 
 enum class KW_SettingsFile_Result {
     Read,       ///< also for a missing file, which holds no entries
-    Refused,    ///< the file is too large or cannot be read
+    Refused,    ///< the file is too large or cannot be read, or memory ended
     Malformed,  ///< the entries before the fault are in the list
 };
 
@@ -36,16 +36,18 @@ enum class KW_SettingsFile_Result {
 void KW_SettingsFile_ExchangeHalves(char* bytes, unsigned long size);
 
 /// Appends the entries that `bytes` (halves already in order) hold. An entry that the end cuts short is
-/// dropped. False at the first fault: an entry that does not begin with "$", has no ":" or no key, or a line
-/// break with anything but "#", "$" or the end behind it.
-bool KW_SettingsFile_Parse(const char* bytes, unsigned long size, KW_List<KW_Setting>& list);
+/// dropped. Malformed at the first fault: an entry that does not begin with "$", has no ":" or no key, or a
+/// line break with anything but "#", "$" or the end behind it.
+[[nodiscard]] KW_SettingsFile_Result KW_SettingsFile_Parse(const char* bytes, unsigned long size,
+                                                           KW_List<KW_Setting>& list);
 
 /// Replaces the list's content by the file's.
 [[nodiscard]] KW_SettingsFile_Result KW_SettingsFile_Read(const KW_Location& location,
                                                           KW_List<KW_Setting>& list);
 
 /// Makes the file hold exactly the list's entries, in their order; whoever reads meanwhile finds the old file
-/// or the new. False when the image would be too large or could not be written: the old file stands.
+/// or the new. False when the list has lost its memory, the image would be too large, or the new file could
+/// not take the old one's place: the old file stands.
 [[nodiscard]] bool KW_SettingsFile_Write(const KW_Location& location, const KW_List<KW_Setting>& list);
 
 /// Copies a file that does not parse to the same name with ".damaged" behind it, replacing an older copy. A

@@ -57,18 +57,20 @@ TEST_F(KW_FileTest, ReadBinReadsTheWholeFileOrAsMuchAsAskedFor) {
     EXPECT_EQ(KW_File::ReadBin(at("missing"), &untouched, &size, nullptr, 0), 0);
 }
 
-TEST_F(KW_FileTest, ABoundedReadNeverPassesTheBuffer) {
+TEST_F(KW_FileTest, ReadBinForWhoMustKnowTellsWhatItCannotRead) {
     temp_.write("f", "0123456789");
-    char buffer[10] = {};
-    unsigned long size = 99;
-    bool exists = false;
-    EXPECT_EQ(KW_File::ReadBinBounded(at("f"), buffer, 10, &size, &exists), 0);
-    EXPECT_EQ(std::string(buffer, size), "0123456789");
-    EXPECT_EQ(KW_File::ReadBinBounded(at("f"), buffer, 9, &size, &exists), 6);
-    EXPECT_EQ(size, 0u);
-    EXPECT_TRUE(exists);
-    EXPECT_EQ(KW_File::ReadBinBounded(at("missing"), buffer, 9, &size, &exists), 0);
-    EXPECT_FALSE(exists);
+    std::string bytes = "before";
+    EXPECT_EQ(KW_File::ReadBin(at("f"), bytes, 9), 6);
+    {
+        const ResourceLimit noMoreFiles(RLIMIT_NOFILE, 0);
+        EXPECT_EQ(KW_File::ReadBin(at("f"), bytes, 10), 5);
+    }
+    EXPECT_EQ(KW_File::ReadBin(KW_Location(), bytes, 10), 6);
+    EXPECT_EQ(bytes, "before");
+    EXPECT_EQ(KW_File::ReadBin(at("f"), bytes, 10), 0);
+    EXPECT_EQ(bytes, "0123456789");
+    EXPECT_EQ(KW_File::ReadBin(at("missing"), bytes, 9), 0);
+    EXPECT_EQ(bytes, "");
 }
 
 TEST_F(KW_FileTest, WriteBinReplacesAppendsAndCreatesAsTold) {
