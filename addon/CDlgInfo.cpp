@@ -50,13 +50,6 @@ constexpr char kReportType[] = "Text Files (*.txt)";
 constexpr char kReportExtension[] = "TXT";
 constexpr long kReportTypeCode = 0x54455854;  // 'TEXT'
 
-/// Behind the last "." of the last component; empty when that is its last character.
-KW_String extensionOf(const KW_Location& file) {
-    const int dot = file.LastIndexOf('.');
-    if (dot < 0 || dot < file.LastIndexOf('/')) return KW_String();
-    return file.Substring(static_cast<unsigned int>(dot + 1));
-}
-
 void showNotSaved(Text reason) {
     KW_Dialog::ShowAlert(DG_ALERT_PLAIN, AddonText(kTextNotSaved), AddonText(reason), KW_String());
 }
@@ -138,7 +131,7 @@ bool CDlgInfo::AskForFileSave(KW_Location& file, bool& cancelled) {
     cancelled = !KW_Dialog::SaveFile(file, SystemText(kReportType), SystemText(kReportExtension),
                                      kReportTypeCode, AddonText(kTextSaveReport), AddonText(kTextReportName));
     if (cancelled) return true;
-    return KW_String::CompareIgnoreCase(extensionOf(file), 0, SystemText(kReportExtension), 0, 0) == 0;
+    return KW_String::CompareIgnoreCase(file.Extension(), 0, SystemText(kReportExtension), 0, 0) == 0;
 }
 
 void CDlgInfo::BuildData(KW_List<KW_String>& lines) const {

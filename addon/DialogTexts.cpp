@@ -1,5 +1,6 @@
 #include "addon/DialogTexts.h"
 
+#include "foundation/KW_Units.h"
 #include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "platform/DialogManager.h"
@@ -10,10 +11,6 @@ constexpr short kAddonStrings = 32530;
 
 KW_String localisedText(short base, long index) {
     return KW_Resource_GetString(static_cast<short>(base + gKW_Language), index);
-}
-
-GS::UniString hostText(const KW_String& text) {
-    return GS::UniString(text.data, text.length);
 }
 
 }  // namespace
@@ -31,9 +28,9 @@ KW_String SystemText(const char* text) {
 }
 
 void SetDialogTitle(short dialogID, const KW_String& title) {
-    DGSetDialogTitle(dialogID, hostText(title));
+    DGSetDialogTitle(dialogID, KW_UniStringOf(title));
 }
 
 void SetDialogItemText(short dialogID, short item, const KW_String& text) {
-    DGSetItemText(dialogID, item, hostText(text));
+    DGSetItemText(dialogID, item, KW_UniStringOf(text));
 }

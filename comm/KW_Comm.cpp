@@ -46,25 +46,12 @@ long hostVersion() {
     return info.mainVersion;
 }
 
-bool settingsFolder(KW_Location& location) {
-    IO::Location folder;
-    if (IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder) != kNoError) {
-        return false;
-    }
-    location.Set(folder);
-    return true;
-}
-
 /// `begin` is what the file's name begins with.
 bool markerLocation(const KW_String& begin, long version, KW_Location& location) {
-    if (!settingsFolder(location)) return false;
+    if (KW_Location::SettingsFolder(location) != kNoError) return false;
     location += "/";
     location += begin + KW_String::LongToString(version, 0) + ".sui";
     return true;
-}
-
-bool fileExists(const KW_Location& location) {
-    return IO::File(location, IO::File::Fail).GetStatus() == kNoError;
 }
 
 }  // namespace
@@ -80,7 +67,7 @@ bool KW_Comm::SuiteFileLocation(const long& hostVersion, KW_Location& location) 
 bool KW_Comm::AddOnFileWrite(bool loaded) {
     KW_Location location;
     if (!AddOnFileLocation(::hostVersion(), location)) return false;
-    if (fileExists(location)) (void)KW_File::Delete(location);
+    if (location.IsFile()) (void)KW_File::Delete(location);
     if (IO::File(location, IO::File::Create).GetStatus() != kNoError) return false;
 
     KW_List<KW_Setting> entries;
@@ -101,13 +88,12 @@ bool KW_Comm::AddOnFileRead() {
 void KW_Comm::AddOnsFileDelete() {
     const long version = ::hostVersion();
     KW_Location folder;
-    if (!settingsFolder(folder)) return;
+    if (KW_Location::SettingsFolder(folder) != kNoError) return;
     const KW_String suffix = "_" + KW_String::LongToString(version, 0) + ".sui";
     KW_List<KW_Location> files;
     (void)folder.GetFilesInFolder(nullptr, false, &files);
     for (long i = 0; i < files.count; ++i) {
-        const KW_String name = files[i].Substring(static_cast<unsigned int>(files[i].LastIndexOf('/') + 1));
-        if (name.EndsWith(suffix)) (void)KW_File::Delete(files[i]);
+        if (files[i].LastName().EndsWith(suffix)) (void)KW_File::Delete(files[i]);
     }
 }
 
@@ -118,7 +104,7 @@ bool KW_Comm::SuiteIsLoaded(bool& mainModuleAnswers) {
 
 bool KW_Comm::SuiteFileExist() {
     KW_Location location;
-    return SuiteFileLocation(::hostVersion(), location) && fileExists(location);
+    return SuiteFileLocation(::hostVersion(), location) && location.IsFile();
 }
 
 API_ModulID KW_Comm::GetMDID(KW_Comm_AddOnsCode code) {

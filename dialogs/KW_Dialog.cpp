@@ -1,7 +1,7 @@
 #include "dialogs/KW_Dialog.h"
 
 #include "files/KW_Location.h"
-#include "foundation/KW_String.h"
+#include "foundation/KW_Units.h"
 #include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "platform/DialogManager.h"
@@ -16,10 +16,6 @@ constexpr GSType kFileCreator = 0x47534143;  // 'GSAC'
 constexpr int kFileIcon = 145;
 constexpr short kNameAsGiven = 0;  // extension option: nothing is added to the name
 
-GS::UniString ToUniString(const KW_String& text) {
-    return GS::UniString(text.data, text.length);
-}
-
 KW_String FrameworkString(long index) {
     return KW_Resource_GetString(static_cast<short>(KW_Resource_Framework + gKW_Language), index);
 }
@@ -28,8 +24,8 @@ KW_String FrameworkString(long index) {
 
 void KW_Dialog::ShowAlert(short type, const KW_String& text1, const KW_String& text2,
                           const KW_String& text3) {
-    DGAlert(type, ToUniString(text1), ToUniString(text2), ToUniString(text3),
-            ToUniString(FrameworkString(kOKLabel)), GS::UniString(), GS::UniString());
+    DGAlert(type, KW_UniStringOf(text1), KW_UniStringOf(text2), KW_UniStringOf(text3),
+            KW_UniStringOf(FrameworkString(kOKLabel)), GS::UniString(), GS::UniString());
 }
 
 KW_String KW_Dialog::SetPrefixString(const KW_String& text, bool firstPrefix, const KW_String& separator,
@@ -70,7 +66,7 @@ bool KW_Dialog::SaveFile(KW_Location& file, const KW_Location* defaultName, cons
     DG::FileDialog dialog(DG::FileDialog::Save);
     for (long i = 0; filters != nullptr && i < filters->count; ++i)
         dialog.AddFilter((*filters)[i], kNameAsGiven);
-    if (title.length != 0) dialog.SetTitle(ToUniString(title));
+    if (title.length != 0) dialog.SetTitle(KW_UniStringOf(title));
     if (defaultFolder != nullptr) dialog.SetFolder(*defaultFolder);
     if (defaultName != nullptr) dialog.SelectFile(*defaultName, true);
     if (!dialog.Invoke()) return false;

@@ -1,7 +1,7 @@
 #include "language/KW_Dlg_Language.h"
 
 #include "foundation/KW_List.h"
-#include "foundation/KW_String.h"
+#include "foundation/KW_Units.h"
 #include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "platform/DialogManager.h"
@@ -19,7 +19,7 @@ enum Text : short { kTextCancel = 5, kTextOK = 64, kTextPrompt = 65 };
 void setText(short dialogID, short item, short textIndex) {
     const KW_String text =
         KW_Resource_GetString(static_cast<short>(KW_Resource_Framework + gKW_Language), textIndex);
-    DGSetItemText(dialogID, item, GS::UniString(text.data, text.length));
+    DGSetItemText(dialogID, item, KW_UniStringOf(text));
 }
 
 bool isOffered(short language) {
@@ -30,7 +30,7 @@ bool isOffered(short language) {
 void initialise(short dialogID, KW_List<short>& langIndexes) {
     DGSetDialogClientSize(dialogID, 483, 282, 0, true);
     const KW_String title(sett_ADDON_NAME, KW_String::Encoding_System);
-    DGSetDialogTitle(dialogID, GS::UniString(title.data, title.length));
+    DGSetDialogTitle(dialogID, KW_UniStringOf(title));
     setText(dialogID, kItemOK, kTextOK);
     setText(dialogID, kItemCancel, kTextCancel);
     setText(dialogID, kItemPrompt, kTextPrompt);

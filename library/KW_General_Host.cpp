@@ -33,8 +33,7 @@ bool KW_General::ArchiCADProjectTitle(KW_String& title, bool* untitled) {
     if (project.untitled) return true;
 
     const KW_Location file(project.location);
-    const auto nameStart = static_cast<unsigned int>(file.LastIndexOf('/') + 1);
-    if (file.data != nullptr) title = file.Substring(nameStart, kMaxTitleUnits);
+    if (file.data != nullptr) title = file.LastName().Substring(0, kMaxTitleUnits);
     if (untitled != nullptr) *untitled = false;
     return true;
 }

@@ -3,7 +3,6 @@
 #include "files/KW_Location.h"
 #include "foundation/KW_String.h"
 #include "library/KW_General.h"
-#include "platform/FileSystem.h"
 #include "platform/Launching.h"
 
 #include <cstring>
@@ -12,10 +11,6 @@ namespace {
 
 constexpr unsigned int kServiceSignature = 0x20202020;
 constexpr unsigned int kMaxAddressBytes = 255;
-
-bool FileExists(const KW_Location& location) {
-    return IO::File(location, IO::File::Fail).GetStatus() == kNoError;
-}
 
 }  // namespace
 
@@ -31,13 +26,13 @@ bool KW_General::OpenFolderByLoc(KW_Location& folder) {
 }
 
 bool KW_General::LaunchDocByLoc(const KW_Location& file) {
-    if (!FileExists(file)) return false;
+    if (!file.IsFile()) return false;
     KW_General_LaunchDoc(KW_Location(file.GetPOSIXPath()));
     return true;
 }
 
 bool KW_General::LaunchDocByPath(const KW_String& path) {
-    if (!FileExists(KW_Location(path))) return false;
+    if (!KW_Location(path).IsFile()) return false;
     KW_Location unchanged;
     static_cast<KW_String&>(unchanged) = path;
     KW_General_LaunchDoc(unchanged);

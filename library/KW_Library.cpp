@@ -1,7 +1,7 @@
 #include "library/KW_Library.h"
 
 #include "files/KW_Location.h"
-#include "foundation/KW_String.h"
+#include "foundation/KW_Units.h"
 #include "platform/FileDialog.h"
 #include "platform/LibraryPart.h"
 #include "settings/AddonIdentity.h"
@@ -18,9 +18,8 @@ bool addToHost(IO::Location folder) {
 
 bool isSuiteLibrary(const KW_Location& library, const KW_Location& suiteFolder) {
     if (KW_String::CompareIgnoreCase(library, 0, suiteFolder, 0, 0) == 0) return true;
-    const KW_String name = library.Substring(static_cast<unsigned int>(library.LastIndexOf('/') + 1));
-    return KW_String::CompareIgnoreCase(name, 0, KW_String(kFullLibraryStr, KW_String::Encoding_System), 0,
-                                        0) == 0;
+    const KW_String name(kFullLibraryStr, KW_String::Encoding_System);
+    return KW_String::CompareIgnoreCase(library.LastName(), 0, name, 0, 0) == 0;
 }
 
 }  // namespace
@@ -59,6 +58,6 @@ bool KW_Library::Ask(const KW_String& title, bool prefixAddonName) {
     }
     fullTitle += title;
     DG::FolderDialog chooser;
-    if (fullTitle.length > 0) chooser.SetTitle(GS::UniString(fullTitle.data, fullTitle.length));
+    if (fullTitle.length > 0) chooser.SetTitle(KW_UniStringOf(fullTitle));
     return chooser.Invoke() && addToHost(chooser.GetFolder());
 }

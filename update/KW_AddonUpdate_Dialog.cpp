@@ -1,3 +1,4 @@
+#include "foundation/KW_Units.h"
 #include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "library/KW_General.h"
@@ -35,12 +36,8 @@ constexpr short kDialogHeight = 172;
 constexpr unsigned int kEveryView = 7;  // the window lives in every kind of view
 constexpr char kUpdatePagePath[] = "update_plugins/updates.htm";
 
-GS::UniString toHost(const KW_String& text) {
-    return GS::UniString(text.data, text.length);
-}
-
 void setText(short dialogID, short item, const KW_String& text) {
-    DGSetItemText(dialogID, item, toHost(text));
+    DGSetItemText(dialogID, item, KW_UniStringOf(text));
 }
 
 void setText(short dialogID, short item, short textIndex) {
@@ -127,7 +124,7 @@ KW_String KW_AddonUpdate_GetText(short index) {
 void KW_AddonUpdate_ResultUpdateInit(short dialogID) {
     DGSetDialogClientSize(dialogID, kDialogWidth, kDialogHeight, 0, true);
     DGBeginMoveGrowItems(dialogID);
-    DGSetDialogTitle(dialogID, toHost(KW_AddonUpdate_SystemText(sett_ADDON_NAME)));
+    DGSetDialogTitle(dialogID, KW_UniStringOf(KW_AddonUpdate_SystemText(sett_ADDON_NAME)));
     setText(dialogID, kItemClose, kTextClose);
     setText(dialogID, kItemWebSite, kTextWebSite);
     setText(dialogID, kItemUpdatePage, kTextUpdatePage);

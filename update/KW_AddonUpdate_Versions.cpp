@@ -1,6 +1,5 @@
 #include "files/KW_File.h"
 #include "language/KW_Language.h"
-#include "platform/FileSystem.h"
 #include "update/KW_AddonUpdate_Internal.h"
 #include "update/KW_VersionLine.h"
 
@@ -272,9 +271,7 @@ void KW_AddonUpdate_ReadVersions(const KW_String& text, KW_List<KW_AddonUpdate_M
 }
 
 bool KW_AddonUpdate_GetFileLocation(KW_Location& location) {
-    IO::Location folder;
-    if (IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder) != 0) return false;
-    location.Set(folder);
+    if (KW_Location::SettingsFolder(location) != 0) return false;
     location += "/";
     location += kVersionsFileName;
     return true;
