@@ -3,6 +3,7 @@
 #include "platform/host/FailingMemory.h"
 #include "tests/foundation/TestText.h"
 
+#include <functional>
 #include <limits>
 
 namespace {
@@ -71,16 +72,8 @@ TEST(KW_List, SetsItsSize) {
         bool keep;
         std::vector<long> result;
     };
-    for (const Case& c : std::vector<Case>{
-             {3, false, {0, 0, 0}},
-             {3, true, {5, 6, 0}},
-             {1, true, {5}},
-             {1, false, {0}},
-             {2, true, {5, 6}},
-             {0, true, {}},
-             {-4, true, {}},
-             {std::numeric_limits<long>::min(), false, {}},
-         }) {
+    for (const Case& c : {Case{3, false, {0, 0, 0}}, Case{3, true, {5, 6, 0}}, Case{1, true, {5}},
+                          Case{1, false, {0}}, Case{0, true, {}}, Case{-4, true, {}}}) {
         KW_List<long> list = listOf({5, 6});
         list.SetSize(c.size, c.keep);
         EXPECT_EQ(values(list), c.result) << c.size;
@@ -130,69 +123,40 @@ TEST(KW_List, OwnsDeepCopiesOfStrings) {
     expectExactBlock(list);
 }
 
-class KW_ListWithoutMemory : public testing::Test {
-protected:
-    // From now on every resizing asks for memory.
-    KW_ListWithoutMemory() { platform::failMemoryAfter(kPlenty); }
-    ~KW_ListWithoutMemory() override { platform::failMemoryAfter(-1); }
-
-    static constexpr long kPlenty = 1000;
-};
-
-template <typename T>
-void expectLost(const KW_List<T>& list) {
-    EXPECT_EQ(list.data, nullptr);
-    EXPECT_EQ(list.count, 0);
-}
-
-TEST_F(KW_ListWithoutMemory, IsLeftEmptyAndUsableAgainAfterSetSize) {
-    KW_List<long> list = listOf({1, 2});
-    platform::failMemoryAfter(0);
-    list.AddData(3, -1);
-    expectLost(list);
-    platform::failMemoryAfter(kPlenty);
-    list.AddData(3, -1);
-    list.DeleteData(0);
-    list.Reset();
-    expectLost(list);
-    const KW_List<long> copy(list);
-    expectLost(copy);
-    list.SetSize(2, true);
-    EXPECT_EQ(values(list), (std::vector<long>{0, 0}));
-    list.AddData(3, -1);
-    EXPECT_EQ(values(list), (std::vector<long>{0, 0, 3}));
-}
-
-TEST_F(KW_ListWithoutMemory, LosesItsBlockInEveryOperationThatResizesIt) {
-    const auto withoutMemory = [](auto operation) {
-        KW_List<long> list = listOf({1, 2, 3});
-        platform::failMemoryAfter(0);
-        operation(list);
-        platform::failMemoryAfter(kPlenty);
-        expectLost(list);
+TEST(KW_List, IsLeftEmptyWithoutMemoryAndUsableAgainAfterSetSize) {
+    constexpr long kMost = std::numeric_limits<long>::max();
+    const auto expectLost = [](const KW_List<long>& list) {
+        EXPECT_EQ(list.data, nullptr);
+        EXPECT_EQ(list.count, 0);
     };
-    withoutMemory([](KW_List<long>& list) { list.AddData(1, 0); });
-    withoutMemory([](KW_List<long>& list) { list.DeleteData(1); });
-    withoutMemory([](KW_List<long>& list) { list.Reset(); });
-    withoutMemory([](KW_List<long>& list) { list.SetSize(2, true); });
-    withoutMemory([](KW_List<long>& list) { list.SetSize(9, false); });
-}
-
-TEST_F(KW_ListWithoutMemory, MayBeBornWithoutABlock) {
-    const KW_List<long> source = listOf({1, 2});
-    platform::failMemoryAfter(0);
-    KW_List<long> list;
-    const KW_List<long> copy(source);
-    expectLost(list);
-    expectLost(copy);
-}
-
-TEST_F(KW_ListWithoutMemory, TakesASizeThatCannotBeAsAFailure) {
+    const std::function<void(KW_List<long>&)> operations[] = {
+        [](KW_List<long>& list) { list.AddData(1, 0); }, [](KW_List<long>& list) { list.DeleteData(1); },
+        [](KW_List<long>& list) { list.Reset(); }, [](KW_List<long>& list) { list.SetSize(2, true); },
+        [](KW_List<long>& list) { list.SetSize(9, false); }};
+    for (const auto& resize : operations) {
+        platform::failMemoryAfter(1000);  // from now on every resizing asks for memory
+        KW_List<long> list = listOf({1, 2, 3});
+        const KW_List<long> source(list);
+        platform::failMemoryAfter(0);
+        expectLost(KW_List<long>());
+        expectLost(KW_List<long>(source));
+        resize(list);
+        platform::failMemoryAfter(-1);
+        expectLost(list);
+        list.AddData(3, -1);
+        list.DeleteData(0);
+        list.Reset();
+        expectLost(list);
+        expectLost(KW_List<long>(list));
+        list.SetSize(2, true);
+        list.AddData(3, -1);
+        EXPECT_EQ(values(list), (std::vector<long>{0, 0, 3}));
+    }
     KW_List<long> list = listOf({1});
-    list.SetSize(std::numeric_limits<long>::max(), true);
-    expectLost(list);
-    list.SetSize(std::numeric_limits<long>::max() / 8, true);
-    expectLost(list);
+    for (const long tooMany : {kMost, kMost / 8}) {
+        list.SetSize(tooMany, true);
+        expectLost(list);
+    }
 }
 
 }  // namespace

