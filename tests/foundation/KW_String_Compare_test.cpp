@@ -3,24 +3,20 @@
 namespace {
 
 TEST(KW_String_Compare, OrdersByUnsignedUnitsWithNullFirst) {
-    struct Case {
-        Content a;
-        Content b;
-        int order;
-    };
-    for (const Case& c :
+    using Case = std::tuple<Content, Content, int>;
+    for (const auto& [first, second, order] :
          {Case{std::nullopt, std::nullopt, 0}, Case{std::nullopt, u"", -1}, Case{u"", std::nullopt, 1},
           Case{u"", u"", 0}, Case{u"abc", u"abd", -1}, Case{u"abc", u"ab", 1}, Case{u"ab", u"abc", -1},
           Case{u"\u8000", u"\u7FFF", 1}, Case{u"A", u"a", -1}}) {
-        const KW_String a = maybe(c.a);
-        const KW_String b = maybe(c.b);
-        EXPECT_EQ(KW_String::Compare(a, 0, b, 0, 0), c.order);
-        EXPECT_EQ(a < b, c.order < 0);
-        EXPECT_EQ(a <= b, c.order <= 0);
-        EXPECT_EQ(a > b, c.order > 0);
-        EXPECT_EQ(a >= b, c.order >= 0);
-        EXPECT_EQ(a == b, c.order == 0);
-        EXPECT_EQ(a != b, c.order != 0);
+        const KW_String a = maybe(first);
+        const KW_String b = maybe(second);
+        EXPECT_EQ(KW_String::Compare(a, 0, b, 0, 0), order);
+        EXPECT_EQ(a < b, order < 0);
+        EXPECT_EQ(a <= b, order <= 0);
+        EXPECT_EQ(a > b, order > 0);
+        EXPECT_EQ(a >= b, order >= 0);
+        EXPECT_EQ(a == b, order == 0);
+        EXPECT_EQ(a != b, order != 0);
     }
 }
 
@@ -51,37 +47,27 @@ TEST(KW_String_Compare, IgnoresTheCaseOfLettersOnly) {
 }
 
 TEST(KW_String_Compare, ComparesCharTextBySignedBytes) {
-    struct Case {
-        const char* a;
-        const char* b;
-        int exact;
-        int ignoringCase;
-    };
-    for (const Case& c :
+    using Case = std::tuple<const char*, const char*, int, int>;
+    for (const auto& [a, b, exact, ignoringCase] :
          {Case{nullptr, "", -10, -10}, Case{"", nullptr, -10, -10}, Case{"", "", 0, 0},
           Case{"abc", "abd", -1, -1}, Case{"ab", "abc", -1, -1}, Case{"ABC", "abc", -1, 0},
           Case{"\x80", "a", -1, -1}, Case{"\x80", "\xFF", -1, -1}, Case{"\xFF", "", -1, -1}}) {
-        EXPECT_EQ(KW_String::Compare(c.a, c.b), c.exact);
-        EXPECT_EQ(KW_String::CompareIgnoreCase(c.a, c.b), c.ignoringCase);
-        EXPECT_EQ(KW_String::Equals(c.a, c.b), c.exact == 0);
-        EXPECT_EQ(KW_String::EqualsIgnoreCase(c.a, c.b), c.ignoringCase == 0);
+        EXPECT_EQ(KW_String::Compare(a, b), exact);
+        EXPECT_EQ(KW_String::CompareIgnoreCase(a, b), ignoringCase);
+        EXPECT_EQ(KW_String::Equals(a, b), exact == 0);
+        EXPECT_EQ(KW_String::EqualsIgnoreCase(a, b), ignoringCase == 0);
     }
 }
 
 TEST(KW_String_Compare, TakesACountOfZeroAsAllOrAsNothing) {
-    struct Case {
-        const char* a;
-        const char* b;
-        unsigned int count;
-        bool equal;
-        bool equalIgnoringCase;
-    };
-    for (const Case& c : {Case{"abc", "abd", 2, true, true}, Case{"abc", "abd", 3, false, false},
-                          Case{"abc", "ABd", 2, false, true}, Case{"abc", "abc", 99, true, true},
-                          Case{"abc", "abcd", 99, false, false}, Case{"abc", "abc", 0, true, false},
-                          Case{"abc", "abd", 0, false, false}, Case{nullptr, "abc", 2, false, false}}) {
-        EXPECT_EQ(KW_String::Equals(c.a, c.b, c.count), c.equal) << c.count;
-        EXPECT_EQ(KW_String::EqualsIgnoreCase(c.a, c.b, c.count), c.equalIgnoringCase) << c.count;
+    using Case = std::tuple<const char*, const char*, unsigned int, bool, bool>;
+    for (const auto& [a, b, count, equal, equalIgnoringCase] :
+         {Case{"abc", "abd", 2, true, true}, Case{"abc", "abd", 3, false, false},
+          Case{"abc", "ABd", 2, false, true}, Case{"abc", "abc", 99, true, true},
+          Case{"abc", "abcd", 99, false, false}, Case{"abc", "abc", 0, true, false},
+          Case{"abc", "abd", 0, false, false}, Case{nullptr, "abc", 2, false, false}}) {
+        EXPECT_EQ(KW_String::Equals(a, b, count), equal) << count;
+        EXPECT_EQ(KW_String::EqualsIgnoreCase(a, b, count), equalIgnoringCase) << count;
     }
 }
 

@@ -39,12 +39,8 @@ std::string encoded(const KW_String& string, Encoding encoding) {
 }
 
 TEST(KW_String_Conversion, DecodesAndEncodesEachEncoding) {
-    struct Case {
-        Encoding encoding;
-        std::string bytes;
-        std::u16string units;
-    };
-    for (const Case& c :
+    using Case = std::tuple<Encoding, std::string, std::u16string>;
+    for (const auto& [encoding, bytes, units] :
          {Case{kUTF7, "Hi Mom -+Jjo--!", u"Hi Mom -\u263A-!"},
           Case{kUTF8, "a\xC3\xA9\xE4\xB8\xAD\xF0\x9F\x98\x80", u"a\u00E9\u4E2D\U0001F600"},
           Case{kUTF16LE, "a\0\x3D\xD8\x00\xDE"s, u"a\U0001F600"},
@@ -58,11 +54,11 @@ TEST(KW_String_Conversion, DecodesAndEncodesEachEncoding) {
           Case{static_cast<Encoding>(3), "\x8E", u"\u00E9"},
           Case{static_cast<Encoding>(99), "\x8E", u"\u00E9"},
           Case{static_cast<Encoding>(0xFFFFFFFF), "\x8E", u"\u00E9"}}) {
-        EXPECT_EQ(decoded(c.bytes, c.encoding), c.units) << c.encoding;
-        if (c.encoding != kUTF7) {
-            EXPECT_EQ(encoded(text(c.units), c.encoding), c.bytes) << c.encoding;
+        EXPECT_EQ(decoded(bytes, encoding), units) << encoding;
+        if (encoding != kUTF7) {
+            EXPECT_EQ(encoded(text(units), encoding), bytes) << encoding;
         }
-        EXPECT_EQ(decoded(encoded(text(c.units), c.encoding), c.encoding), c.units) << c.encoding;
+        EXPECT_EQ(decoded(encoded(text(units), encoding), encoding), units) << encoding;
     }
 }
 
@@ -80,18 +76,14 @@ TEST(KW_String_Conversion, RefusesMalformedBytes) {
 }
 
 TEST(KW_String_Conversion, WritesAQuestionMarkForEachCharacterThatIsMissing) {
-    struct Case {
-        Encoding encoding;
-        std::u16string units;
-        std::string bytes;
-    };
-    for (const Case& c :
+    using Case = std::tuple<Encoding, std::u16string, std::string>;
+    for (const auto& [encoding, units, bytes] :
          {Case{kASCII, u"a\u00E9\U0001F600b", "a??b"}, Case{kLatin1, u"\u0178\u00FF\u0100", "?\xFF?"},
           Case{kMacRoman, u"\u4E2D\U0001F600x", "??x"}, Case{kWindows, u"\u0080\u2026", "?\x85"},
           Case{kUTF8, u"a\xDE00\xD83D\xD83D\xDE00z", "a??\xF0\x9F\x98\x80z"},
           Case{kASCII, u"\xD83Dx\xDE00", "?x?"}, Case{kUTF32LE, u"\xDE00", "?\0\0\0"s},
           Case{kUTF7, u"\xDE00", "?"}, Case{kUTF16BE, u"a\xDE00", "\0a\xDE\x00"s}}) {
-        EXPECT_EQ(encoded(text(c.units), c.encoding), c.bytes) << c.encoding;
+        EXPECT_EQ(encoded(text(units), encoding), bytes) << encoding;
     }
 }
 
@@ -119,19 +111,15 @@ TEST(KW_String_Conversion, BringsBackEveryByteOfTheOneByteEncodings) {
         std::string all;
         for (int byte = 0; byte < bound; ++byte)
             all.push_back(static_cast<char>(byte));
-        const Content units = decoded(all, encoding);
-        ASSERT_TRUE(units) << encoding;
-        EXPECT_EQ(units->size(), all.size());
-        EXPECT_EQ(encoded(text(*units), encoding), all) << encoding;
-        for (int byte = 0; byte < bound; ++byte) {
-            const unsigned short unit = KW_String::CharToKW_Char(static_cast<char>(byte), encoding);
-            EXPECT_EQ(unit, (*units)[static_cast<std::size_t>(byte)]);
-            EXPECT_EQ(KW_String::KW_CharToChar(unit, encoding), static_cast<char>(byte));
-        }
-        // No other unit may turn into a byte.
+        const std::u16string units = decoded(all, encoding).value();
+        EXPECT_EQ(encoded(text(units), encoding), all) << encoding;
         for (unsigned int unit = 0; unit < 0x10000; ++unit) {
-            if (units->find(static_cast<char16_t>(unit)) != std::u16string::npos) continue;
-            ASSERT_EQ(KW_String::KW_CharToChar(static_cast<unsigned short>(unit), encoding), '?');
+            const std::size_t byte = units.find(static_cast<char16_t>(unit));
+            ASSERT_EQ(KW_String::KW_CharToChar(static_cast<unsigned short>(unit), encoding),
+                      byte == std::u16string::npos ? '?' : static_cast<char>(byte));
+            if (byte != std::u16string::npos) {
+                EXPECT_EQ(KW_String::CharToKW_Char(static_cast<char>(byte), encoding), unit);
+            }
         }
     }
 }
@@ -170,8 +158,8 @@ TEST(KW_String_Conversion, TakesAnEmptySourceAsATerminator) {
             EXPECT_EQ(convert(target.data(), width - 1, true), -2);
             EXPECT_EQ(target, "xxxx");
             EXPECT_EQ(convert(target.data(), 4, true), width);
-            EXPECT_EQ(target, std::string(static_cast<std::size_t>(width), '\0')
-                                  .append(target, static_cast<std::size_t>(width)));
+            EXPECT_EQ(target.substr(0, static_cast<std::size_t>(width)),
+                      zeros.substr(0, static_cast<std::size_t>(width)));
         }
     }
 }
@@ -256,11 +244,7 @@ TEST(KW_String_Conversion, EncodesARangeOrUpToTheTerminator) {
         unsigned int size = 99;
         const bool done = KW_String::KW_StringToCString(&out, size, kUTF8, string, start, count);
         const std::unique_ptr<char[]> owned(out);
-        EXPECT_EQ(done, out != nullptr);
-        if (!done) {
-            EXPECT_EQ(size, 0u);
-        }
-        return done ? std::string(out, size) : "failed";
+        return done ? std::string(out, size) : out == nullptr && size == 0 ? "failed" : "unsound";
     };
     EXPECT_EQ(range(0, 0), "ab\0"s);
     EXPECT_EQ(range(0, 5), "ab\0cd\0"s);

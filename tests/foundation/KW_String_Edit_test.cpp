@@ -5,18 +5,12 @@
 namespace {
 
 TEST(KW_String_Edit, CutsPartsCountedFromTheEnd) {
-    struct Case {
-        Content held;
-        unsigned int count;
-        unsigned int fromEnd;
-        Content result;
-    };
-    for (const Case& c :
+    using Case = std::tuple<Content, unsigned int, unsigned int, Content>;
+    for (const auto& [held, count, fromEnd, result] :
          {Case{u"hello", 3, 0, u"llo"}, Case{u"hello", 2, 1, u"ll"}, Case{u"hello", 5, 0, u"hello"},
           Case{u"hello", 0, 5, u""}, Case{u"hello", 6, 0, std::nullopt}, Case{u"hello", 0, 6, std::nullopt},
           Case{u"hello", 0xFFFFFFFB, 1, std::nullopt}, Case{std::nullopt, 0, 0, std::nullopt}}) {
-        EXPECT_EQ(content(maybe(c.held).EndSubstring(c.count, c.fromEnd)), c.result)
-            << c.count << ' ' << c.fromEnd;
+        EXPECT_EQ(content(maybe(held).EndSubstring(count, fromEnd)), result) << count << ' ' << fromEnd;
     }
 }
 
@@ -54,25 +48,18 @@ TEST(KW_String_Edit, ReplacesLikeAPlainModelOnRandomText) {
 }
 
 TEST(KW_String_Edit, ReplacesARangeInPlace) {
-    struct Case {
-        Content held;
-        unsigned int from;
-        unsigned int to;
-        Content with;
-        bool done;
-        Content result;
-    };
-    for (const Case& c :
+    using Case = std::tuple<Content, unsigned int, unsigned int, Content, bool, Content>;
+    for (const auto& [held, from, to, with, done, result] :
          {Case{u"hello", 2, 3, u"XYZ", true, u"hXYZlo"}, Case{u"hello", 4, 99, u"", true, u"hel"},
           Case{u"hello", 4, 0xFFFFFFFF, std::nullopt, true, u"hel"}, Case{u"hello", 1, 5, u"", true, u""},
           Case{u"hello", 5, 5, u"aaaa", true, u"hellaaaa"}, Case{u"hello", 1, 1, u"H", true, u"Hello"},
           Case{u"hello", 0, 3, u"X", false, u"hello"}, Case{u"hello", 3, 2, u"X", false, u"hello"},
           Case{u"hello", 6, 6, u"X", false, u"hello"}, Case{u"", 1, 1, u"X", false, u""},
           Case{std::nullopt, 1, 1, u"X", false, std::nullopt}}) {
-        KW_String string = maybe(c.held);
+        KW_String string = maybe(held);
         const unsigned int capacity = string.capacity;
-        EXPECT_EQ(string.Replace(c.from, c.to, maybe(c.with)), c.done);
-        EXPECT_EQ(content(string), c.result);
+        EXPECT_EQ(string.Replace(from, to, maybe(with)), done);
+        EXPECT_EQ(content(string), result);
         EXPECT_EQ(string.capacity, std::max(capacity, string.data == nullptr ? 0 : string.length + 1));
         expectSound(string);
     }
@@ -99,19 +86,13 @@ TEST(KW_String_Edit, MapsTheCaseOfEveryUnitAsTheCLibraryDoes) {
 }
 
 TEST(KW_String_Edit, Trims) {
-    struct Case {
-        Content held;
-        bool left;
-        bool right;
-        bool tabs;
-        Content result;
-    };
-    for (const Case& c :
+    using Case = std::tuple<Content, bool, bool, bool, Content>;
+    for (const auto& [held, left, right, tabs, result] :
          {Case{u"\t x ", true, true, false, u"\t x"}, Case{u"\t x \t", true, true, true, u"x"},
           Case{u"  x  ", true, false, false, u"x  "}, Case{u"  x  ", false, true, false, u"  x"},
           Case{u" \t ", true, true, true, u""}, Case{u"   ", false, true, false, u""},
           Case{u"\nx\n", true, true, true, u"\nx\n"}, Case{std::nullopt, true, true, true, std::nullopt}}) {
-        EXPECT_EQ(content(maybe(c.held).THIS_Trim(c.left, c.right, c.tabs)), c.result);
+        EXPECT_EQ(content(maybe(held).THIS_Trim(left, right, tabs)), result);
     }
 }
 

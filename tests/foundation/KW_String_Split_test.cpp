@@ -32,20 +32,16 @@ TEST(KW_String_Split, GivesOnePieceMoreThanThereAreSeparators) {
 }
 
 TEST(KW_String_Split, GivesLinesWithOrWithoutTheirEnds) {
-    struct Case {
-        Content held;
-        Pieces without;
-        Pieces with;
-    };
-    for (const Case& c :
+    using Case = std::tuple<Content, Pieces, Pieces>;
+    for (const auto& [held, without, with] :
          {Case{u"a\r\nb", {u"a", u"b"}, {u"a\r\n", u"b"}},
           Case{u"a\nb\n", {u"a", u"b", std::nullopt}, {u"a\n", u"b\n", std::nullopt}},
           Case{u"a\rb\r\r\nc", {u"a", u"b", std::nullopt, u"c"}, {u"a\r", u"b\r", u"\r\n", u"c"}},
           Case{u"\n\r", {std::nullopt, std::nullopt, std::nullopt}, {u"\n", u"\r", std::nullopt}},
           Case{u"a\r", {u"a", std::nullopt}, {u"a\r", std::nullopt}},
           Case{u"", {std::nullopt}, {std::nullopt}}, Case{std::nullopt, {std::nullopt}, {std::nullopt}}}) {
-        EXPECT_EQ(splitLines(c.held, true), c.without);
-        EXPECT_EQ(splitLines(c.held, false), c.with);
+        EXPECT_EQ(splitLines(held, true), without);
+        EXPECT_EQ(splitLines(held, false), with);
     }
 }
 

@@ -8,6 +8,8 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 using Encoding = KW_String::Encoding;
