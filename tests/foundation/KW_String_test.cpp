@@ -65,6 +65,7 @@ TEST(KW_String, KeepsItsBufferWhenItIsAssignedShorterText) {
     EXPECT_EQ(string.data, buffer);
     EXPECT_EQ(content(string), u"xy");
     EXPECT_FALSE(string.Set("\xFF", 1, kUTF8));
+    EXPECT_FALSE(string.Set("a", 1, kNone));
     EXPECT_EQ(content(string), u"xy");
     EXPECT_TRUE(string.Set("xyz", 1, kSystem));
     EXPECT_EQ(content(string), u"x");

@@ -110,11 +110,12 @@ TEST_F(KW_Text_ScannerTest, ReadsIntegers) {
 TEST_F(KW_Text_ScannerTest, ReadsQuotedStrings) {
     using Case = std::tuple<Content, short, bool, Content, unsigned long>;
     for (const auto& [held, mode, found, value, position] :
-         {Case{u"\"a\\\"b\" c", 0, true, u"a\\\"b", 6}, Case{u"\"\"x", 0, true, std::nullopt, 2},
-          Case{u"\"a\\\\\"b\"", 0, true, u"a\\\\\"b", 7}, Case{u" /**/ \"a b\"", 3, true, u"a b", 11},
-          Case{u" \"a\"", 0, false, u"kept", 0}, Case{u" x\"a\"", 1, false, u"kept", 1},
-          Case{u"  \"never closed", 1, false, u"kept", 2}, Case{u"\"closed\\\"", 0, false, u"kept", 0},
-          Case{u"\"", 0, false, u"kept", 0}, Case{u" /**/ x", 3, false, u"kept", 6}}) {
+         {Case{u"\"a\\\"b\" c", 0, true, u"a\\\"b", 6}, Case{u"\"\\\"\"", 0, true, u"\\\"", 4},
+          Case{u"\"\"x", 0, true, std::nullopt, 2}, Case{u"\"a\\\\\"b\"", 0, true, u"a\\\\\"b", 7},
+          Case{u" /**/ \"a b\"", 3, true, u"a b", 11}, Case{u" \"a\"", 0, false, u"kept", 0},
+          Case{u" x\"a\"", 1, false, u"kept", 1}, Case{u"  \"never closed", 1, false, u"kept", 2},
+          Case{u"\"closed\\\"", 0, false, u"kept", 0}, Case{u"\"", 0, false, u"kept", 0},
+          Case{u" /**/ x", 3, false, u"kept", 6}}) {
         set(held);
         for (const bool advance : {false, true}) {
             KW_String out = text(u"kept");

@@ -98,6 +98,24 @@ TEST(StringServices, ConvertsRightAtEveryPlaceOfEveryLength) {
     }
 }
 
+TEST(StringServices, EncodesLongAsciiWithoutZerosQuickly) {
+    for (std::size_t length = 64; length <= 100; ++length) {
+        for (std::size_t place = 0; place < length; ++place) {
+            for (const char16_t unit : {u'~', u'\0', u'\u0080', u'\u0141', u'\u8061'}) {
+                std::u16string units(length, u'\u0001');
+                units[place] = unit;
+                const StringServices::EncodedText text = StringServices::encodeLongAscii(
+                    reinterpret_cast<const char*>(units.data()), static_cast<long>(length));
+                const std::unique_ptr<char[]> owned(text.bytes);
+                ASSERT_EQ(text.bytes != nullptr, unit == u'~' && length > 64) << length << ' ' << place;
+                if (text.bytes == nullptr) continue;
+                ASSERT_EQ(std::string(text.bytes, static_cast<std::size_t>(text.size)),
+                          std::string(units.begin(), units.end()) + '\0');
+            }
+        }
+    }
+}
+
 // Characters of every width in every order, in blocks that are all of one kind and in mixed ones.
 TEST(StringServices, ConvertsMixedTextAsIcuDoes) {
     std::uint32_t random = 1;
