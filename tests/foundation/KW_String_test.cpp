@@ -17,6 +17,7 @@ TEST(KW_String, IsNullWithoutSourceAndEmptyWithAnEmptyOne) {
     }
     EXPECT_EQ(content(KW_String("", kSystem)), u"");
     EXPECT_EQ(content(KW_String(noUnits)), u"");
+    EXPECT_EQ(content(KW_String(text(u"ab").data)), u"ab");
     EXPECT_EQ(KW_String("", kSystem).capacity, 1u);
 }
 

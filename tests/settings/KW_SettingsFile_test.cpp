@@ -160,13 +160,15 @@ bool saveUntilStop(const KW_Location& location, const KW_List<KW_Setting>& list,
 }
 
 TEST_F(SavesByOthers, AKillBeforeOrAfterEachSystemCallLeavesTheOldFileOrTheNewOne) {
+    const KW_List<KW_Setting> small = listOf(kSmall);
+    const KW_List<KW_Setting> large = listOf(kLarge);
     bool newFile = false;
     bool more = true;
     int stops = 0;
     while (more && !HasFailure()) {
-        ASSERT_TRUE(KW_SettingsFile_Write(location(), listOf(kSmall)));
+        ASSERT_TRUE(KW_SettingsFile_Write(location(), small));
         ASSERT_EQ(temp_.count(), 1) << "a killed save left something behind";
-        more = saveUntilStop(location(), listOf(kLarge), ++stops);
+        more = saveUntilStop(location(), large, ++stops);
         expectWhole();
         newFile = newFile || (more && temp_.read("f.cfg").size() > 1000);
     }
@@ -178,10 +180,11 @@ TEST_F(SavesByOthers, TwoHostsThatSaveAtTheSameTimeKeepTheFileWhole) {
     ASSERT_TRUE(KW_SettingsFile_Write(location(), listOf(kSmall)));
     std::vector<pid_t> hosts;
     for (const Pairs* const pairs : {&kSmall, &kLarge}) {
+        const KW_List<KW_Setting> list = listOf(*pairs);
         hosts.push_back(fork());
         for (int saves = 0; hosts.back() == 0; ++saves) {
             if (saves == 100) _exit(0);
-            if (!KW_SettingsFile_Write(location(), listOf(*pairs))) _exit(1);
+            if (!KW_SettingsFile_Write(location(), list)) _exit(1);
         }
     }
     for (const pid_t host : hosts) {
