@@ -232,7 +232,6 @@ TEST(KW_CString, OwnsItsBytes) {
     KW_String().ToCStr(bytes, kSystem);
     EXPECT_EQ(KW_CString(bytes).data, nullptr);
     EXPECT_EQ(bytes.size, 0u);
-    EXPECT_EQ(bytes.encoding, kSystem);
 }
 
 }  // namespace
