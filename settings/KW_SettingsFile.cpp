@@ -30,11 +30,12 @@ Entry takeEntry(KW_Units& rest, KW_Setting& entry, std::vector<unsigned short>& 
         if (line.size() == piece.size()) return Entry::CutShort;
         const bool goesOn = !behind.empty() && behind[0] == '#';
         const KW_Units kept = goesOn ? piece.first(piece.size() - behind.size()) : line;
-        value.insert(value.end(), kept.begin(), kept.end());
+        const bool isWhole = !goesOn && value.empty();
+        if (!isWhole) value.insert(value.end(), kept.begin(), kept.end());
         if (!goesOn) {
             if (!behind.empty() && behind[0] != '$') return Entry::Fault;
             KW_SetUnits(entry.key, text.first(colon));
-            KW_SetUnits(entry.value, value);
+            KW_SetUnits(entry.value, isWhole ? line : KW_Units(value));
             rest = behind;
             return Entry::Complete;
         }
