@@ -1,11 +1,9 @@
 #include "host/Host.h"
 
-#include "host/ApplicationRequests.h"
 #include "host/EntryPoints.h"
 #include "host/ErrorCodes.h"
 #include "host/HostFunctions.h"
-#include "host/LibraryRequests.h"
-#include "host/MenuRequests.h"
+#include "host/Requests.h"
 #include "platform/host/DialogControl.h"
 #include "platform/host/ImageCleanup.h"
 
@@ -36,24 +34,8 @@ private:
     Host& host_;
 };
 
-void Host::Families::add(std::unique_ptr<RequestFamily> family) {
-    for (const GSType code : family->codes())
-        byCode[code] = family.get();
-    all.push_back(std::move(family));
-}
-
-RequestFamily* Host::Families::find(GSType code) const {
-    const auto found = byCode.find(code);
-    return found != byCode.end() ? found->second : nullptr;
-}
-
 Host::Host() {
     sCurrent = this;
-    addEnvironmentRequests(std::make_unique<ApplicationRequests>());
-    addEnvironmentRequests(std::make_unique<ProjectRequests>(project_));
-    addEnvironmentRequests(std::make_unique<RenderingRequests>(renderingEngines_));
-    addEnvironmentRequests(std::make_unique<LibraryRequests>(libraries_));
-    addInterfaceRequests(std::make_unique<MenuRequests>());
 }
 
 Host::~Host() {
@@ -201,22 +183,6 @@ AddOn* Host::findByAddress(const void* address) const {
 
 bool Host::isBusy() const {
     return !running_.empty() || platform::DialogControl::instance().isModal();
-}
-
-void Host::addEnvironmentRequests(std::unique_ptr<RequestFamily> family) {
-    environment_.add(std::move(family));
-}
-
-void Host::addInterfaceRequests(std::unique_ptr<RequestFamily> family) {
-    interface_.add(std::move(family));
-}
-
-RequestFamily* Host::environmentRequests(GSType code) const {
-    return environment_.find(code);
-}
-
-RequestFamily* Host::interfaceRequests(GSType code) const {
-    return interface_.find(code);
 }
 
 AddOn* Host::caller(APIClient client) const {

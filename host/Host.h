@@ -4,7 +4,6 @@
 #include "host/Libraries.h"
 #include "host/Project.h"
 #include "host/RenderingEngines.h"
-#include "host/RequestFamily.h"
 
 #include <functional>
 #include <optional>
@@ -65,14 +64,8 @@ public:
     /// Called when a text or mark of a menu has changed, or a menu has come or gone.
     void setMenuListener(std::function<void()> listener) { menuListener_ = std::move(listener); }
 
-    /// The services that the host's functions reach; a family's codes replace those of an earlier one.
-    void addEnvironmentRequests(std::unique_ptr<RequestFamily> family);
-    void addInterfaceRequests(std::unique_ptr<RequestFamily> family);
-    RequestFamily* environmentRequests(GSType code) const;
-    RequestFamily* interfaceRequests(GSType code) const;
-    Libraries& libraries() { return libraries_; }
-
     /// What this host is working on, and with.
+    Libraries& libraries() { return libraries_; }
     Project& project() { return project_; }
     RenderingEngines& renderingEngines() { return renderingEngines_; }
 
@@ -83,13 +76,6 @@ public:
 
 private:
     class CallScope;
-    struct Families {
-        std::vector<std::unique_ptr<RequestFamily>> all;
-        std::map<GSType, RequestFamily*> byCode;
-
-        void add(std::unique_ptr<RequestFamily> family);
-        RequestFamily* find(GSType code) const;
-    };
 
     std::variant<AddOn*, LoadError> open(const std::string& path);
     Refusal start(AddOn& addOn);
@@ -102,8 +88,6 @@ private:
     Project project_;
     RenderingEngines renderingEngines_;
     Libraries libraries_;
-    Families environment_;
-    Families interface_;
 };
 
 }  // namespace host

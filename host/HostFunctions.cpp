@@ -1,8 +1,8 @@
 #include "host/HostFunctions.h"
 
 #include "host/ErrorCodes.h"
-#include "host/Host.h"
-#include "platform/host/CallTrace.h"
+#include "host/Requests.h"
+#include "host/Serving.h"
 
 #include <algorithm>
 #include <iterator>
@@ -11,31 +11,8 @@ namespace host {
 
 namespace {
 
-using platform::CallDirection;
 using platform::CallTrace;
 using platform::TraceArguments;
-
-/// Answers one call of an add-on. Nothing that is thrown on the way reaches the add-on.
-template <typename MakeArguments, typename Body>
-GSErrCode serve(const char* function, APIClient client, const MakeArguments& arguments,
-                const Body& body) noexcept {
-    try {
-        CallTrace trace(CallDirection::ToHost, function, arguments);
-        try {
-            Host* const host = Host::current();
-            AddOn* const addOn = host != nullptr ? host->caller(client) : nullptr;
-            return trace.returning(addOn != nullptr ? body(*host, *addOn, trace) : kErrBadClient);
-        } catch (...) {
-            return trace.returning(kErrInternal);
-        }
-    } catch (...) {
-        return kErrInternal;
-    }
-}
-
-TraceArguments none() {
-    return {};
-}
 
 GSErrCode registerMenu(APIClient client, const APIMenuRegistration* menu) {
     const auto arguments = [&] {
@@ -75,41 +52,6 @@ GSErrCode keepInMemory(APIClient client, bool keep) {
         addOn.keepInMemory = keep;
         return kNoError;
     });
-}
-
-/// A request that one of the host's families answers.
-GSErrCode request(const char* function, RequestFamily* (Host::*find)(GSType) const, APIClient client,
-                  GSType code, void* par1, void* par2, void* par3) {
-    const auto arguments = [&] {
-        TraceArguments all{{"request", fourCharacters(code)}};
-        const Host* const host = Host::current();
-        const RequestFamily* const family = host != nullptr ? (host->*find)(code) : nullptr;
-        if (family != nullptr) {
-            for (auto& argument : family->arguments(code, par1, par2, par3))
-                all.push_back(std::move(argument));
-        }
-        return all;
-    };
-    return serve(function, client, arguments, [&](Host& host, AddOn& addOn, CallTrace& trace) {
-        RequestFamily* const family = (host.*find)(code);
-        if (family == nullptr) return kErrNotSupported;
-        const GSErrCode result = family->answer(addOn, code, par1, par2, par3);
-        if (result == kNoError && trace.watched()) {
-            for (auto& [name, value] : family->outputs(code, par1, par2, par3))
-                trace.result(name.c_str(), std::move(value));
-        }
-        return result;
-    });
-}
-
-GSErrCode environment(APIClient client, API_EnvironmentID code, void* par1, void* par2, void* par3) {
-    return request("Environment", &Host::environmentRequests, client, code, par1, par2, par3);
-}
-
-GSErrCode interfaceRequest(APIClient client, API_InterfaceID code, void* par1, void* par2, void* par3) {
-    const GSErrCode result = request("Interface", &Host::interfaceRequests, client, code, par1, par2, par3);
-    if (result == kNoError && Host::current() != nullptr) Host::current()->menusChanged();
-    return result;
 }
 
 GSErrCode registerModelessWindow(APIClient client, std::int32_t referenceID, APIModelessWindowProc callback,

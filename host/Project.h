@@ -1,7 +1,5 @@
 #pragma once
 
-#include "host/RequestFamily.h"
-
 #include <string>
 
 namespace host {
@@ -21,21 +19,6 @@ public:
 
 private:
     std::string path_;
-};
-
-/// Tells add-ons of the open project.
-class ProjectRequests : public RequestFamily {
-public:
-    /// The project must outlive this.
-    explicit ProjectRequests(const Project& project) : project_(project) {}
-
-    std::vector<GSType> codes() const override { return {APIEnv_ProjectID}; }
-    GSErrCode answer(AddOn& addOn, GSType code, void* par1, void* par2, void* par3) override;
-    platform::TraceArguments outputs(GSType code, const void* par1, const void* par2,
-                                     const void* par3) const override;
-
-private:
-    const Project& project_;
 };
 
 }  // namespace host

@@ -8,10 +8,6 @@ namespace {
 
 constexpr std::uint32_t kHostDeveloper = 0x48535431;
 
-platform::TraceArguments traced(const API_ModulID& engine) {
-    return {{"developer", std::int64_t{engine.developerID}}, {"module", std::int64_t{engine.localID}}};
-}
-
 }  // namespace
 
 RenderingEngines::RenderingEngines() {
@@ -50,28 +46,6 @@ GSErrCode RenderingEngines::menuName(const API_ModulID& wanted, GS::UniString* o
     if (!number) return kErrNotFound;
     *out = GS::UniStringFromUtf8(engine(*number).menuName);
     return kNoError;
-}
-
-GSErrCode RenderingRequests::answer(AddOn&, GSType code, void* par1, void*, void*) {
-    if (par1 == nullptr) return kErrBadParameter;
-    if (code == APIEnv_GetRenderingEngineID) {
-        const auto current = engines_.current();
-        return current ? engines_.identifier(*current, static_cast<API_ModulID*>(par1)) : kErrNotFound;
-    }
-    const auto number = engines_.find(*static_cast<const API_ModulID*>(par1));
-    return number && engines_.setCurrent(*number) ? kNoError : kErrNotFound;
-}
-
-platform::TraceArguments RenderingRequests::arguments(GSType code, const void* par1, const void*,
-                                                      const void*) const {
-    if (code != APIEnv_SetRenderingEngineID || par1 == nullptr) return {};
-    return traced(*static_cast<const API_ModulID*>(par1));
-}
-
-platform::TraceArguments RenderingRequests::outputs(GSType code, const void* par1, const void*,
-                                                    const void*) const {
-    if (code != APIEnv_GetRenderingEngineID) return {};
-    return traced(*static_cast<const API_ModulID*>(par1));
 }
 
 }  // namespace host

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "host/RequestFamily.h"
+#include "platform/Rendering.h"
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace host {
 
@@ -42,25 +43,6 @@ private:
     std::vector<Engine> engines_;
     std::optional<std::int32_t> current_;
     std::uint32_t lastIdentifier_ = 0;
-};
-
-/// Tells add-ons the current engine, and makes another one current.
-class RenderingRequests : public RequestFamily {
-public:
-    /// The engines must outlive this.
-    explicit RenderingRequests(RenderingEngines& engines) : engines_(engines) {}
-
-    std::vector<GSType> codes() const override {
-        return {APIEnv_GetRenderingEngineID, APIEnv_SetRenderingEngineID};
-    }
-    GSErrCode answer(AddOn& addOn, GSType code, void* par1, void* par2, void* par3) override;
-    platform::TraceArguments arguments(GSType code, const void* par1, const void* par2,
-                                       const void* par3) const override;
-    platform::TraceArguments outputs(GSType code, const void* par1, const void* par2,
-                                     const void* par3) const override;
-
-private:
-    RenderingEngines& engines_;
 };
 
 }  // namespace host

@@ -122,17 +122,11 @@ TEST_F(HostFunctionsTest, AModuleCommandIsAnsweredWhileItsAddOnIsLoaded) {
     EXPECT_EQ(test(asker, &module, kCommand, 0), host::kErrNotFound);
 }
 
-class ThrowingRequests : public host::RequestFamily {
-public:
-    std::vector<GSType> codes() const override { return {APIEnv_ProjectID}; }
-    GSErrCode answer(host::AddOn&, GSType, void*, void*, void*) override {
-        throw std::runtime_error("host fault");
-    }
-};
-
 TEST_F(HostFunctionsTest, WhatTheHostThrowsBecomesAnErrorCode) {
-    host_.addEnvironmentRequests(std::make_unique<ThrowingRequests>());
-    EXPECT_EQ(environment(APIEnv_ProjectID, nullptr), host::kErrInternal);
+    host_.setMenuListener([] { throw std::runtime_error("host fault"); });
+    API_MenuItemRef item{1001, 2};
+    std::uint32_t flags = 0;
+    EXPECT_EQ(interfaceRequest(APIIo_SetMenuItemFlagsID, &item, &flags, nullptr), host::kErrInternal);
 }
 
 TEST_F(HostFunctionsTest, TheProjectIsUntitledUntilItHasAFile) {
