@@ -1,12 +1,11 @@
 #include "host/console/Console.h"
 
-#include "host/console/JsonPrinter.h"
-#include "host/console/Session.h"
-#include "host/console/TextPrinter.h"
-#include "host/console/Texts.h"
-#include "platform/FileSystem.h"
+#include "host/console/LineSource.h"
+#include "host/console/Printers.h"
+#include "host/console/TypedWords.h"
+#include "host/Printable.h"
 #include "platform/host/HttpOptions.h"
-#include "platform/host/LaunchHandling.h"
+#include "platform/host/RunLoop.h"
 #include "platform/host/SettingsFolder.h"
 
 #include <unistd.h>
@@ -42,6 +41,51 @@ std::unique_ptr<LineSource> makeLineSource(bool json) {
     return terminal && !json ? makeTerminalSource("tessaro> ") : makeScriptSource(STDIN_FILENO);
 }
 
+/// A session in lines: words are read from the source, events are printed.
+class Console : public Face {
+public:
+    Console(LineSource& lines, EventPrinter print) : lines_(lines), print_(print), session_(host_, *this) {}
+
+    Session& session() { return session_; }
+
+    /// Reads and carries out words until the user quits or the input ends; then closes what is open.
+    void run() {
+        while (!session_.isQuitting()) {
+            session_.settle();
+            waitForUser();
+        }
+        session_.end();
+    }
+
+    void show(const Event& event) override {
+        lines_.clearPrompt();
+        print_(std::cout, event);
+    }
+    void waitForUser() override {
+        std::string line;
+        switch (lines_.next(line)) {
+            case LineSource::Result::Dispatched:
+                return;
+            case LineSource::Result::End:
+                return session_.quit();
+            case LineSource::Result::Line:
+                break;
+        }
+        if (!lines_.isInteractive()) session_.tell(event::Command{line});
+        carryOut(session_, line);
+    }
+    bool pause(int milliseconds) override {
+        platform::RunLoop::main().dispatch(milliseconds);
+        return !lines_.isInterrupted();
+    }
+
+private:
+    LineSource& lines_;
+    EventPrinter print_;
+    Host host_;
+    Session session_;
+};
+
 }  // namespace
 
 int runConsole(const ConsoleOptions& options) {
@@ -58,28 +102,13 @@ int runConsole(const ConsoleOptions& options) {
                                          " cannot be created: " + failure->reason);
     }
 
-    std::unique_ptr<EventPrinter> printer;
-    if (options.json) {
-        printer = std::make_unique<JsonPrinter>(std::cout);
-    } else {
-        printer = std::make_unique<TextPrinter>(std::cout);
-    }
-    Host host;
     const std::unique_ptr<LineSource> lines = makeLineSource(options.json);
-    Session session(host, *lines, *printer);
-    if (options.recordOpened) {
-        platform::setLaunchHandler([&session](const platform::LaunchRequest& request) {
-            session.print(event::Opened{request});
-            return 0;
-        });
-    }
+    Console console(*lines, options.json ? printJson : printText);
+    if (options.recordOpened) console.session().recordOpened();
     for (const std::string& bundle : options.bundles) {
-        if (const auto refusal = session.load(bundle)) {
-            return fail(kExitUnreadable, "cannot load " + inQuotes(bundle) + ": " + *refusal);
-        }
+        if (const auto refusal = console.session().load(bundle)) return fail(kExitUnreadable, *refusal);
     }
-    session.run();
-    platform::setLaunchHandler(nullptr);
+    console.run();
     return kExitDone;
 }
 

@@ -1,10 +1,9 @@
-#include "host/console/JsonPrinter.h"
-
-#include "host/console/Texts.h"
+#include "host/console/Printers.h"
 #include "host/ErrorCodes.h"
+#include "host/Printable.h"
 #include "platform/host/LaunchHandling.h"
 
-#include <algorithm>
+#include <unicode/utf8.h>
 #include <nlohmann/json.hpp>
 
 namespace host {
@@ -88,13 +87,8 @@ struct Writer {
     }
     Json operator()(const event::DialogShown& it) const {
         using Change = event::DialogShown::Change;
-        std::vector<const platform::DialogItem*> visible;
-        for (const platform::DialogItem& item : it.dialog.items) {
-            if (item.visible) visible.push_back(&item);
-        }
-        std::sort(visible.begin(), visible.end(), [](auto* a, auto* b) { return a->number < b->number; });
         Json items = Json::array();
-        for (const platform::DialogItem* const item : visible)
+        for (const platform::DialogItem* const item : visibleItems(it.dialog))
             items.push_back(itemJson(*item));
         return {{"event", "dialog"},
                 {"change", it.change == Change::Shown     ? "shown"
@@ -210,12 +204,13 @@ struct Writer {
 
 }  // namespace
 
-void JsonPrinter::print(const Event& event) {
+void printJson(std::ostream& out, const Event& event) {
+    constexpr int kSchemaVersion = 1;
     Json object{{"schema", kSchemaVersion}};
     object.update(std::visit(Writer(), event));
     // A byte that is not UTF-8 becomes U+FFFD.
-    out_ << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
-    out_.flush();
+    out << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+    out.flush();
 }
 
 }  // namespace host

@@ -27,6 +27,11 @@ public:
     virtual bool isInterrupted() const { return false; }
     /// Something is about to be printed.
     virtual void clearPrompt() {}
+
+protected:
+    /// Waits until `descriptor` can be read or the main run loop has something to do, and dispatches the loop
+    /// in the second case. Returns whether the descriptor can be read (or has ended).
+    static bool waitForInput(int descriptor);
 };
 
 /// Reads from a file descriptor. Lines that are there already come before the run loop's work, so that a

@@ -1,4 +1,3 @@
-#include "host/console/InputWait.h"
 #include "host/console/LineSource.h"
 
 #include <unistd.h>

@@ -1,7 +1,6 @@
-#include "host/console/TextPrinter.h"
-
-#include "host/console/Texts.h"
+#include "host/console/Printers.h"
 #include "host/ErrorCodes.h"
+#include "host/Printable.h"
 #include "platform/host/LaunchHandling.h"
 
 #include <algorithm>
@@ -58,6 +57,12 @@ std::string resultText(const platform::TraceArguments& results) {
     return outputs.empty() ? text : text + " (" + argumentText(outputs) + ')';
 }
 
+/// What the icon says, or its number.
+std::string iconText(const DG::Icon& icon) {
+    const std::string label = platform::iconLabel(icon.module(), icon.resID());
+    return printable(label.empty() ? "icon " + std::to_string(icon.resID()) : label);
+}
+
 class Writer {
 public:
     explicit Writer(std::ostream& out) : out_(out) {}
@@ -92,12 +97,7 @@ public:
         const platform::DialogState& dialog = it.dialog;
         out_ << "dialog " << dialog.id << ' ' << inQuotes(utf8(dialog.title)) << ' ' << dialog.width << " x "
              << dialog.height << (dialog.modal ? ", modal" : ", modeless") << '\n';
-        std::vector<const platform::DialogItem*> items;
-        for (const platform::DialogItem& item : dialog.items) {
-            if (item.visible) items.push_back(&item);
-        }
-        std::sort(items.begin(), items.end(), [](auto* a, auto* b) { return a->number < b->number; });
-        for (const platform::DialogItem* const item : items)
+        for (const platform::DialogItem* const item : visibleItems(dialog))
             writeItem(*item);
     }
 
@@ -209,7 +209,7 @@ private:
             kind.resize(kTextColumn - 5, ' ');
             out_ << kind << block(utf8(item.text), kTextColumn);
         } else if (item.kind == DialogItemKind::Icon) {
-            out_ << kind << " [" << printable(iconText(item.icon.module(), item.icon.resID())) << ']';
+            out_ << kind << " [" << iconText(item.icon) << ']';
         } else {
             out_ << kind;
         }
@@ -222,9 +222,7 @@ private:
         for (const platform::ListRow& row : list.rows) {
             out_ << "       row " << ++number << (row.selected ? " *" : "  ");
             for (const platform::ListCell& cell : row.cells) {
-                if (cell.icon.resID() != 0) {
-                    out_ << " [" << printable(iconText(cell.icon.module(), cell.icon.resID())) << ']';
-                }
+                if (cell.icon.resID() != 0) out_ << " [" << iconText(cell.icon) << ']';
                 if (!cell.text.IsEmpty()) out_ << ' ' << inQuotes(utf8(cell.text));
             }
             out_ << '\n';
@@ -236,9 +234,23 @@ private:
 
 }  // namespace
 
-void TextPrinter::print(const Event& event) {
-    std::visit(Writer(out_), event);
-    out_.flush();
+void printText(std::ostream& out, const Event& event) {
+    std::visit(Writer(out), event);
+    out.flush();
+}
+
+std::vector<const platform::DialogItem*> visibleItems(const platform::DialogState& dialog) {
+    std::vector<const platform::DialogItem*> items;
+    for (const platform::DialogItem& item : dialog.items) {
+        if (item.visible) items.push_back(&item);
+    }
+    std::sort(items.begin(), items.end(), [](auto* a, auto* b) { return a->number < b->number; });
+    return items;
+}
+
+const char* kindName(DialogItemKind kind) {
+    constexpr const char* kNames[] = {"button", "text", "list", "icon", "separator"};
+    return kNames[static_cast<std::size_t>(kind)];
 }
 
 }  // namespace host

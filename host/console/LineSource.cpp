@@ -1,4 +1,4 @@
-#include "host/console/InputWait.h"
+#include "host/console/LineSource.h"
 
 #include "platform/host/RunLoop.h"
 
@@ -6,7 +6,7 @@
 
 namespace host {
 
-bool waitForInput(int descriptor) {
+bool LineSource::waitForInput(int descriptor) {
     platform::RunLoop& loop = platform::RunLoop::main();
     pollfd waited[2] = {{descriptor, POLLIN, 0}, {loop.descriptor(), POLLIN, 0}};
     if (poll(waited, 2, -1) < 0) return false;  // a signal: the caller waits again

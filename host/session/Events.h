@@ -7,10 +7,10 @@
 
 #include <variant>
 
-/// What happens in a console session. Everything that it prints is one of these.
+/// What happens in a session. Everything that a face shows is one of these.
 namespace host::event {
 
-/// A line of a script; not sent when a person types, who sees it anyway.
+/// A word that was read from a script; not sent when a person types, who sees it anyway.
 struct Command {
     std::string text;
 };
@@ -39,6 +39,10 @@ struct MenuShown {
     int number;  ///< by which the user addresses it
     std::string addOn;
     Menu menu;
+
+    friend bool operator==(const MenuShown& a, const MenuShown& b) {
+        return a.addOn == b.addOn && a.menu.resID == b.menu.resID && a.menu.items == b.menu.items;
+    }
 };
 
 struct DialogShown {
@@ -156,11 +160,5 @@ using Event = std::variant<event::Command, event::Loaded, event::Unloaded, event
                            event::Transfers, event::ProjectShown, event::EngineListed, event::LibraryListed,
                            event::PartListed, event::CommandListed, event::EntryPointAnswered, event::Call,
                            event::Help, event::Refused, event::Problem, event::Diagnostic, event::Note>;
-
-class EventPrinter {
-public:
-    virtual ~EventPrinter() = default;
-    virtual void print(const Event& event) = 0;
-};
 
 }  // namespace host

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/console/Events.h"
+#include "host/session/Events.h"
 
 #include <functional>
 #include <optional>

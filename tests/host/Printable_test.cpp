@@ -1,10 +1,10 @@
-#include "host/console/Texts.h"
+#include "host/Printable.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-TEST(Texts, NothingThatIsPrintedMovesTheCursorOrBreaksTheEncoding) {
+TEST(Printable, NothingThatIsPrintedMovesTheCursorOrBreaksTheEncoding) {
     struct Case {
         std::string text;
         const char* printed;

@@ -1,4 +1,4 @@
-#include "host/console/TraceRecorder.h"
+#include "host/session/TraceRecorder.h"
 
 namespace host {
 
