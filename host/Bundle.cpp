@@ -5,7 +5,10 @@
 #include "platform/host/ImageCleanup.h"
 
 #include <dlfcn.h>
+#include <link.h>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 
 namespace host {
 
@@ -40,6 +43,24 @@ std::string recordProblem(const APIExportedFunctions& record) {
                               : std::string();
 }
 
+/// Whether the file ends before what its program headers say. Touching what is missing would end the host.
+bool isCutShort(const fs::path& object) {
+    std::ifstream file(object, std::ios::binary | std::ios::ate);
+    const auto size = static_cast<std::uint64_t>(file.tellg());
+    const auto read = [&file](std::uint64_t position, auto& record) {
+        file.seekg(static_cast<std::streamoff>(position));
+        return static_cast<bool>(file.read(reinterpret_cast<char*>(&record), sizeof record));
+    };
+    ElfW(Ehdr) header{};
+    if (!read(0, header) || std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0) return false;
+    for (std::uint64_t number = 0; number < header.e_phnum; ++number) {
+        ElfW(Phdr) segment{};
+        if (!read(header.e_phoff + number * header.e_phentsize, segment)) return true;
+        if (segment.p_offset > size || segment.p_filesz > size - segment.p_offset) return true;
+    }
+    return false;
+}
+
 }  // namespace
 
 std::variant<std::unique_ptr<Bundle>, LoadError> Bundle::open(const std::string& path) {
@@ -58,6 +79,7 @@ std::variant<std::unique_ptr<Bundle>, LoadError> Bundle::open(const std::string&
         return LoadError{"not a bundle: it holds no shared object " + objectName};
     }
 
+    if (isCutShort(object)) return LoadError{"its shared object " + objectName + " is cut short"};
     bundle->handle_ = dlopen(object.c_str(), RTLD_LOCAL | RTLD_NOW);
     if (bundle->handle_ == nullptr) {
         const char* const reason = dlerror();

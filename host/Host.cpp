@@ -2,13 +2,21 @@
 
 #include "host/EntryPoints.h"
 #include "host/ErrorCodes.h"
+#include "host/ExitCodes.h"
 #include "host/HostFunctions.h"
+#include "host/Printable.h"
 #include "host/Requests.h"
 #include "platform/host/DialogControl.h"
+#include "platform/host/Failures.h"
 #include "platform/host/ImageCleanup.h"
 
+#include <execinfo.h>
+#include <unistd.h>
 #include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <filesystem>
+#include <iostream>
 
 namespace host {
 
@@ -17,8 +25,22 @@ namespace {
 Host* sCurrent = nullptr;
 
 constexpr APIImportedFunctions kEmptyTable{};
-constexpr const char* kThrew = " threw an exception";
+const std::string kThrew = " threw an exception";
 constexpr const char* kBusy = "an add-on waits for the user; close what is open first";
+
+/// A host that is still there when the program ends was not asked: an add-on has called exit.
+void nameWhoEndsTheProgram() {
+    if (sCurrent == nullptr) return;
+    std::string name = "an add-on";
+    std::array<void*, 64> frames{};
+    const int count = backtrace(frames.data(), static_cast<int>(frames.size()));
+    for (int index = count - 1; index >= 0; --index) {
+        const AddOn* const addOn = sCurrent->findByAddress(frames[static_cast<std::size_t>(index)]);
+        if (addOn != nullptr) name = addOn->name();
+    }
+    std::cerr << "tessaro: " << printable(name) << " has ended the program" << std::endl;
+    _exit(kExitInternal);
+}
 
 }  // namespace
 
@@ -36,15 +58,20 @@ private:
 
 Host::Host() {
     sCurrent = this;
+    [[maybe_unused]] static const int registered = std::atexit(nameWhoEndsTheProgram);
+    platform::setCallbackFailureHandler([this](const platform::CallbackFailure& failure) {
+        const AddOn* const addOn = findByAddress(failure.function);
+        tellProblem(addOn != nullptr ? addOn->name() : "an add-on",
+                    "the " + failure.callback + kThrew +
+                        (failure.reason.empty() ? std::string() : ": " + failure.reason));
+    });
 }
 
 Host::~Host() {
     menuListener_ = nullptr;
-    while (!addOns_.empty()) {
-        AddOn& last = *addOns_.back();
-        freeData(last);
-        discard(last);
-    }
+    while (!addOns_.empty())
+        discard(*addOns_.back(), FreeDataCall::Made);
+    platform::setCallbackFailureHandler(nullptr);
     sCurrent = nullptr;
 }
 
@@ -73,8 +100,7 @@ std::variant<AddOn*, LoadError> Host::load(const std::string& path) {
     auto opened = open(path);
     if (auto* const addOn = std::get_if<AddOn*>(&opened)) {
         if (const Refusal problem = start(**addOn)) {
-            freeData(**addOn);
-            discard(**addOn);
+            discard(**addOn, FreeDataCall::Made);
             return LoadError{*problem};
         }
         menusChanged();
@@ -86,14 +112,14 @@ Host::Refusal Host::start(AddOn& addOn) {
     const CallScope scope(*this, addOn);
     const EntryPoints entryPoints(*addOn.bundle);
     const auto failed = [](const char* name, std::optional<GSErrCode> result) -> Refusal {
-        if (!result) return std::string(name) + kThrew;
+        if (!result) return name + kThrew;
         if (*result != kNoError) return std::string(name) + " answered error " + errorText(*result);
         return std::nullopt;
     };
     if (const Refusal problem = failed("SetImportedFuncAddrs", entryPoints.handOver(functionTable())))
         return problem;
     const auto type = entryPoints.checkEnvironment(applicationInfo(), addOn.info);
-    if (!type) return std::string("CheckEnvironment") + kThrew;
+    if (!type) return "CheckEnvironment" + kThrew;
     if (*type <= kAPIAddonDontRegister) {
         return "the add-on does not register in this host: CheckEnvironment answered " +
                std::to_string(*type);
@@ -121,28 +147,25 @@ std::variant<std::vector<EntryPointAnswer>, LoadError> Host::probe(const std::st
         note("Initialize", entryPoints.initialize(&addOn));
         note("FreeData", entryPoints.freeData());
     }
-    discard(addOn);
+    discard(addOn, FreeDataCall::LeftOut);
     return answers;
 }
 
-Host::Refusal Host::unload(AddOn& addOn, FreeDataCall freeDataCall) {
+Host::Refusal Host::unload(AddOn& addOn, FreeDataCall freeData) {
     if (isBusy()) return kBusy;
-    if (freeDataCall == FreeDataCall::Made) freeData(addOn);
-    discard(addOn);
+    discard(addOn, freeData);
     menusChanged();
     return std::nullopt;
 }
 
-void Host::freeData(AddOn& addOn) {
-    if (!addOn.initializeCalled) return;
-    const CallScope scope(*this, addOn);
-    EntryPoints(*addOn.bundle).freeData();
-}
-
-void Host::discard(AddOn& addOn) {
+void Host::discard(AddOn& addOn, FreeDataCall freeData) {
     {
         const CallScope scope(*this, addOn);
         platform::endCallsIntoImage(addOn.bundle->image());
+        if (freeData == FreeDataCall::Made && addOn.initializeCalled) {
+            if (!EntryPoints(*addOn.bundle).freeData()) tellProblem(addOn.name(), "FreeData" + kThrew);
+            platform::endCallsIntoImage(addOn.bundle->image());
+        }
     }
     if (addOn.resources != kNoResModule) RSCloseResourceFile(addOn.resources);
     std::erase_if(addOns_, [&addOn](const auto& each) { return each.get() == &addOn; });
@@ -161,8 +184,11 @@ Host::Refusal Host::choose(AddOn& addOn, short menuResID, int item) {
     }
     const CallScope scope(*this, addOn);
     const auto result = callMenuHandler(handler->second, {{menuResID, item}});
-    if (!result) return "the menu handler" + std::string(kThrew);
-    if (*result != kNoError) return "the menu handler answered error " + errorText(*result);
+    if (!result) {
+        tellProblem(addOn.name(), "the menu handler" + kThrew);
+    } else if (*result != kNoError) {
+        return "the menu handler answered error " + errorText(*result);
+    }
     return std::nullopt;
 }
 
@@ -195,6 +221,10 @@ AddOn* Host::caller(APIClient client) const {
 
 void Host::menusChanged() const {
     if (menuListener_) menuListener_();
+}
+
+void Host::tellProblem(const std::string& addOn, const std::string& problem) const {
+    if (problemListener_) problemListener_(addOn + ": " + problem);
 }
 
 }  // namespace host

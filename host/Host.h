@@ -45,7 +45,7 @@ public:
     /// Loads a bundle, calls each of its four entry points, whatever it answers, and unloads it: what an
     /// add-on does when it is called too early.
     std::variant<std::vector<EntryPointAnswer>, LoadError> probe(const std::string& path, ProbeTable table);
-    /// Calls free data, ends whatever would call into the add-on, and unloads it.
+    /// Ends whatever would call into the add-on, calls free data, and unloads it.
     Refusal unload(AddOn& addOn, FreeDataCall freeData = FreeDataCall::Made);
     /// Carries out a menu item.
     Refusal choose(AddOn& addOn, short menuResID, int item);
@@ -63,6 +63,10 @@ public:
 
     /// Called when a text or mark of a menu has changed, or a menu has come or gone.
     void setMenuListener(std::function<void()> listener) { menuListener_ = std::move(listener); }
+    /// Called with one line for the user when an add-on threw an exception, which was stopped there.
+    void setProblemListener(std::function<void(const std::string&)> listener) {
+        problemListener_ = std::move(listener);
+    }
 
     /// What this host is working on, and with.
     Libraries& libraries() { return libraries_; }
@@ -79,12 +83,14 @@ private:
 
     std::variant<AddOn*, LoadError> open(const std::string& path);
     Refusal start(AddOn& addOn);
-    void freeData(AddOn& addOn);
-    void discard(AddOn& addOn);
+    /// Ends whatever would call into the add-on while its client is still known, then takes it away.
+    void discard(AddOn& addOn, FreeDataCall freeData);
+    void tellProblem(const std::string& addOn, const std::string& problem) const;
 
     std::vector<std::unique_ptr<AddOn>> addOns_;
     std::vector<AddOn*> running_;
     std::function<void()> menuListener_;
+    std::function<void(const std::string&)> problemListener_;
     Project project_;
     RenderingEngines renderingEngines_;
     Libraries libraries_;

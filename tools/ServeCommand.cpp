@@ -1,6 +1,6 @@
 #include "tools/ServeCommand.h"
 
-#include "host/console/Console.h"
+#include "host/ExitCodes.h"
 #include "platform/host/OwnProgram.h"
 #include "tools/UpdateServer.h"
 

@@ -1,6 +1,6 @@
 #include "tools/UpdateServer.h"
 
-#include "host/console/Console.h"
+#include "host/ExitCodes.h"
 
 #include <httplib.h>
 #include <signal.h>

@@ -1,9 +1,13 @@
 // The program: its subcommands and their options.
 
 #include "host/console/Console.h"
+#include "host/ExitCodes.h"
+#include "host/Printable.h"
 #include "platform/host/OwnProgram.h"
 #include "tools/ServeCommand.h"
 
+#include <fcntl.h>
+#include <unistd.h>
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
@@ -57,8 +61,9 @@ CLI::App* addServe(CLI::App& app, tools::ServeOptions& options) {
 int runProgram(int argc, char** argv) {
     CLI::App app("Host and tools of the Tessaro suite", "tessaro");
     app.require_subcommand(0, 1);
+    app.set_version_flag("--version", "tessaro " TESSARO_VERSION);
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("tessaro: ") + error.what() + "; --help explains the options\n";
+        return "tessaro: " + host::printable(error.what()) + "; --help explains the options\n";
     });
     host::ConsoleOptions options;
     std::string opener = "xdg-open";
@@ -80,13 +85,25 @@ int runProgram(int argc, char** argv) {
     return host::kExitUsage;
 }
 
+/// A standard descriptor that the caller left closed would be given to the next file that is opened.
+void openStandardDescriptors() {
+    int descriptor = 0;
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = open("/dev/null", O_RDWR);
+    close(descriptor);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    openStandardDescriptors();
     try {
-        return runProgram(argc, argv);
+        const int code = runProgram(argc, argv);
+        if (std::cout.flush() || code != host::kExitDone) return code;
+        std::cerr << "tessaro: the output cannot be written" << std::endl;
+        return host::kExitUnreadable;
     } catch (const std::exception& error) {
-        std::cerr << "tessaro: " << error.what() << std::endl;
+        std::cerr << "tessaro: " << host::printable(error.what()) << std::endl;
         return host::kExitInternal;
     }
 }

@@ -3,6 +3,7 @@
 #include "host/console/LineSource.h"
 #include "host/console/Printers.h"
 #include "host/console/TypedWords.h"
+#include "host/ExitCodes.h"
 #include "host/Printable.h"
 #include "platform/host/HttpOptions.h"
 #include "platform/host/RunLoop.h"
@@ -18,7 +19,7 @@ namespace host {
 namespace {
 
 int fail(ExitCode code, const std::string& line) {
-    std::cerr << "tessaro: " << line << std::endl;
+    std::cerr << "tessaro: " << printable(line) << std::endl;
     return code;
 }
 
@@ -49,17 +50,19 @@ public:
     Session& session() { return session_; }
 
     /// Reads and carries out words until the user quits or the input ends; then closes what is open.
-    void run() {
+    ExitCode run() {
         while (!session_.isQuitting()) {
             session_.settle();
             waitForUser();
         }
         session_.end();
+        return exitCode_;
     }
 
     void show(const Event& event) override {
         lines_.clearPrompt();
         print_(std::cout, event);
+        if (!std::cout) session_.quit();  // main tells why
     }
     void waitForUser() override {
         std::string line;
@@ -67,6 +70,10 @@ public:
             case LineSource::Result::Dispatched:
                 return;
             case LineSource::Result::End:
+                return session_.quit();
+            case LineSource::Result::Unreadable:
+                session_.tell(event::Refused{line});
+                exitCode_ = kExitUnreadable;
                 return session_.quit();
             case LineSource::Result::Line:
                 break;
@@ -84,6 +91,7 @@ private:
     EventPrinter print_;
     Host host_;
     Session session_;
+    ExitCode exitCode_ = kExitDone;
 };
 
 }  // namespace
@@ -94,7 +102,9 @@ int runConsole(const ConsoleOptions& options) {
         return fail(kExitUsage, "--connect " + inQuotes(wrong) + " is not NAME:PORT=ADDRESS:PORT");
     }
     if (!options.dataDir.empty()) {
-        const std::string absolute = std::filesystem::absolute(options.dataDir).string();
+        std::error_code error;
+        const std::filesystem::path absolute = std::filesystem::absolute(options.dataDir, error);
+        if (error) return fail(kExitUnreadable, "the working folder is not there: " + error.message());
         setenv("TESSARO_DATA_DIR", absolute.c_str(), 1);
     }
     if (const auto failure = platform::createSettingsFolder()) {
@@ -108,8 +118,7 @@ int runConsole(const ConsoleOptions& options) {
     for (const std::string& bundle : options.bundles) {
         if (const auto refusal = console.session().load(bundle)) return fail(kExitUnreadable, *refusal);
     }
-    console.run();
-    return kExitDone;
+    return console.run();
 }
 
 }  // namespace host

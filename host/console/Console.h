@@ -5,16 +5,6 @@
 
 namespace host {
 
-/// Exit codes of every program of the suite.
-enum ExitCode : int {
-    kExitDone = 0,
-    kExitFindings = 1,
-    kExitUsage = 2,
-    kExitUnreadable = 3,
-    kExitRefused = 4,
-    kExitInternal = 5,
-};
-
 struct ConsoleOptions {
     std::vector<std::string> bundles;  ///< paths of the bundles to load at the start
     std::string dataDir;               ///< special folder of settings and marker files; empty for the default

@@ -10,9 +10,10 @@ namespace host {
 class LineSource {
 public:
     enum class Result {
-        Line,       ///< a line was read
-        End,        ///< there are no more
-        Dispatched  ///< the run loop had something to do; no line yet
+        Line,        ///< a line was read
+        End,         ///< there are no more
+        Unreadable,  ///< nor are there, since they cannot be read; the line says why
+        Dispatched,  ///< the run loop had something to do; no line yet
     };
 
     LineSource() = default;
@@ -34,8 +35,8 @@ protected:
     static bool waitForInput(int descriptor);
 };
 
-/// Reads from a file descriptor. Lines that are there already come before the run loop's work, so that a
-/// script takes the same course every time.
+/// Reads from a file descriptor, lines of at most 1 MiB. Lines that are there already come before the run
+/// loop's work, so that a script takes the same course every time.
 std::unique_ptr<LineSource> makeScriptSource(int descriptor);
 
 /// Reads from the terminal at standard input, with line editing, history and a prompt.

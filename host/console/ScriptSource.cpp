@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 #include <array>
+#include <cerrno>
+#include <cstring>
 
 namespace host {
 
@@ -15,7 +17,7 @@ public:
         while (!takeLine(line)) {
             if (ended_) return Result::End;
             if (!waitForInput(descriptor_)) return Result::Dispatched;
-            readMore();
+            if (!readMore(line)) return Result::Unreadable;
         }
         return Result::Line;
     }
@@ -34,14 +36,19 @@ private:
         return true;
     }
 
-    void readMore() {
+    bool readMore(std::string& problem) {
+        constexpr std::size_t kLongestLine = 1U << 20U;
         std::array<char, 4096> bytes{};
         const ssize_t count = read(descriptor_, bytes.data(), bytes.size());
-        if (count > 0) {
-            buffer_.append(bytes.data(), static_cast<std::size_t>(count));
-        } else if (count == 0 || errno != EINTR) {
-            ended_ = true;
+        if (count < 0 && errno == EINTR) return true;
+        if (count < 0) {
+            problem = std::string("the input cannot be read: ") + std::strerror(errno);
+        } else if (buffer_.size() > kLongestLine) {
+            problem = "a line of the input is longer than 1 MiB";
         }
+        if (count > 0) buffer_.append(bytes.data(), static_cast<std::size_t>(count));
+        ended_ = count <= 0;
+        return problem.empty();
     }
 
     int descriptor_;

@@ -6,6 +6,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 #include <cerrno>
+#include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -32,6 +33,8 @@ class TerminalSource : public LineSource {
 public:
     explicit TerminalSource(std::string prompt) : prompt_(std::move(prompt)) {
         sTerminal = this;
+        // The library takes letters apart by the locale; numbers keep that of C. Texts are UTF-8 in any case.
+        if (setlocale(LC_CTYPE, "") == nullptr || MB_CUR_MAX == 1) setlocale(LC_CTYPE, "C.UTF-8");
         using_history();
         sInterruptDescriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
         platform::RunLoop::main().watch(sInterruptDescriptor, EPOLLIN, [this](std::uint32_t) {

@@ -2,6 +2,7 @@
 
 #include "platform/host/Diagnostics.h"
 #include "platform/host/DialogControl.h"
+#include "platform/host/Failures.h"
 #include "platform/host/HttpOptions.h"
 
 #include <algorithm>
@@ -15,9 +16,14 @@ using Change = event::DialogShown::Change;
 Session::Session(Host& host, Face& face)
     : host_(host), face_(face), trace_(host, [this](const event::Call& call) { face_.show(call); }) {
     host_.setMenuListener([this] { menusChanged_ = true; });
+    const auto tellProblem = [this](const std::string& problem) { tell(event::Problem{problem}); };
+    host_.setProblemListener(tellProblem);
+    platform::setReplacementFailureHandler([tellProblem](const platform::PathFailure& failure) {
+        tellProblem(failure.path + ": it could not be written: " + failure.reason);
+    });
     platform::setDiagnosticPrinter([this](const std::string& text) { diagnose(text); });
     platform::setResourceProblemSink(
-        [this](const platform::ResourceProblem& problem) { tell(event::Problem{describe(problem)}); });
+        [tellProblem](const platform::ResourceProblem& problem) { tellProblem(describe(problem)); });
     DialogControl::instance().setPresenter(this);
 }
 
@@ -26,6 +32,8 @@ Session::~Session() {
     DialogControl::instance().setPresenter(nullptr);
     platform::setResourceProblemSink(nullptr);
     platform::setDiagnosticPrinter(nullptr);
+    platform::setReplacementFailureHandler(nullptr);
+    host_.setProblemListener(nullptr);
     host_.setMenuListener(nullptr);
 }
 

@@ -17,7 +17,7 @@ class Terminal:
         self.printed = ""
         self.process, self.descriptor = pty.fork()
         if self.process == 0:
-            os.environ["TERM"] = "xterm"
+            os.environ.update(TERM="xterm", LC_ALL="C.UTF-8")
             os.execv(command[0], command)
 
     def expect(self, text):
@@ -32,7 +32,7 @@ class Terminal:
         return before
 
     def type(self, text):
-        os.write(self.descriptor, text.encode())
+        os.write(self.descriptor, text.encode("utf-8", "surrogateescape"))
 
     def end(self):
         try:
@@ -64,6 +64,8 @@ def main():
     terminal = session(program, bundle)
     terminal.command("choose 5\x7f4", "[x] Marked")  # the 5 is taken back
     terminal.command("\x1b[A", "4     Marked")  # the line before, again
+    terminal.command("project open \"/Università/日本語.pln\"", "project \"/Università/日本語.pln\"")
+    terminal.command("project open /a\udcffb", "project \"/ab\"")  # a byte that is no text is not taken
     terminal.command("choose 1", "row 2 * \"green\"")
     terminal.command("close", "dialog 2000 closed by item 2")
     terminal.command("choose 8", "The transfer has failed.")  # nobody listens there; told without a key pressed

@@ -8,9 +8,16 @@
 #include "platform/HostTable.h"
 #include "platform/Launching.h"
 
+#include <cstdlib>
 #include <stdexcept>
 
 namespace {
+
+#ifdef FAULT_CALLBACKS_THROW
+constexpr bool kCallbacksThrow = true;
+#else
+constexpr bool kCallbacksThrow = false;
+#endif
 
 constexpr short kMenu = 1001;
 constexpr short kColourDialog = 2000;
@@ -43,7 +50,13 @@ GS::UniString text(const char* utf8) {
     return GS::UniStringFromUtf8(utf8);
 }
 
+/// "an add-on's own fault", in the bundle whose callbacks have one.
+void failInCallback() {
+    if (kCallbacksThrow) throw std::runtime_error("an add-on's own fault");
+}
+
 short colourCallback(short message, short dialog, short item, DGUserData, DGMessageData) {
+    if (message == DG_MSG_CLICK && item == 1) failInCallback();
     if (message == DG_MSG_INIT) {
         for (const char* const colour : {"red", "green", "blue"}) {
             const short row = DGListInsertItem(dialog, 3, DG_LIST_BOTTOM);
@@ -102,6 +115,7 @@ void save() {
 void streamEvent(CFReadStreamRef stream, CFStreamEventType event, void*) {
     if (event != kCFStreamEventErrorOccurred) return;
     CFRelease(stream);
+    failInCallback();
     say("The transfer has failed.");
 }
 
@@ -145,6 +159,9 @@ GSErrCode handleMenu(const API_MenuParams* params) {
             save();
             break;
         case 6:
+#ifdef FAULT_EXITS
+            std::exit(0);
+#endif
             throw std::runtime_error("an add-on's own fault");
         case 7:
             OpenDocument("/documents/a \"b\".pdf");
@@ -194,6 +211,7 @@ GSErrCode initialize(APIClient client) {
 
 GSErrCode freeData() {
     sClient = nullptr;
+    failInCallback();
     return kNoError;
 }
 
