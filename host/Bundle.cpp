@@ -1,7 +1,7 @@
 #include "host/Bundle.h"
 
-#include "host/EntryPoints.h"
 #include "host/ErrorCodes.h"
+#include "platform/host/CallTrace.h"
 #include "platform/host/ImageCleanup.h"
 
 #include <dlfcn.h>
@@ -15,6 +15,10 @@ namespace host {
 namespace fs = std::filesystem;
 
 namespace {
+
+using platform::CallDirection;
+using platform::CallTrace;
+using platform::TraceArguments;
 
 constexpr const char* kBundleSuffix = ".bundle";
 constexpr const char* kObjectSuffix = ".so";
@@ -41,6 +45,22 @@ std::string recordProblem(const APIExportedFunctions& record) {
                                                                       : nullptr;
     return missing != nullptr ? std::string("its record lacks the entry point for ") + missing
                               : std::string();
+}
+
+/// Calls into an add-on, watched by whoever observes calls. Nothing is answered when it threw.
+template <typename MakeArguments, typename Call>
+std::optional<GSErrCode> callAddOn(const char* function, const MakeArguments& arguments, const Call& call) {
+    CallTrace trace(CallDirection::ToAddOn, function, arguments);
+    try {
+        return trace.returning(call());
+    } catch (...) {
+        trace.result("exception", true);
+        return std::nullopt;
+    }
+}
+
+TraceArguments none() {
+    return {};
 }
 
 /// Whether the file ends before what its program headers say. Touching what is missing would end the host.
@@ -96,7 +116,11 @@ std::variant<std::unique_ptr<Bundle>, LoadError> Bundle::open(const std::string&
     }
     bundle->getExported_ = reinterpret_cast<APIGetExportedFuncAddrsProc>(getExported);
     bundle->setImported_ = reinterpret_cast<APISetImportedFuncAddrsProc>(setImported);
-    if (!readExportedFunctions(bundle->getExported_, bundle->functions_)) {
+    const auto readRecord = [&bundle] {
+        bundle->getExported_(&bundle->functions_);
+        return kNoError;
+    };
+    if (!callAddOn("GetExportedFuncAddrs", none, readRecord)) {
         return LoadError{std::string(kAPIGetExportedFuncAddrsName) + " threw an exception"};
     }
     const std::string problem = recordProblem(bundle->functions_);
@@ -106,6 +130,49 @@ std::variant<std::unique_ptr<Bundle>, LoadError> Bundle::open(const std::string&
 
 Bundle::~Bundle() {
     if (handle_ != nullptr) dlclose(handle_);
+}
+
+std::optional<GSErrCode> Bundle::handOver(const APIImportedFunctions& table) const {
+    const auto arguments = [&table] {
+        std::int64_t filled = 0;
+        for (const APIHostFunction slot : table.slots)
+            filled += slot != nullptr ? 1 : 0;
+        return TraceArguments{{"filledSlots", filled}};
+    };
+    return callAddOn("SetImportedFuncAddrs", arguments, [&] { return setImported_(&table); });
+}
+
+std::optional<int> Bundle::checkEnvironment(const API_ServerApplicationInfo& server,
+                                            API_AddOnInfo& info) const {
+    const auto arguments = [&server] {
+        return TraceArguments{{"application", std::int64_t{server.serverApplication}},
+                              {"version", std::int64_t{server.mainVersion}}};
+    };
+    return callAddOn("CheckEnvironment", arguments, [&] {
+        API_EnvirParams params{server, {}};
+        const int type = functions_.checkEnvironment(&params);
+        info = params.addOnInfo;
+        return type;
+    });
+}
+
+std::optional<GSErrCode> Bundle::registerInterface() const {
+    return callAddOn("RegisterInterface", none, [&] { return functions_.registerInterface(); });
+}
+
+std::optional<GSErrCode> Bundle::initialize(APIClient client) const {
+    return callAddOn("Initialize", none, [&] { return functions_.initialize(client); });
+}
+
+std::optional<GSErrCode> Bundle::freeData() const {
+    return callAddOn("FreeData", none, [&] { return functions_.freeData(); });
+}
+
+std::optional<GSErrCode> Bundle::callHandler(APIMenuCommandProc handler, const API_MenuParams& params) {
+    const auto arguments = [&params] {
+        return TraceArguments{{"menu", params.menuItemRef.menuResID}, {"item", params.menuItemRef.itemIndex}};
+    };
+    return callAddOn("MenuHandler", arguments, [&] { return handler(&params); });
 }
 
 const void* Bundle::image() const {

@@ -3,6 +3,7 @@
 #include "platform/HostTable.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -30,10 +31,17 @@ public:
     const std::string& name() const { return name_; }
     /// Absolute, without links; two bundles are the same when these are equal.
     const std::string& canonicalPath() const { return canonicalPath_; }
-    const APIExportedFunctions& functions() const { return functions_; }
-    GSErrCode handOver(const APIImportedFunctions& table) const { return setImported_(&table); }
     /// Start of the loaded image.
     const void* image() const;
+
+    /// The calls into the add-on, which whoever observes calls sees. Nothing is answered when it threw.
+    std::optional<GSErrCode> handOver(const APIImportedFunctions& table) const;
+    /// `info` is what the add-on tells of itself.
+    std::optional<int> checkEnvironment(const API_ServerApplicationInfo& server, API_AddOnInfo& info) const;
+    std::optional<GSErrCode> registerInterface() const;
+    std::optional<GSErrCode> initialize(APIClient client) const;
+    std::optional<GSErrCode> freeData() const;
+    static std::optional<GSErrCode> callHandler(APIMenuCommandProc handler, const API_MenuParams& params);
 
 private:
     Bundle() = default;

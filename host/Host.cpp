@@ -1,6 +1,5 @@
 #include "host/Host.h"
 
-#include "host/EntryPoints.h"
 #include "host/ErrorCodes.h"
 #include "host/ExitCodes.h"
 #include "host/HostFunctions.h"
@@ -110,23 +109,23 @@ std::variant<AddOn*, LoadError> Host::load(const std::string& path) {
 
 Host::Refusal Host::start(AddOn& addOn) {
     const CallScope scope(*this, addOn);
-    const EntryPoints entryPoints(*addOn.bundle);
+    const Bundle& bundle = *addOn.bundle;
     const auto failed = [](const char* name, std::optional<GSErrCode> result) -> Refusal {
         if (!result) return name + kThrew;
         if (*result != kNoError) return std::string(name) + " answered error " + errorText(*result);
         return std::nullopt;
     };
-    if (const Refusal problem = failed("SetImportedFuncAddrs", entryPoints.handOver(functionTable())))
+    if (const Refusal problem = failed("SetImportedFuncAddrs", bundle.handOver(functionTable())))
         return problem;
-    const auto type = entryPoints.checkEnvironment(applicationInfo(), addOn.info);
+    const auto type = bundle.checkEnvironment(applicationInfo(), addOn.info);
     if (!type) return "CheckEnvironment" + kThrew;
     if (*type <= kAPIAddonDontRegister) {
         return "the add-on does not register in this host: CheckEnvironment answered " +
                std::to_string(*type);
     }
-    if (const Refusal problem = failed("RegisterInterface", entryPoints.registerInterface())) return problem;
+    if (const Refusal problem = failed("RegisterInterface", bundle.registerInterface())) return problem;
     addOn.initializeCalled = true;
-    return failed("Initialize", entryPoints.initialize(&addOn));
+    return failed("Initialize", bundle.initialize(&addOn));
 }
 
 std::variant<std::vector<EntryPointAnswer>, LoadError> Host::probe(const std::string& path,
@@ -137,15 +136,15 @@ std::variant<std::vector<EntryPointAnswer>, LoadError> Host::probe(const std::st
     std::vector<EntryPointAnswer> answers;
     {
         const CallScope scope(*this, addOn);
-        const EntryPoints entryPoints(*addOn.bundle);
+        const Bundle& bundle = *addOn.bundle;
         const auto note = [&answers](const char* name, std::optional<GSErrCode> result) {
             answers.push_back({name, result});
         };
-        if (table == ProbeTable::Empty) note("SetImportedFuncAddrs", entryPoints.handOver(kEmptyTable));
-        note("CheckEnvironment", entryPoints.checkEnvironment(applicationInfo(), addOn.info));
-        note("RegisterInterface", entryPoints.registerInterface());
-        note("Initialize", entryPoints.initialize(&addOn));
-        note("FreeData", entryPoints.freeData());
+        if (table == ProbeTable::Empty) note("SetImportedFuncAddrs", bundle.handOver(kEmptyTable));
+        note("CheckEnvironment", bundle.checkEnvironment(applicationInfo(), addOn.info));
+        note("RegisterInterface", bundle.registerInterface());
+        note("Initialize", bundle.initialize(&addOn));
+        note("FreeData", bundle.freeData());
     }
     discard(addOn, FreeDataCall::LeftOut);
     return answers;
@@ -163,7 +162,7 @@ void Host::discard(AddOn& addOn, FreeDataCall freeData) {
         const CallScope scope(*this, addOn);
         platform::endCallsIntoImage(addOn.bundle->image());
         if (freeData == FreeDataCall::Made && addOn.initializeCalled) {
-            if (!EntryPoints(*addOn.bundle).freeData()) tellProblem(addOn.name(), "FreeData" + kThrew);
+            if (!addOn.bundle->freeData()) tellProblem(addOn.name(), "FreeData" + kThrew);
             platform::endCallsIntoImage(addOn.bundle->image());
         }
     }
@@ -183,7 +182,7 @@ Host::Refusal Host::choose(AddOn& addOn, short menuResID, int item) {
         return addOn.name() + " has installed no handler for menu " + std::to_string(menuResID);
     }
     const CallScope scope(*this, addOn);
-    const auto result = callMenuHandler(handler->second, {{menuResID, item}});
+    const auto result = Bundle::callHandler(handler->second, {{menuResID, item}});
     if (!result) {
         tellProblem(addOn.name(), "the menu handler" + kThrew);
     } else if (*result != kNoError) {

@@ -21,27 +21,6 @@ GSErrCode Menus::add(RSResModule resources, const APIMenuRegistration& registrat
     return kNoError;
 }
 
-GSErrCode Menus::setText(const API_MenuItemRef& item, const std::string& text) {
-    MenuItem* const found = findItem(item);
-    if (found == nullptr) return kErrNoSuchMenu;
-    found->text = text;
-    return kNoError;
-}
-
-GSErrCode Menus::getFlags(const API_MenuItemRef& item, std::uint32_t& flags) const {
-    const MenuItem* const found = findItem(item);
-    if (found == nullptr) return kErrNoSuchMenu;
-    flags = found->flags;
-    return kNoError;
-}
-
-GSErrCode Menus::setFlags(const API_MenuItemRef& item, std::uint32_t flags) {
-    MenuItem* const found = findItem(item);
-    if (found == nullptr) return kErrNoSuchMenu;
-    found->flags = flags;
-    return kNoError;
-}
-
 const Menu* Menus::find(short resID) const {
     for (const Menu& menu : menus_) {
         if (menu.resID == resID) return &menu;
@@ -49,15 +28,12 @@ const Menu* Menus::find(short resID) const {
     return nullptr;
 }
 
-const MenuItem* Menus::findItem(const API_MenuItemRef& item) const {
-    const Menu* const menu = find(item.menuResID);
-    if (menu == nullptr || item.itemIndex < 1) return nullptr;
-    const auto index = static_cast<std::size_t>(item.itemIndex - 1);
-    return index < menu->items.size() ? &menu->items[index] : nullptr;
-}
-
-MenuItem* Menus::findItem(const API_MenuItemRef& item) {
-    return const_cast<MenuItem*>(std::as_const(*this).findItem(item));
+MenuItem* Menus::find(const API_MenuItemRef& item) {
+    for (Menu& menu : menus_) {
+        const auto index = static_cast<std::size_t>(item.itemIndex) - 1;
+        if (menu.resID == item.menuResID && index < menu.items.size()) return &menu.items[index];
+    }
+    return nullptr;
 }
 
 }  // namespace host

@@ -23,22 +23,18 @@ struct Menu {
     APIMenuRegistration registration{};
 };
 
-/// The menus that one add-on has registered. The functions answer an error code, 0 for success.
+/// The menus that one add-on has registered.
 class Menus {
 public:
-    /// Reads the menu's texts from the add-on's resources.
+    /// Reads the menu's texts from the add-on's resources. Returns an error code, 0 for success.
     GSErrCode add(RSResModule resources, const APIMenuRegistration& registration);
-    GSErrCode setText(const API_MenuItemRef& item, const std::string& text);
-    GSErrCode getFlags(const API_MenuItemRef& item, std::uint32_t& flags) const;
-    GSErrCode setFlags(const API_MenuItemRef& item, std::uint32_t flags);
 
+    /// Null when it is not registered, or has no such item.
     const Menu* find(short resID) const;
+    MenuItem* find(const API_MenuItemRef& item);
     const std::vector<Menu>& all() const { return menus_; }
 
 private:
-    const MenuItem* findItem(const API_MenuItemRef& item) const;
-    MenuItem* findItem(const API_MenuItemRef& item);
-
     std::vector<Menu> menus_;
 };
 

@@ -8,6 +8,11 @@ namespace host {
 
 namespace {
 
+bool isPrintable(std::int32_t character) {
+    return character >= 0x20 && !(character >= 0x7F && character < 0xA0) &&
+           !(character >= 0x2028 && character <= 0x202E) && !(character >= 0x2066 && character <= 0x2069);
+}
+
 void appendEscaped(std::string& result, char byte) {
     if (byte == '\n') {
         result += "\\n";
@@ -23,27 +28,28 @@ void appendEscaped(std::string& result, char byte) {
 
 }  // namespace
 
-bool isUnprintable(char32_t character) {
-    return character < 0x20 || (character >= 0x7F && character < 0xA0) ||
-           (character >= 0x2028 && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
-}
-
-std::string printable(std::string_view text) {
+std::string escaped(std::string_view text,
+                    void (*escape)(std::string& result, std::string_view piece, std::int32_t character)) {
     std::string result;
-    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
     for (std::size_t end = 0; end < text.size();) {
         const std::size_t start = end;
         UChar32 character = 0;
-        U8_NEXT(bytes, end, text.size(), character);
+        U8_NEXT(text.data(), end, text.size(), character);
         const std::string_view piece = text.substr(start, end - start);
-        if (character >= 0 && !isUnprintable(static_cast<char32_t>(character))) {
+        if (isPrintable(character)) {
             result += piece;
         } else {
-            for (const char byte : piece)
-                appendEscaped(result, byte);
+            escape(result, piece, character);
         }
     }
     return result;
+}
+
+std::string printable(std::string_view text) {
+    return escaped(text, [](std::string& result, std::string_view piece, std::int32_t) {
+        for (const char byte : piece)
+            appendEscaped(result, byte);
+    });
 }
 
 std::string inQuotes(std::string_view text) {

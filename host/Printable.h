@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -10,8 +11,10 @@ namespace host {
 /// become "\n", "\t", "\x1B"; line separators, bidirectional controls and bytes that are not UTF-8 "\xNN".
 std::string printable(std::string_view text);
 
-/// Whether the character is written as an escape.
-bool isUnprintable(char32_t character);
+/// The text, with what must not be printed as `escape` appends it: a piece of the text, which is one
+/// character or no UTF-8, and the character, negative for none.
+std::string escaped(std::string_view text,
+                    void (*escape)(std::string& result, std::string_view piece, std::int32_t character));
 
 /// In double quotes, printable, with quotes and backslashes escaped.
 std::string inQuotes(std::string_view text);

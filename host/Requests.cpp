@@ -109,43 +109,47 @@ TraceArguments traced(const API_MenuItemRef& item) {
     return {{"menu", item.menuResID}, {"item", item.itemIndex}};
 }
 
-GSErrCode getItemFlags(const Request& request, const API_MenuItemRef* item, std::uint32_t* out) {
-    return request.serve(
-        item, [&] { return traced(*item); },
-        [&](Host&, AddOn& addOn, CallTrace& trace) {
-            if (out == nullptr) return kErrBadParameter;
-            const GSErrCode result = addOn.menus.getFlags(*item, *out);
-            if (result == kNoError) trace.result("flags", std::int64_t{*out});
-            return result;
-        });
-}
-
-/// Text or flags of a menu item: `name` is what the value is called, `set` gives it to the item.
-template <typename Value, typename Show, typename Set>
-GSErrCode setItem(const Request& request, const API_MenuItemRef* item, const Value* value, const char* name,
-                  const Show& show, const Set& set) {
+/// A request for an item of the add-on's menus: `more` are the arguments beside the item, `answer` reads or
+/// changes it.
+template <typename Value, typename More, typename Answer>
+GSErrCode menuItem(const Request& request, const API_MenuItemRef* item, const Value* value, const More& more,
+                   const Answer& answer) {
     const auto arguments = [&] {
         TraceArguments all = traced(*item);
-        if (value != nullptr) all.emplace_back(name, show(*value));
+        if (value != nullptr) more(all);
         return all;
     };
-    return request.serve(item, arguments, [&](Host& host, AddOn& addOn, CallTrace&) {
+    return request.serve(item, arguments, [&](Host& host, AddOn& addOn, CallTrace& trace) {
         if (value == nullptr) return kErrBadParameter;
-        const GSErrCode result = set(addOn.menus);
-        if (result == kNoError) host.menusChanged();
-        return result;
+        MenuItem* const found = addOn.menus.find(*item);
+        if (found == nullptr) return kErrNoSuchMenu;
+        const MenuItem before = *found;
+        answer(*found, trace);
+        if (*found != before) host.menusChanged();
+        return kNoError;
     });
 }
 
 GSErrCode setItemText(const Request& request, const API_MenuItemRef* item, const GS::UniString* text) {
-    return setItem(request, item, text, "text", GS::UniStringToUtf8,
-                   [&](Menus& menus) { return menus.setText(*item, GS::UniStringToUtf8(*text)); });
+    return menuItem(
+        request, item, text,
+        [&](TraceArguments& all) { all.emplace_back("text", GS::UniStringToUtf8(*text)); },
+        [&](MenuItem& found, CallTrace&) { found.text = GS::UniStringToUtf8(*text); });
+}
+
+GSErrCode getItemFlags(const Request& request, const API_MenuItemRef* item, std::uint32_t* out) {
+    return menuItem(
+        request, item, out, [](TraceArguments&) {},
+        [&](const MenuItem& found, CallTrace& trace) {
+            *out = found.flags;
+            trace.result("flags", std::int64_t{*out});
+        });
 }
 
 GSErrCode setItemFlags(const Request& request, const API_MenuItemRef* item, const std::uint32_t* flags) {
-    return setItem(
-        request, item, flags, "flags", [](std::uint32_t value) { return std::int64_t{value}; },
-        [&](Menus& menus) { return menus.setFlags(*item, *flags); });
+    return menuItem(
+        request, item, flags, [&](TraceArguments& all) { all.emplace_back("flags", std::int64_t{*flags}); },
+        [&](MenuItem& found, CallTrace&) { found.flags = *flags; });
 }
 
 /// A parameter as what its request says that it is.

@@ -23,20 +23,6 @@ int fail(ExitCode code, const std::string& line) {
     return code;
 }
 
-bool setConnects(const std::vector<std::string>& texts, std::string& wrong) {
-    std::vector<platform::ConnectRule> rules;
-    for (const std::string& text : texts) {
-        const auto rule = platform::parseConnectRule(text);
-        if (!rule) {
-            wrong = text;
-            return false;
-        }
-        rules.push_back(*rule);
-    }
-    platform::setConnectRules(std::move(rules));
-    return true;
-}
-
 std::unique_ptr<LineSource> makeLineSource(bool json) {
     const bool terminal = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
     return terminal && !json ? makeTerminalSource("tessaro> ") : makeScriptSource(STDIN_FILENO);
@@ -97,10 +83,13 @@ private:
 }  // namespace
 
 int runConsole(const ConsoleOptions& options) {
-    std::string wrong;
-    if (!setConnects(options.connects, wrong)) {
-        return fail(kExitUsage, "--connect " + inQuotes(wrong) + " is not NAME:PORT=ADDRESS:PORT");
+    std::vector<platform::ConnectRule> rules;
+    for (const std::string& text : options.connects) {
+        const auto rule = platform::parseConnectRule(text);
+        if (!rule) return fail(kExitUsage, "--connect " + inQuotes(text) + " is not NAME:PORT=ADDRESS:PORT");
+        rules.push_back(*rule);
     }
+    platform::setConnectRules(std::move(rules));
     if (!options.dataDir.empty()) {
         std::error_code error;
         const std::filesystem::path absolute = std::filesystem::absolute(options.dataDir, error);

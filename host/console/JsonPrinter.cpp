@@ -3,7 +3,6 @@
 #include "host/Printable.h"
 #include "platform/host/LaunchHandling.h"
 
-#include <unicode/utf8.h>
 #include <array>
 #include <cstdio>
 #include <nlohmann/json.hpp>
@@ -62,22 +61,10 @@ Json itemJson(const platform::DialogItem& item) {
     return object;
 }
 
-/// The text with escapes for what a terminal would obey.
-std::string escaped(const std::string& json) {
-    std::string result;
-    for (std::size_t end = 0; end < json.size();) {
-        const std::size_t start = end;
-        UChar32 character = 0;
-        U8_NEXT(json.data(), end, json.size(), character);
-        if (isUnprintable(static_cast<char32_t>(character))) {
-            std::array<char, 8> escape{};
-            std::snprintf(escape.data(), escape.size(), "\\u%04X", static_cast<unsigned int>(character));
-            result += escape.data();
-        } else {
-            result.append(json, start, end - start);
-        }
-    }
-    return result;
+void appendEscaped(std::string& json, std::string_view, std::int32_t character) {
+    std::array<char, 8> escape{};
+    std::snprintf(escape.data(), escape.size(), "\\u%04X", static_cast<unsigned int>(character));
+    json += escape.data();
 }
 
 /// The event's name and its fields.
@@ -229,7 +216,7 @@ void printJson(std::ostream& out, const Event& event) {
     Json object{{"schema", kSchemaVersion}};
     object.update(std::visit(Writer(), event));
     // A byte that is not UTF-8 becomes U+FFFD.
-    out << escaped(object.dump(-1, ' ', false, Json::error_handler_t::replace)) << '\n';
+    out << escaped(object.dump(-1, ' ', false, Json::error_handler_t::replace), appendEscaped) << '\n';
     out.flush();
 }
 

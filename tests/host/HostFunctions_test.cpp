@@ -125,7 +125,7 @@ TEST_F(HostFunctionsTest, AModuleCommandIsAnsweredWhileItsAddOnIsLoaded) {
 TEST_F(HostFunctionsTest, WhatTheHostThrowsBecomesAnErrorCode) {
     host_.setMenuListener([] { throw std::runtime_error("host fault"); });
     API_MenuItemRef item{1001, 2};
-    std::uint32_t flags = 0;
+    std::uint32_t flags = kAPIMenuItemChecked;
     EXPECT_EQ(interfaceRequest(APIIo_SetMenuItemFlagsID, &item, &flags, nullptr), host::kErrInternal);
 }
 

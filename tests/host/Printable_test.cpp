@@ -17,7 +17,7 @@ TEST(Printable, NothingThatIsPrintedMovesTheCursorOrBreaksTheEncoding) {
         {std::string("a\0b", 3), "a\\x00b"},
         {"\xC2\x9B"
          "1m",
-         "\\xC2\\x9B1m"},                                         // a control character of the upper half
+         "\\xC2\\x9B1m"},  // a control character of the upper half
         {"\xE2\x80\xAE \xE2\x80\xA9 \xE2\x81\xA6", "\\xE2\\x80\\xAE \\xE2\\x80\\xA9 \\xE2\\x81\\xA6"},
         {"\xE8", "\\xE8"},                                        // cut short
         {"\xC0\xAF \xE0\x80\xAF", "\\xC0\\xAF \\xE0\\x80\\xAF"},  // overlong
