@@ -32,20 +32,11 @@ std::vector<std::string> names(const LibraryContent& content) {
 
 class HostLibraries : public testing::Test {
 protected:
-    /// A record as an add-on passes it to a search.
-    static API_LibPart wanted(const std::string& name, API_LibTypeID type) {
-        API_LibPart part{};
-        part.typeID = type;
-        const GS::UniString units = GS::UniStringFromUtf8(name);
-        std::copy_n(units.ToUStr(), units.GetLength(), part.name);
-        return part;
-    }
-    /// Index of what a search finds, its negative when the definition is missing, 0 for nothing.
+    /// Index of the part, its negative when the definition is missing, 0 for nothing.
     std::int32_t search(const std::string& name, API_LibTypeID type = APILib_Any) {
-        API_LibPart part = wanted(name, type);
-        if (libraries.search(&part, false, false) != kNoError) return 0;
-        delete part.location;
-        return part.missingDef ? -part.index : part.index;
+        const LoadedPart* const part = libraries.find(name, type);
+        if (part == nullptr) return 0;
+        return part->isMissing() ? -part->index : part->index;
     }
 
     TemporaryFolder folder;
@@ -121,8 +112,9 @@ TEST_F(HostLibraries, AFolderThatCannotBeReadIsAProblem) {
 TEST_F(HostLibraries, APathThatIsNoTextIsFoundAgain) {
     folder.write("bad \xFF/x \xFE.gsm", kPart + "name: Chair\n");
     ASSERT_EQ(libraries.add(location(folder.path())), kNoError);
-    API_LibPart part = wanted("Chair", APILib_Object);
-    ASSERT_EQ(libraries.search(&part, false, false), kNoError);
+    API_LibPart part{};
+    part.index = 1;
+    ASSERT_EQ(libraries.get(&part), kNoError);
     const std::unique_ptr<IO::Location> found(part.location);
     EXPECT_EQ(IO::File(*found).GetStatus(), kNoError);
 }
@@ -171,32 +163,6 @@ TEST_F(HostLibraries, AddingALibraryAgainReadsItAgainAndKeepsItsNumbers) {
     EXPECT_THAT(libraries.all(), SizeIs(1));
     EXPECT_EQ(search("Two"), 1);
     EXPECT_EQ(search("One"), 2);
-}
-
-TEST_F(HostLibraries, OneLibraryMayBeTheEmbeddedOne) {
-    for (const char* const name : {"a", "b", "c"}) {
-        folder.makeFolder(name);
-        ASSERT_EQ(libraries.add(location(folder.path(name))), kNoError);
-    }
-    EXPECT_EQ(libraries.embedded(), -1);
-    EXPECT_EQ(libraries.setEmbedded(location(folder.path("b"))), kNoError);
-    EXPECT_EQ(libraries.embedded(), 1);
-    EXPECT_EQ(libraries.remove(location(folder.path("a"))), kNoError);
-    EXPECT_EQ(libraries.embedded(), 0);
-    EXPECT_EQ(libraries.remove(location(folder.path("b"))), kNoError);
-    EXPECT_EQ(libraries.embedded(), -1);
-    EXPECT_EQ(libraries.remove(location(folder.path("b"))), host::kErrNotFound);
-    EXPECT_THAT(libraries.all(), SizeIs(1));
-}
-
-TEST_F(HostLibraries, WhatIsNoFolderIsRefused) {
-    folder.write("file", "");
-    EXPECT_EQ(libraries.add(location(folder.path("missing"))), IO::kErrNotFound);
-    EXPECT_EQ(libraries.add(location(folder.path("file"))), IO::kErrWrongType);
-    EXPECT_NE(libraries.add(IO::Location()), kNoError);
-    EXPECT_NE(libraries.setEmbedded(location(folder.path("missing"))), kNoError);
-    EXPECT_EQ(libraries.embedded(), -1);
-    EXPECT_THAT(libraries.all(), IsEmpty());
 }
 
 }  // namespace

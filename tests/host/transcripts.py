@@ -76,20 +76,12 @@ def commands(transcript):
 
 
 FENCED = re.compile(r"(?<=^```console\n)(.*?)(?=^```$)", re.MULTILINE | re.DOTALL)
+WHOLE = re.compile(r"\A(.*)\Z", re.DOTALL)
 
 
 def blocks(path):
     """The transcripts in a file."""
-    text = path.read_text(encoding="utf-8")
-    return FENCED.findall(text) if path.suffix == ".md" else [text]
-
-
-def replay_file(path, replayer):
-    """The file's text, and the text with what comes out today."""
-    text = path.read_text(encoding="utf-8")
-    if path.suffix != ".md":
-        return text, replayer.replay(text)
-    return text, FENCED.sub(lambda block: replayer.replay(block.group(1)), text)
+    return (FENCED if path.suffix == ".md" else WHOLE).findall(path.read_text(encoding="utf-8"))
 
 
 def main():
@@ -105,7 +97,9 @@ def main():
     differing = 0
     for name in arguments[split + 1:]:
         path = pathlib.Path(name)
-        expected, actual = replay_file(path, replayer)
+        expected = path.read_text(encoding="utf-8")
+        pattern = FENCED if path.suffix == ".md" else WHOLE
+        actual = pattern.sub(lambda block: replayer.replay(block.group(1)), expected)
         if "$ " not in expected:
             print(f"{path}: no transcript in it")
             differing += 1

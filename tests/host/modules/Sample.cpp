@@ -1,5 +1,5 @@
-// An add-on for the host's tests, written against the bare contract. Built with one of the FAULT_ definitions
-// it breaks that contract in one place.
+// An add-on for the host's tests, written against the bare contract. Built with a FAULT it breaks that
+// contract in one place.
 
 #include "platform/Bundle.h"
 #include "platform/CFReadStream.h"
@@ -10,14 +10,13 @@
 
 #include <cstdlib>
 #include <stdexcept>
+#include <string_view>
 
 namespace {
 
-#ifdef FAULT_CALLBACKS_THROW
-constexpr bool kCallbacksThrow = true;
-#else
-constexpr bool kCallbacksThrow = false;
-#endif
+constexpr bool hasFault(std::string_view name) {
+    return name == FAULT;
+}
 
 constexpr short kMenu = 1001;
 constexpr short kColourDialog = 2000;
@@ -50,13 +49,12 @@ GS::UniString text(const char* utf8) {
     return GS::UniStringFromUtf8(utf8);
 }
 
-/// "an add-on's own fault", in the bundle whose callbacks have one.
-void failInCallback() {
-    if (kCallbacksThrow) throw std::runtime_error("an add-on's own fault");
+void throwFor(const char* fault) {
+    if (hasFault(fault)) throw std::runtime_error("an add-on's own fault");
 }
 
 short colourCallback(short message, short dialog, short item, DGUserData, DGMessageData) {
-    if (message == DG_MSG_CLICK && item == 1) failInCallback();
+    if (message == DG_MSG_CLICK && item == 1) throwFor("CALLBACKS_THROW");
     if (message == DG_MSG_INIT) {
         for (const char* const colour : {"red", "green", "blue"}) {
             const short row = DGListInsertItem(dialog, 3, DG_LIST_BOTTOM);
@@ -70,14 +68,14 @@ short colourCallback(short message, short dialog, short item, DGUserData, DGMess
 }
 
 short statusCallback(short message, short dialog, short item, DGUserData, DGMessageData) {
-    const auto windows = [](HostSlot slot) {
-        return hostFunction<HostFunction::UnregisterModelessWindow>(slot);
-    };
     if (message == DG_MSG_INIT) {
         hostFunction<HostFunction::RegisterModelessWindow>(HostSlot::RegisterModelessWindow)(
             sClient, dialog, nullptr, 7, &GS::NULLGuid);
     }
-    if (message == DG_MSG_CLOSE) windows(HostSlot::UnregisterModelessWindow)(sClient, dialog);
+    if (message == DG_MSG_CLOSE) {
+        hostFunction<HostFunction::UnregisterModelessWindow>(HostSlot::UnregisterModelessWindow)(sClient,
+                                                                                                 dialog);
+    }
     if (message == DG_MSG_CLICK && item == 1) DGDisableItem(dialog, 1);
     if (message == DG_MSG_CLICK && item == 2) DGModelessClose(dialog);
     return message == DG_MSG_CLICK && item == 2 ? item : short{0};
@@ -115,7 +113,7 @@ void save() {
 void streamEvent(CFReadStreamRef stream, CFStreamEventType event, void*) {
     if (event != kCFStreamEventErrorOccurred) return;
     CFRelease(stream);
-    failInCallback();
+    throwFor("CALLBACKS_THROW");
     say("The transfer has failed.");
 }
 
@@ -159,9 +157,7 @@ GSErrCode handleMenu(const API_MenuParams* params) {
             save();
             break;
         case 6:
-#ifdef FAULT_EXITS
-            std::exit(0);
-#endif
+            if (hasFault("EXITS")) std::exit(0);
             throw std::runtime_error("an add-on's own fault");
         case 7:
             OpenDocument("/documents/a \"b\".pdf");
@@ -176,21 +172,15 @@ GSErrCode handleMenu(const API_MenuParams* params) {
 }
 
 int checkEnvironment(API_EnvirParams* params) {
-#ifdef FAULT_DOES_NOT_REGISTER
-    return kAPIAddonDontRegister;
-#endif
-    if (params->serverInfo.serverApplication != 1) return kAPIAddonDontRegister;
+    if (hasFault("DOES_NOT_REGISTER") || params->serverInfo.serverApplication != 1)
+        return kAPIAddonDontRegister;
     params->addOnInfo = {text("Sample 1.0"), text("For tests")};
     return kAPIAddonNormal;
 }
 
 GSErrCode registerInterface() {
-#ifdef FAULT_REGISTRATION_FAILS
-    return 4711;
-#endif
-#ifdef FAULT_REGISTRATION_THROWS
-    throw std::runtime_error("an add-on's own fault");
-#endif
+    throwFor("REGISTRATION_THROWS");
+    if (hasFault("REGISTRATION_FAILS")) return 4711;
     if (!sTableIsSet) return kAPIErrNotInitialised;
     const APIMenuRegistration menu{kMenu, 0, 13, 0};
     const auto registerMenu = hostFunction<HostFunction::RegisterMenu>(HostSlot::RegisterMenu);
@@ -198,9 +188,7 @@ GSErrCode registerInterface() {
 }
 
 GSErrCode initialize(APIClient client) {
-#ifdef FAULT_INITIALISATION_FAILS
-    return hostError(0x81060999);
-#endif
+    if (hasFault("INITIALISATION_FAILS")) return hostError(0x81060999);
     if (!sTableIsSet) return kAPIErrNotInitialised;
     sClient = client;
     const auto install = hostFunction<HostFunction::InstallMenuHandler>(HostSlot::InstallMenuHandler);
@@ -211,7 +199,7 @@ GSErrCode initialize(APIClient client) {
 
 GSErrCode freeData() {
     sClient = nullptr;
-    failInCallback();
+    throwFor("CALLBACKS_THROW");
     return kNoError;
 }
 
@@ -228,15 +216,9 @@ __attribute__((visibility("default"))) void GetExportedFuncAddrs(APIExportedFunc
     record->initialize = initialize;
     record->freeData = freeData;
     record->hostVersion = kAPIHostVersion;
-#ifdef FAULT_WRONG_INTERFACE_VERSION
-    record->interfaceVersion = 0x00150003;
-#endif
-#ifdef FAULT_WRONG_HOST_VERSION
-    record->hostVersion = 21000;
-#endif
-#ifdef FAULT_NO_ENTRY_POINT
-    record->initialize = nullptr;
-#endif
+    if (hasFault("WRONG_INTERFACE_VERSION")) record->interfaceVersion = 0x00150003;
+    if (hasFault("WRONG_HOST_VERSION")) record->hostVersion = 21000;
+    if (hasFault("NO_ENTRY_POINT")) record->initialize = nullptr;
 }
 #endif
 
