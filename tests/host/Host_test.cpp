@@ -18,11 +18,8 @@ std::string bundlePath(const std::string& name) {
     return std::string(TEST_BUNDLES) + '/' + name + ".bundle";
 }
 
-AddOn* loaded(Host& host, const std::string& name) {
-    const auto result = host.load(bundlePath(name));
-    const auto* const error = std::get_if<host::LoadError>(&result);
-    EXPECT_EQ(error, nullptr) << error->reason;
-    return error == nullptr ? std::get<AddOn*>(result) : nullptr;
+AddOn& loaded(Host& host, const std::string& name) {
+    return *std::get<AddOn*>(host.load(bundlePath(name)));
 }
 
 bool isInMemory(const std::string& name) {
@@ -41,9 +38,9 @@ TEST(Host, WhatIsRefusedUnloadedOrLeftWhenTheHostEndsLeavesMemory) {
             EXPECT_FALSE(isInMemory(fault)) << fault;
         }
         EXPECT_THAT(host.addOns(), testing::IsEmpty());
-        AddOn* const first = loaded(host, "Sample");
+        AddOn& first = loaded(host, "Sample");
         loaded(host, "Second");
-        EXPECT_FALSE(host.unload(*first));
+        EXPECT_FALSE(host.unload(first));
         EXPECT_FALSE(isInMemory("Sample"));
         EXPECT_TRUE(isInMemory("Second"));
     }
@@ -53,23 +50,21 @@ TEST(Host, WhatIsRefusedUnloadedOrLeftWhenTheHostEndsLeavesMemory) {
 
 TEST(Host, AChoiceThatNoMenuOffersIsRefused) {
     Host host;
-    AddOn* const addOn = loaded(host, "Sample");
-    ASSERT_NE(addOn, nullptr);
-    EXPECT_EQ(host.choose(*addOn, 1000, 1), "there is no menu 1000");
-    addOn->handlers.clear();
-    EXPECT_EQ(host.choose(*addOn, 1001, 1), "Sample has installed no handler for menu 1001");
+    AddOn& addOn = loaded(host, "Sample");
+    EXPECT_EQ(host.choose(addOn, 1000, 1), "there is no menu 1000");
+    addOn.handlers.clear();
+    EXPECT_EQ(host.choose(addOn, 1001, 1), "Sample has installed no handler for menu 1001");
 }
 
 TEST(Host, UnloadingEndsModelessDialogsAndTransfers) {
     ScriptedPresenter user;
     Host host;
-    AddOn* const addOn = loaded(host, "Sample");
-    ASSERT_NE(addOn, nullptr);
-    EXPECT_FALSE(host.choose(*addOn, 1001, 3));
-    EXPECT_FALSE(host.choose(*addOn, 1001, 8));
-    EXPECT_EQ(addOn->modelessWindows.size(), 1U);
+    AddOn& addOn = loaded(host, "Sample");
+    EXPECT_FALSE(host.choose(addOn, 1001, 3));
+    EXPECT_FALSE(host.choose(addOn, 1001, 8));
+    EXPECT_EQ(addOn.modelessWindows.size(), 1U);
     EXPECT_EQ(platform::transfersUnderWay(), 1U);
-    EXPECT_FALSE(host.unload(*addOn));
+    EXPECT_FALSE(host.unload(addOn));
     EXPECT_THAT(DialogControl::instance().openDialogs(), testing::IsEmpty());
     EXPECT_EQ(platform::transfersUnderWay(), 0U);
     EXPECT_FALSE(isInMemory("Sample"));

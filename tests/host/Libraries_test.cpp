@@ -32,6 +32,10 @@ std::vector<std::string> names(const LibraryContent& content) {
 
 class HostLibraries : public testing::Test {
 protected:
+    void write(const std::vector<std::pair<std::string, std::string>>& files) const {
+        for (const auto& [name, bytes] : files)
+            folder.write(name, bytes);
+    }
     /// Index of the part, its negative when the definition is missing, 0 for nothing.
     std::int32_t search(const std::string& name, API_LibTypeID type = APILib_Any) {
         const LoadedPart* const part = libraries.find(name, type);
@@ -44,16 +48,14 @@ protected:
 };
 
 TEST_F(HostLibraries, APartIsDescribedByItsHeader) {
-    const std::pair<std::string, std::string> files[] = {
+    write({
         {"01.gsm", kPart},
         {"02.GSM", kPart + "name: Two\r\ntype: window\r\ndefinition: missing\r\n"},
         {"03.gsm", kPart + "  name :  Three b  \ntype: lamp\ncolour: red\n\nname: not the header\n"},
         {"04.gsm", kPart + "name: last line without end"},
         {"sub/05.gsm", kPart + "name: " + std::string(255, 'x') + "\n\n" + std::string(1'000'000, 'y')},
         {"06.txt", kPart},
-    };
-    for (const auto& [name, bytes] : files)
-        folder.write(name, bytes);
+    });
     const LibraryContent content = host::readLibraryFolder(folder.path());
     EXPECT_THAT(names(content),
                 ElementsAre("01/object", "Two/window/missing", "Three b/lamp", "last line without end/object",
@@ -62,7 +64,7 @@ TEST_F(HostLibraries, APartIsDescribedByItsHeader) {
 }
 
 TEST_F(HostLibraries, WhatIsNoPartIsAProblemAndLeftOut) {
-    const std::pair<std::string, std::string> files[] = {
+    write({
         {"01.gsm", ""},
         {"02.gsm", "Tessaro library part, or not\n"},
         {"03.gsm", kPart + "type: spaceship\n"},
@@ -74,9 +76,7 @@ TEST_F(HostLibraries, WhatIsNoPartIsAProblemAndLeftOut) {
         {"09.gsm", kPart + "name: " + std::string(1'000'000, 'x')},
         {"10.gsm", std::string(1'000'000, 'x')},
         {"11.gsm", kPart + "name: a" + std::string(1, '\0') + "b\n"},
-    };
-    for (const auto& [name, bytes] : files)
-        folder.write(name, bytes);
+    });
     folder.makeFolder("12.gsm");
     ASSERT_EQ(mkfifo(folder.path("13.gsm").c_str(), 0600), 0);
     std::filesystem::create_symlink("nowhere", folder.path("14.gsm"));
@@ -97,15 +97,11 @@ TEST_F(HostLibraries, LinksInACircleEnd) {
 }
 
 TEST_F(HostLibraries, AFolderThatCannotBeReadIsAProblem) {
-    folder.write("open/one.gsm", kPart);
-    folder.write("closed/two.gsm", kPart);
+    folder.makeFolder("closed");
     std::filesystem::permissions(folder.path("closed"), std::filesystem::perms::none);
     const LibraryContent content = host::readLibraryFolder(folder.path());
     std::filesystem::permissions(folder.path("closed"), std::filesystem::perms::owner_all);
-    if (geteuid() != 0) {
-        EXPECT_THAT(names(content), ElementsAre("one/object"));
-        EXPECT_THAT(content.problems, SizeIs(1));
-    }
+    EXPECT_THAT(content.problems, SizeIs(geteuid() == 0 ? 0 : 1));
     EXPECT_THAT(host::readLibraryFolder(folder.path("missing")).problems, SizeIs(1));
 }
 
@@ -145,13 +141,8 @@ TEST_F(HostLibraries, PartsAreFoundByNameAndTypeAndByIndex) {
         EXPECT_EQ(libraries.get(&none), kAPIErrNoSuchPart);
         EXPECT_EQ(none.location, nullptr);
     }
-}
-
-TEST_F(HostLibraries, AFileThatWentAwayIsAPartWithoutDefinition) {
-    folder.write("1.gsm", kPart + "name: Chair\n");
-    ASSERT_EQ(libraries.add(location(folder.path())), kNoError);
     std::filesystem::remove(folder.path("1.gsm"));
-    EXPECT_EQ(search("Chair"), -1);
+    EXPECT_EQ(search("Window 1", APILib_Window), -1) << "a file that went away has no definition";
 }
 
 TEST_F(HostLibraries, AddingALibraryAgainReadsItAgainAndKeepsItsNumbers) {

@@ -5,11 +5,7 @@
 namespace {
 
 TEST(Printable, NothingThatIsPrintedMovesTheCursorOrBreaksTheEncoding) {
-    struct Case {
-        std::string text;
-        const char* printed;
-    };
-    const Case cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {"plain, \xC3\xA8, \xE2\x80\xA6, \xF0\x9F\x98\x80",
          "plain, \xC3\xA8, \xE2\x80\xA6, \xF0\x9F\x98\x80"},
         {"a\nb\tc\r", "a\\nb\\tc\\x0D"},
@@ -24,8 +20,8 @@ TEST(Printable, NothingThatIsPrintedMovesTheCursorOrBreaksTheEncoding) {
         {"\xED\xA0\x80", "\\xED\\xA0\\x80"},                      // a surrogate
         {"\xF4\x90\x80\x80\xFF", "\\xF4\\x90\\x80\\x80\\xFF"},
     };
-    for (const Case& each : cases)
-        EXPECT_EQ(host::printable(each.text), each.printed);
+    for (const auto& [text, printed] : cases)
+        EXPECT_EQ(host::printable(text), printed);
     EXPECT_EQ(host::inQuotes("C:\\ \"x\"\n"), "\"C:\\\\ \\\"x\\\"\\n\"");
 }
 

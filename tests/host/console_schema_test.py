@@ -52,7 +52,7 @@ def main():
     seen = set()
     faults = []
     for path in map(pathlib.Path, [docs, *files]):
-        for block in transcripts.blocks(path):
+        for block in transcripts.blocks_of(path).findall(path.read_text(encoding="utf-8")):
             with_json = re.sub(r"^\$ tessaro run(?: --json)?", "$ tessaro run --json", block, flags=re.MULTILINE)
             for command, printed, _ in replayer.run(with_json):
                 if not command.startswith("tessaro run"):

@@ -24,7 +24,6 @@ import tempfile
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 
 
-# Shows a settings file as text, and makes one from text: each byte's halves are exchanged.
 EXCHANGE_HALVES = """#!/usr/bin/env python3
 import sys
 sys.stdout.buffer.write(bytes((byte << 4 | byte >> 4) & 255 for byte in sys.stdin.buffer.read()))
@@ -79,9 +78,9 @@ FENCED = re.compile(r"(?<=^```console\n)(.*?)(?=^```$)", re.MULTILINE | re.DOTAL
 WHOLE = re.compile(r"\A(.*)\Z", re.DOTALL)
 
 
-def blocks(path):
-    """The transcripts in a file."""
-    return (FENCED if path.suffix == ".md" else WHOLE).findall(path.read_text(encoding="utf-8"))
+def blocks_of(path):
+    """What a transcript in this file looks like."""
+    return FENCED if path.suffix == ".md" else WHOLE
 
 
 def main():
@@ -98,18 +97,15 @@ def main():
     for name in arguments[split + 1:]:
         path = pathlib.Path(name)
         expected = path.read_text(encoding="utf-8")
-        pattern = FENCED if path.suffix == ".md" else WHOLE
-        actual = pattern.sub(lambda block: replayer.replay(block.group(1)), expected)
+        actual = blocks_of(path).sub(lambda block: replayer.replay(block.group(1)), expected)
         if "$ " not in expected:
             print(f"{path}: no transcript in it")
             differing += 1
-        if expected == actual:
-            continue
         if update:
             path.write_text(actual, encoding="utf-8")
-            continue
-        differing += 1
-        sys.stdout.writelines(difflib.unified_diff(expected.splitlines(True), actual.splitlines(True), str(path),
+        elif expected != actual:
+            differing += 1
+            sys.stdout.writelines(difflib.unified_diff(expected.splitlines(True), actual.splitlines(True), str(path),
                                                    "what came"))
     return 1 if differing else 0
 

@@ -119,9 +119,9 @@ void streamEvent(CFReadStreamRef stream, CFStreamEventType event, void*) {
 
 /// A transfer that nobody ends but itself or the host.
 void fetch() {
-    const CFStringRef address =
-        CFStringCreateWithCString(nullptr, "http://sample.example/", CFStringGetSystemEncoding());
-    const CFStringRef get = CFStringCreateWithCString(nullptr, "GET", CFStringGetSystemEncoding());
+    const CFStringEncoding encoding = CFStringGetSystemEncoding();
+    const CFStringRef address = CFStringCreateWithCString(nullptr, "http://sample.example/", encoding);
+    const CFStringRef get = CFStringCreateWithCString(nullptr, "GET", encoding);
     const CFURLRef url = CFURLCreateWithString(nullptr, address, nullptr);
     const CFHTTPMessageRef request = CFHTTPMessageCreateRequest(nullptr, get, url, kCFHTTPVersion1_1);
     const CFReadStreamRef stream = CFReadStreamCreateForHTTPRequest(nullptr, request);
