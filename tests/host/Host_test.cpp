@@ -10,7 +10,6 @@
 
 namespace {
 
-using host::AddOn;
 using host::Host;
 using platform::DialogControl;
 
@@ -18,8 +17,8 @@ std::string bundlePath(const std::string& name) {
     return std::string(TEST_BUNDLES) + '/' + name + ".bundle";
 }
 
-AddOn& loaded(Host& host, const std::string& name) {
-    return *std::get<AddOn*>(host.load(bundlePath(name)));
+host::AddOn& loaded(Host& host, const std::string& name) {
+    return *std::get<host::AddOn*>(host.load(bundlePath(name)));
 }
 
 bool isInMemory(const std::string& name) {
@@ -38,7 +37,7 @@ TEST(Host, WhatIsRefusedUnloadedOrLeftWhenTheHostEndsLeavesMemory) {
             EXPECT_FALSE(isInMemory(fault)) << fault;
         }
         EXPECT_THAT(host.addOns(), testing::IsEmpty());
-        AddOn& first = loaded(host, "Sample");
+        host::AddOn& first = loaded(host, "Sample");
         loaded(host, "Second");
         EXPECT_FALSE(host.unload(first));
         EXPECT_FALSE(isInMemory("Sample"));
@@ -50,7 +49,7 @@ TEST(Host, WhatIsRefusedUnloadedOrLeftWhenTheHostEndsLeavesMemory) {
 
 TEST(Host, AChoiceThatNoMenuOffersIsRefused) {
     Host host;
-    AddOn& addOn = loaded(host, "Sample");
+    host::AddOn& addOn = loaded(host, "Sample");
     EXPECT_EQ(host.choose(addOn, 1000, 1), "there is no menu 1000");
     addOn.handlers.clear();
     EXPECT_EQ(host.choose(addOn, 1001, 1), "Sample has installed no handler for menu 1001");
@@ -59,7 +58,7 @@ TEST(Host, AChoiceThatNoMenuOffersIsRefused) {
 TEST(Host, UnloadingEndsModelessDialogsAndTransfers) {
     ScriptedPresenter user;
     Host host;
-    AddOn& addOn = loaded(host, "Sample");
+    host::AddOn& addOn = loaded(host, "Sample");
     EXPECT_FALSE(host.choose(addOn, 1001, 3));
     EXPECT_FALSE(host.choose(addOn, 1001, 8));
     EXPECT_EQ(addOn.modelessWindows.size(), 1U);
