@@ -40,10 +40,6 @@ Session::~Session() {
 void Session::end() {
     quit();
     settle();
-    for (const short dialog : DialogControl::instance().openDialogs()) {
-        const platform::DialogState* const state = DialogControl::instance().find(dialog);
-        if (state != nullptr && state->visible) DialogControl::instance().perform(UserAction::close(dialog));
-    }
     while (!host_.addOns().empty()) {
         if (const Refusal refusal = host_.unload(*host_.addOns().back())) {
             return tell(event::Refused{*refusal});

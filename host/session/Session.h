@@ -89,7 +89,7 @@ public:
     /// Whatever an add-on asks from now on is cancelled.
     void quit() { quitting_ = true; }
     bool isQuitting() const { return quitting_; }
-    /// Closes what is open and unloads the add-ons.
+    /// Unloads the add-ons, which closes what is open.
     void end();
 
 private:
