@@ -86,8 +86,7 @@ def blocks_of(path):
 def main():
     arguments = sys.argv[1:]
     update = arguments[:1] == ["--update"]
-    if update:
-        arguments.pop(0)
+    arguments = arguments[update:]
     if "--" not in arguments[2:-1]:
         print(__doc__)
         return 2
