@@ -21,23 +21,13 @@
 namespace {
 
 constexpr std::size_t kBundlePathSize = 1024;  // bytes, with the terminator
-constexpr std::size_t kBundleNameSize = 256;
 
 APIImportedFunctions sImported{};
 bool sImportedIsSet = false;
 APIClient sClient = nullptr;
 APIDllTermHookProc sTermHook = nullptr;
 RSResModule sResModule = kNoResModule;
-char sBundlePath[kBundlePathSize];
-char sBundleName[kBundleNameSize];
-
-/// Copies text that fits with its terminator; text that does not fit counts as not known.
-template <std::size_t Size>
-void storeText(char (&target)[Size], const std::string& text) {
-    const bool fits = text.size() < Size;
-    std::memcpy(target, text.data(), fits ? text.size() : 0);
-    target[fits ? text.size() : 0] = 0;
-}
+char sBundlePath[kBundlePathSize];  // empty when it is not known or does not fit
 
 /// The host's function in a slot, or null.
 template <typename Function>
@@ -90,17 +80,12 @@ void GSTermImage() {
     sClient = nullptr;
 }
 
-/// The name of a bundle file as the host sees it: the path's last component.
-std::string lastComponent(const std::string& path) {
-    return path.substr(path.rfind('/') + 1);
-}
-
 int GSInitImage() {
     if (GSRoot_DelayInitImage(GSInitImage)) return 0;
     std::atexit(GSTermImage);
     const GSCFXBundleRef bundle = GSCFXBundleCreateFromMachHeader(&sImported);
-    storeText(sBundleName, bundle != nullptr ? lastComponent(GSCFXBundlePath(bundle)) : std::string());
-    storeText(sBundlePath, bundle != nullptr ? GSCFXBundlePath(bundle) : std::string());
+    const std::string path = bundle != nullptr ? GSCFXBundlePath(bundle) : std::string();
+    if (path.size() < kBundlePathSize) path.copy(sBundlePath, path.size());
     sResModule = sBundlePath[0] != 0 ? RSOpenResourceFile(sBundlePath) : kNoResModule;
     if (bundle != nullptr) GSCFXBundleRelease(bundle);
     return 0;

@@ -41,9 +41,8 @@ void openDocument(const char* name) {
     document.SetLastName(name);
     if (KW_General::LaunchDocByLoc(document)) return;
 
-    const KW_String message =
-        KW_Dialog::SetPrefixString(AddonText(kTextNotOpened), true, SystemText(": "), true);
-    KW_Dialog::ShowAlert(DG_ALERT_PLAIN, KW_String(), message, KW_String());
+    KW_Dialog::ShowMessage(
+        KW_Dialog::SetPrefixString(AddonText(kTextNotOpened), true, KW_SystemText(": "), true));
 }
 
 short CDlgAbout_CallBack(short message, short dialogID, short item, DGUserData userData, DGMessageData) {
@@ -65,8 +64,8 @@ void CDlgAbout::SetItems() {
         description += AddonText(text);
 
     SetDialogTitle(dialogID, AddonText(kTextTitle));
-    SetDialogItemText(dialogID, kItemOK, FrameworkText(kFrameworkTextOK));
-    SetDialogItemText(dialogID, kItemCancel, FrameworkText(kFrameworkTextCancel));
+    SetDialogItemText(dialogID, kItemOK, KW_Resource_GetFrameworkString(KW_FrameworkText_OK));
+    SetDialogItemText(dialogID, kItemCancel, KW_Resource_GetFrameworkString(KW_FrameworkText_Cancel));
     SetDialogItemText(dialogID, kItemDescription, description);
     SetDialogItemText(dialogID, kItemDocument1, AddonText(kTextDocument1));
     SetDialogItemText(dialogID, kItemDocument2, AddonText(kTextDocument2));

@@ -72,14 +72,6 @@ short CDlgInfo_CallBack(short message, short dialogID, short item, DGUserData us
 
 }  // namespace
 
-CDlgInfo::CDlgInfo() {
-    Reset();
-}
-
-CDlgInfo::~CDlgInfo() {
-    Reset();
-}
-
 void CDlgInfo::Reset() {
     dialogID = 0;
     KW_AddonUpdate_SplitAddonVersion(KW_String(), version);
@@ -87,16 +79,16 @@ void CDlgInfo::Reset() {
 
 bool CDlgInfo::ShowDialog() {
     Reset();
-    KW_AddonUpdate_SplitAddonVersion(SystemText(kAddonVersionLine), version);
+    KW_AddonUpdate_SplitAddonVersion(KW_SystemText(kAddonVersionLine), version);
     const RSResModule module = ACAPI_GetOwnResModule();
     return DGModalDialog(module, kDialog, module, CDlgInfo_CallBack, reinterpret_cast<DGUserData>(this)) ==
            kItemOK;
 }
 
 void CDlgInfo::SetItems() {
-    SetDialogTitle(dialogID, SystemText(kProduct));
-    SetDialogItemText(dialogID, kItemOK, FrameworkText(kFrameworkTextOK));
-    SetDialogItemText(dialogID, kItemCancel, FrameworkText(kFrameworkTextCancel));
+    SetDialogTitle(dialogID, KW_SystemText(kProduct));
+    SetDialogItemText(dialogID, kItemOK, KW_Resource_GetFrameworkString(KW_FrameworkText_OK));
+    SetDialogItemText(dialogID, kItemCancel, KW_Resource_GetFrameworkString(KW_FrameworkText_Cancel));
     SetDialogItemText(dialogID, kItemProduct, GetSuiteStr());
     for (short item = kItemFirstEmpty; item <= kItemLastEmpty; ++item)
         SetDialogItemText(dialogID, item, KW_String());
@@ -108,7 +100,7 @@ void CDlgInfo::SetItems() {
 }
 
 KW_String CDlgInfo::GetSuiteStr() const {
-    return SystemText(kProduct);
+    return KW_SystemText(kProduct);
 }
 
 KW_String CDlgInfo::GetVersionStr() const {
@@ -124,14 +116,14 @@ KW_String CDlgInfo::GetSystemStr() const {
 }
 
 KW_String CDlgInfo::GetACVersionStr() const {
-    return SystemText(kHost) + KW_String::LongToString(version.hostVersion, 0);
+    return KW_SystemText(kHost) + KW_String::LongToString(version.hostVersion, 0);
 }
 
 bool CDlgInfo::AskForFileSave(KW_Location& file, bool& cancelled) {
-    cancelled = !KW_Dialog::SaveFile(file, SystemText(kReportType), SystemText(kReportExtension),
+    cancelled = !KW_Dialog::SaveFile(file, KW_SystemText(kReportType), KW_SystemText(kReportExtension),
                                      kReportTypeCode, AddonText(kTextSaveReport), AddonText(kTextReportName));
     if (cancelled) return true;
-    return KW_String::CompareIgnoreCase(file.Extension(), 0, SystemText(kReportExtension), 0, 0) == 0;
+    return KW_String::CompareIgnoreCase(file.Extension(), 0, KW_SystemText(kReportExtension), 0, 0) == 0;
 }
 
 void CDlgInfo::BuildData(KW_List<KW_String>& lines) const {
@@ -165,7 +157,7 @@ short CDlgInfo::MsgClick(short item) {
         case kItemCancel:
             return item;
         case kItemUpdatePage:
-            KW_General::LaunchURLByPath(SystemText(kURLUpdateServer) + kUpdatePage);
+            KW_General::LaunchURLByPath(KW_SystemText(kURLUpdateServer) + kUpdatePage);
             return 0;
         case kItemSaveReport:
             saveReport(*this);

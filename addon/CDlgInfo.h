@@ -10,13 +10,8 @@ class KW_Location;
 /// the maker's update page.
 class CDlgInfo {
 public:
-    short dialogID;                ///< while the dialog is open, else 0
+    short dialogID = 0;            ///< while the dialog is open, else 0
     KW_AddonUpdate_Addon version;  ///< this add-on's own, while the dialog runs
-
-    CDlgInfo();
-    ~CDlgInfo();
-    CDlgInfo(const CDlgInfo&) = delete;
-    CDlgInfo& operator=(const CDlgInfo&) = delete;
 
     /// No dialog, and an empty version record.
     void Reset();

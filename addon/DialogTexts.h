@@ -1,19 +1,20 @@
 #pragma once
 
-#include "foundation/KW_String.h"
+#include "foundation/KW_Units.h"
+#include "language/KW_Resource.h"
+#include "platform/DialogManager.h"
 
-/// Texts of the add-on's own dialogs, in the current language.
+/// Texts of the add-on's own dialogs.
 
-/// String `index` of this add-on.
-KW_String AddonText(long index);
-/// String `index` of those that all add-ons of the suite share.
-KW_String FrameworkText(long index);
+/// String `index` of this add-on, in the current language.
+inline KW_String AddonText(long index) {
+    return KW_Resource_GetCurrentString(KW_Resource_Addon, index);
+}
 
-constexpr long kFrameworkTextCancel = 5;
-constexpr long kFrameworkTextOK = 64;
+inline void SetDialogTitle(short dialogID, const KW_String& title) {
+    DGSetDialogTitle(dialogID, KW_UniStringOf(title));
+}
 
-/// 8-bit text in the system encoding.
-KW_String SystemText(const char* text);
-
-void SetDialogTitle(short dialogID, const KW_String& title);
-void SetDialogItemText(short dialogID, short item, const KW_String& text);
+inline void SetDialogItemText(short dialogID, short item, const KW_String& text) {
+    DGSetItemText(dialogID, item, KW_UniStringOf(text));
+}

@@ -22,7 +22,6 @@ bool sett_ADDON_ONLY_PLUS_VERSION = false;
 
 namespace {
 
-constexpr short kMenuResID = 32500;  // of the first language; one menu a language
 constexpr int kMenuPositionCode = 13;
 
 enum MenuItem : short {
@@ -33,26 +32,19 @@ enum MenuItem : short {
     kItemInfo = 5,
 };
 
-KW_String ownVersion() {
-    return KW_String(kAddonVersionLine, KW_String::Encoding_System);
-}
-
-KW_String libraryName() {
-    return KW_String("Tessaro", KW_String::Encoding_System);
-}
-
-void MenuCommandHandler(const API_MenuParams* params, const short& menuResID) {
+/// Carries out a command of the menu of that language.
+GSErrCode MenuCommandHandler(const API_MenuParams* params, short language) {
     static bool firstTime = false;  // whether a command has been handled since the module was loaded
-    if (params->menuItemRef.menuResID != menuResID) return;
+    if (params->menuItemRef.menuResID != KW_Resource_Menu + language) return kNoError;
+    const KW_String ownVersion = KW_SystemText(kAddonVersionLine);
+    const KW_String libraryName = KW_SystemText("Tessaro");
     ACAPI_KeepInMemory(true);
     if (!firstTime) KW_Language_Read(true);
 
     switch (params->menuItemRef.itemIndex) {
-        case kItemAbout: {
-            CDlgAbout about;
-            about.ShowDialog();
+        case kItemAbout:
+            CDlgAbout().ShowDialog();
             break;
-        }
         case kItemLanguage:
             if (KW_Dlg_Language()) {
                 KW_Language_Read(true);
@@ -60,31 +52,21 @@ void MenuCommandHandler(const API_MenuParams* params, const short& menuResID) {
             }
             break;
         case kItemCheckForUpdates:
-            KW_AddonUpdate_CheckForUpdate(true, ownVersion(), libraryName());
+            KW_AddonUpdate_CheckForUpdate(true, ownVersion, libraryName);
             break;
         case kItemAutoUpdate:
-            KW_AddonUpdate_SwitchAutoUpdateValue(kMenuResID, kItemAutoUpdate);
+            KW_AddonUpdate_SwitchAutoUpdateValue(KW_Resource_Menu, kItemAutoUpdate);
             break;
-        case kItemInfo: {
-            CDlgInfo info;
-            info.ShowDialog();
+        case kItemInfo:
+            CDlgInfo().ShowDialog();
             break;
-        }
         default:
             break;
     }
 
-    if (firstTime) return;
-    if (params->menuItemRef.itemIndex != kItemCheckForUpdates) {
-        KW_AddonUpdate_AutoUpdate(ownVersion(), libraryName());
-    }
+    if (!firstTime && params->menuItemRef.itemIndex != kItemCheckForUpdates)
+        KW_AddonUpdate_AutoUpdate(ownVersion, libraryName);
     firstTime = true;
-}
-
-template <short languageIndex>
-GSErrCode menuHandler(const API_MenuParams* params) {
-    const short menuResID = kMenuResID + languageIndex;
-    MenuCommandHandler(params, menuResID);
     return kNoError;
 }
 
@@ -93,22 +75,22 @@ GSErrCode menuHandler(const API_MenuParams* params) {
 extern "C" {
 
 GSErrCode MenuCommandHandler_ITA(const API_MenuParams* params) {
-    return menuHandler<0>(params);
+    return MenuCommandHandler(params, 0);
 }
 GSErrCode MenuCommandHandler_INT(const API_MenuParams* params) {
-    return menuHandler<1>(params);
+    return MenuCommandHandler(params, 1);
 }
 GSErrCode MenuCommandHandler_FRA(const API_MenuParams* params) {
-    return menuHandler<2>(params);
+    return MenuCommandHandler(params, 2);
 }
 GSErrCode MenuCommandHandler_GER(const API_MenuParams* params) {
-    return menuHandler<3>(params);
+    return MenuCommandHandler(params, 3);
 }
 GSErrCode MenuCommandHandler_ESP(const API_MenuParams* params) {
-    return menuHandler<4>(params);
+    return MenuCommandHandler(params, 4);
 }
 GSErrCode MenuCommandHandler_JAP(const API_MenuParams* params) {
-    return menuHandler<5>(params);
+    return MenuCommandHandler(params, 5);
 }
 
 int CheckEnvironment(API_EnvirParams* params) {
@@ -121,7 +103,7 @@ int CheckEnvironment(API_EnvirParams* params) {
 GSErrCode RegisterInterface() {
     KW_Language_Read(true);
     const GSErrCode error =
-        ACAPI_Register_Menu(static_cast<short>(kMenuResID + gKW_Language), 0, kMenuPositionCode, 0);
+        ACAPI_Register_Menu(static_cast<short>(KW_Resource_Menu + gKW_Language), 0, kMenuPositionCode, 0);
     return error != kNoError ? error : ACAPI_Register_BuiltInLibrary();
 }
 
@@ -131,11 +113,11 @@ GSErrCode Initialize() {
                                            MenuCommandHandler_FRA, MenuCommandHandler_GER,
                                            MenuCommandHandler_ESP, MenuCommandHandler_JAP};
     GSErrCode combined = kNoError;
-    short menuResID = kMenuResID;
+    short menuResID = KW_Resource_Menu;
     for (const APIMenuCommandProc handler : handlers)
         combined |= ACAPI_Install_MenuHandler(menuResID++, handler);
     if (combined != kNoError) return combined;
-    KW_AddonUpdate_SetMenuUpdateCheck(kMenuResID, kItemAutoUpdate);
+    KW_AddonUpdate_SetMenuUpdateCheck(KW_Resource_Menu, kItemAutoUpdate);
     MenuUpdate();
     return kNoError;
 }

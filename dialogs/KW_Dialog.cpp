@@ -2,30 +2,26 @@
 
 #include "files/KW_Location.h"
 #include "foundation/KW_Units.h"
-#include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "platform/DialogManager.h"
 
 namespace {
 
-constexpr long kErrorPrefix = 10;
-constexpr long kWarningPrefix = 14;
-constexpr long kOKLabel = 64;
-
 constexpr GSType kFileCreator = 0x47534143;  // 'GSAC'
 constexpr int kFileIcon = 145;
 constexpr short kNameAsGiven = 0;  // extension option: nothing is added to the name
-
-KW_String FrameworkString(long index) {
-    return KW_Resource_GetString(static_cast<short>(KW_Resource_Framework + gKW_Language), index);
-}
 
 }  // namespace
 
 void KW_Dialog::ShowAlert(short type, const KW_String& text1, const KW_String& text2,
                           const KW_String& text3) {
     DGAlert(type, KW_UniStringOf(text1), KW_UniStringOf(text2), KW_UniStringOf(text3),
-            KW_UniStringOf(FrameworkString(kOKLabel)), GS::UniString(), GS::UniString());
+            KW_UniStringOf(KW_Resource_GetFrameworkString(KW_FrameworkText_OK)), GS::UniString(),
+            GS::UniString());
+}
+
+void KW_Dialog::ShowMessage(const KW_String& text) {
+    ShowAlert(DG_ALERT_PLAIN, KW_String(), text, KW_String());
 }
 
 KW_String KW_Dialog::SetPrefixString(const KW_String& text, bool firstPrefix, const KW_String& separator,
@@ -35,7 +31,8 @@ KW_String KW_Dialog::SetPrefixString(const KW_String& text, bool firstPrefix, co
     if (text.length == 0 || separator.length == 0) return result;
 
     const KW_String first = text.Substring(0, 1);
-    result = FrameworkString(firstPrefix ? kErrorPrefix : kWarningPrefix);
+    result = KW_Resource_GetFrameworkString(firstPrefix ? KW_FrameworkText_ErrorPrefix
+                                                        : KW_FrameworkText_WarningPrefix);
     result += separator;
     result += toLower ? first.ToLowerCase() : first.ToUpperCase();
     result += text.Substring(1);

@@ -14,6 +14,9 @@ public:
     /// when the user has closed them. `type` -1 is a plain message.
     static void ShowAlert(short type, const KW_String& text1, const KW_String& text2, const KW_String& text3);
 
+    /// Shows one text as a plain message.
+    static void ShowMessage(const KW_String& text);
+
     /// The word for an error (`firstPrefix`) or a warning, then the separator, then the text with its first
     /// character in lower (`toLower`) or upper case. Empty when the text or the separator is.
     static KW_String SetPrefixString(const KW_String& text, bool firstPrefix, const KW_String& separator,

@@ -300,3 +300,8 @@ public:
     KW_CString& operator=(KW_CString other) noexcept;
     ~KW_CString();
 };
+
+/// The text of Encoding_System.
+inline KW_String KW_SystemText(const char* text) {
+    return KW_String(text, KW_String::Encoding_System);
+}

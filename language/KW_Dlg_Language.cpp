@@ -14,26 +14,24 @@ constexpr short kDialog = 32734;
 constexpr short kFirstIcon = 32758;  // of language 0
 
 enum Item : short { kItemOK = 1, kItemCancel = 2, kItemList = 3, kItemPrompt = 6 };
-enum Text : short { kTextCancel = 5, kTextOK = 64, kTextPrompt = 65 };
 
-void setText(short dialogID, short item, short textIndex) {
-    const KW_String text =
-        KW_Resource_GetString(static_cast<short>(KW_Resource_Framework + gKW_Language), textIndex);
+void setText(short dialogID, short item, KW_FrameworkText index) {
+    const KW_String text = KW_Resource_GetFrameworkString(index);
     DGSetItemText(dialogID, item, KW_UniStringOf(text));
 }
 
 bool isOffered(short language) {
-    const KW_String offered(sett_ADDON_SHOWED_LANGUAGES, KW_String::Encoding_System);
+    const KW_String offered = KW_SystemText(sett_ADDON_SHOWED_LANGUAGES);
     return offered.length == 0 || offered.IndexOfIgnoreCase(gKW_Languages_Suffixes[language], 0) >= 0;
 }
 
 void initialise(short dialogID, KW_List<short>& langIndexes) {
     DGSetDialogClientSize(dialogID, 483, 282, 0, true);
-    const KW_String title(sett_ADDON_NAME, KW_String::Encoding_System);
+    const KW_String title = KW_SystemText(sett_ADDON_NAME);
     DGSetDialogTitle(dialogID, KW_UniStringOf(title));
-    setText(dialogID, kItemOK, kTextOK);
-    setText(dialogID, kItemCancel, kTextCancel);
-    setText(dialogID, kItemPrompt, kTextPrompt);
+    setText(dialogID, kItemOK, KW_FrameworkText_OK);
+    setText(dialogID, kItemCancel, KW_FrameworkText_Cancel);
+    setText(dialogID, kItemPrompt, KW_FrameworkText_LanguagePrompt);
 
     DGListSetTabFieldCount(dialogID, kItemList, 1);
     DGListSetItemHeight(dialogID, kItemList, 30);
@@ -93,8 +91,8 @@ short KW_Dlg_Language_CallBack(short message, short dialogID, short item, DGUser
         case DG_MSG_CHANGE:
             if (item == kItemList) {
                 gKW_Language = selectedLanguage(dialogID, langIndexes, gKW_Language);
-                setText(dialogID, kItemCancel, kTextCancel);
-                setText(dialogID, kItemPrompt, kTextPrompt);
+                setText(dialogID, kItemCancel, KW_FrameworkText_Cancel);
+                setText(dialogID, kItemPrompt, KW_FrameworkText_LanguagePrompt);
             }
             return 0;
         default:

@@ -6,10 +6,8 @@
 short gKW_Language = KW_Language_International;
 
 KW_String gKW_Languages_Suffixes[KW_Language_Count] = {
-    KW_String("ita", KW_String::Encoding_System), KW_String("int", KW_String::Encoding_System),
-    KW_String("fra", KW_String::Encoding_System), KW_String("ger", KW_String::Encoding_System),
-    KW_String("spa", KW_String::Encoding_System), KW_String("jap", KW_String::Encoding_System),
-    KW_String("rus", KW_String::Encoding_System),
+    KW_SystemText("ita"), KW_SystemText("int"), KW_SystemText("fra"), KW_SystemText("ger"),
+    KW_SystemText("spa"), KW_SystemText("jap"), KW_SystemText("rus"),
 };
 
 namespace {
@@ -17,12 +15,12 @@ namespace {
 constexpr short kFirstExtraLanguage = 5;
 
 KW_String currentKey() {
-    return KW_String("Language_str", KW_String::Encoding_System);
+    return KW_SystemText("Language_str");
 }
 
 // The form of earlier versions: the index as a number. It is read and never written.
 KW_String olderKey() {
-    return KW_String("Language", KW_String::Encoding_System);
+    return KW_SystemText("Language");
 }
 
 KW_AddonSettings_Type languageSettings() {
@@ -71,7 +69,7 @@ void KW_Language_Write() {
 
 void KW_Language_CheckSupportedLanguage() {
     if (gKW_Language < kFirstExtraLanguage) return;
-    const KW_String supported(sett_ADDON_SUPP_EXTRA_LANGUAGES, KW_String::Encoding_System);
+    const KW_String supported = KW_SystemText(sett_ADDON_SUPP_EXTRA_LANGUAGES);
     const bool known = gKW_Language < KW_Language_Count;
     if (!known || supported.IndexOfIgnoreCase(gKW_Languages_Suffixes[gKW_Language], 0) < 0) {
         gKW_Language = KW_Language_International;

@@ -18,7 +18,15 @@ KW_String KW_Resource_GetString(short resID, long index) {
         const short international = static_cast<short>(resID + KW_Language_International - gKW_Language);
         found = ACAPI_Resource_GetLocUStr(text, international, stringIndex, module);
     }
-    return found ? KW_String(text) : KW_String("_ERR_NO_", KW_String::Encoding_System);
+    return found ? KW_String(text) : KW_SystemText("_ERR_NO_");
+}
+
+KW_String KW_Resource_GetCurrentString(short base, long index) {
+    return KW_Resource_GetString(static_cast<short>(base + gKW_Language), index);
+}
+
+KW_String KW_Resource_GetFrameworkString(long index) {
+    return KW_Resource_GetCurrentString(KW_Resource_Framework, index);
 }
 
 GSErrCode KW_Menu_SetText(short menuResID, int item, const KW_String& text) {
@@ -33,9 +41,7 @@ void MenuUpdate() {
     for (short language = 0; language < KW_Language_Count; ++language) {
         const short menuResID = static_cast<short>(KW_Resource_Menu + language);
         for (int item = 1; item <= kMenuItemCount; ++item) {
-            const KW_String text =
-                KW_Resource_GetString(static_cast<short>(KW_Resource_MenuItems + gKW_Language), item);
-            KW_Menu_SetText(menuResID, item, text);
+            KW_Menu_SetText(menuResID, item, KW_Resource_GetCurrentString(KW_Resource_MenuItems, item));
         }
     }
 }

@@ -2,26 +2,19 @@
 
 #include "dialogs/KW_Dialog.h"
 #include "foundation/KW_String.h"
-#include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "library/KW_General.h"
 #include "library/KW_LibPart.h"
 
 namespace {
 
-constexpr long kPartNotFoundText = 85;
-constexpr short kAlertType = -1;
-
 /// Whether the index is one of a part. When it is not, tells the user if that is wanted.
 bool foundOrAlert(long index, bool showAlert, const KW_String& message) {
-    if (index >= 0) return true;
-    if (!showAlert) return false;
-    const KW_String none("", KW_String::Encoding_System);
-    const short resID = static_cast<short>(KW_Resource_Framework + gKW_Language);
-    KW_Dialog::ShowAlert(kAlertType, none,
-                         message.length > 0 ? message : KW_Resource_GetString(resID, kPartNotFoundText),
-                         none);
-    return false;
+    if (index < 0 && showAlert) {
+        KW_Dialog::ShowMessage(
+            message.length > 0 ? message : KW_Resource_GetFrameworkString(KW_FrameworkText_PartNotFound));
+    }
+    return index >= 0;
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include "files/KW_Location.h"
 #include "foundation/KW_String.h"
-#include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "library/KW_Library.h"
 
@@ -10,8 +9,6 @@
 #include <limits>
 
 namespace {
-
-constexpr long kAskForLibraryText = 13;
 
 void releaseLocation(API_LibPart& part) {
     delete part.location;
@@ -45,8 +42,7 @@ long indexWithLibrary(const KW_String& name, API_LibTypeID type, bool checkLoade
     KW_Library::Load(checkLoaded);
     index = KW_LibPart::Index(name, type);
     if (index >= 0) return index;
-    const short resID = static_cast<short>(KW_Resource_Framework + gKW_Language);
-    if (!KW_Library::Ask(KW_Resource_GetString(resID, kAskForLibraryText), true)) return -1;
+    if (!KW_Library::Ask(KW_Resource_GetFrameworkString(KW_FrameworkText_AskForLibrary), true)) return -1;
     return KW_LibPart::Index(name, type);
 }
 

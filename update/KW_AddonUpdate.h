@@ -17,18 +17,18 @@ enum KW_AddonUpdate_LineKind : int {
 /// One add-on line, such as "TessaroLibrary 22.0.4.2200 (AC220) 03/08/2018 ita int". A new record has empty
 /// strings and numbers of 0.
 struct KW_AddonUpdate_Addon {
-    KW_String name;
-    KW_String versionText;     ///< as written: "22.0.4.2200"
-    short versionNumbers[4];   ///< the first four numbers of it; 0 for a missing one
-    short hostVersion;         ///< the host's major version: 22 for "(AC220)"
-    KW_String date;            ///< yyyymmdd
-    KW_String dateText;        ///< as written: "03/08/2018"
-    KW_List<short> languages;  ///< language indexes in line order
-    KW_String text;            ///< the text lines, joined by line feeds
-    bool inSE;                 ///< false when marked "NoSE"
-    bool inSuite;              ///< false when marked "NoSuite"
+    KW_String name = KW_SystemText("");
+    KW_String versionText = KW_SystemText("");  ///< as written: "22.0.4.2200"
+    short versionNumbers[4] = {};               ///< the first four numbers of it; 0 for a missing one
+    short hostVersion = 0;                      ///< the host's major version: 22 for "(AC220)"
+    KW_String date = KW_SystemText("");         ///< yyyymmdd
+    KW_String dateText = KW_SystemText("");     ///< as written: "03/08/2018"
+    KW_List<short> languages;                   ///< language indexes in line order
+    KW_String text = KW_SystemText("");         ///< the text lines, joined by line feeds
+    bool inSE = false;                          ///< false when marked "NoSE"
+    bool inSuite = true;                        ///< false when marked "NoSuite"
 
-    KW_AddonUpdate_Addon();
+    KW_AddonUpdate_Addon() = default;
     KW_AddonUpdate_Addon(const KW_AddonUpdate_Addon& other) = default;
     KW_AddonUpdate_Addon(KW_AddonUpdate_Addon&& other) = default;
     KW_AddonUpdate_Addon& operator=(const KW_AddonUpdate_Addon& other);
@@ -36,23 +36,19 @@ struct KW_AddonUpdate_Addon {
 
 /// One library line, such as "Tessaro 01/10/2018". A new record has empty strings.
 struct KW_AddonUpdate_Library {
-    KW_String name;
-    KW_String date;      ///< yyyymmdd
-    KW_String dateText;  ///< as written
-    KW_String text;      ///< the text lines, joined by line feeds
-    bool inSuite;        ///< false when marked "NoSuite"
-
-    KW_AddonUpdate_Library();
+    KW_String name = KW_SystemText("");
+    KW_String date = KW_SystemText("");      ///< yyyymmdd
+    KW_String dateText = KW_SystemText("");  ///< as written
+    KW_String text = KW_SystemText("");      ///< the text lines, joined by line feeds
+    bool inSuite = true;                     ///< false when marked "NoSuite"
 };
 
 /// One notice to the users. A new record has empty strings.
 struct KW_AddonUpdate_Message {
-    KW_String firstDate;   ///< yyyymmdd, not checked; empty when absent
-    KW_String secondDate;  ///< likewise
-    KW_String text;        ///< up to the first "http://"
-    KW_String url;         ///< from there to the end; empty when there is none
-
-    KW_AddonUpdate_Message();
+    KW_String firstDate = KW_SystemText("");   ///< yyyymmdd, not checked; empty when absent
+    KW_String secondDate = KW_SystemText("");  ///< likewise
+    KW_String text = KW_SystemText("");        ///< up to the first "http://"
+    KW_String url = KW_SystemText("");         ///< from there to the end; empty when there is none
 };
 
 /// Reads the downloaded versions file and appends its entries to the lists, in file order. Lines that are no

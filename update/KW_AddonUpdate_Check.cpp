@@ -1,6 +1,5 @@
 #include "dialogs/KW_Dialog.h"
 #include "files/KW_File.h"
-#include "language/KW_Language.h"
 #include "language/KW_Resource.h"
 #include "settings/AddonIdentity.h"
 #include "settings/KW_AddonSettings.h"
@@ -21,23 +20,22 @@ namespace {
 
 constexpr short kUpdateDialogResID = 32755;
 constexpr double kCheckInterval = 1209600.0;  // 14 days, in seconds
+constexpr std::uint64_t kMaxVersionsFileSize = 16U << 20;
 constexpr char kVersionsPath[] = "update_plugins/versions16.txt";
 constexpr char kVersionsPlusPath[] = "update_plugins/versions_plus.txt";
 
 /// Each host version keeps a time of its own.
 KW_String lastCheckKey() {
-    return KW_AddonUpdate_SystemText("LastUpdateCheck_") + "22" + "0";
+    return KW_SystemText("LastUpdateCheck_") + KW_AddonUpdate_HostVersion() + "0";
 }
 
 KW_String versionsFileAddress() {
-    return KW_AddonUpdate_SystemText(kURLUpdateServer) +
+    return KW_SystemText(kURLUpdateServer) +
            (sett_ADDON_ONLY_PLUS_VERSION ? kVersionsPlusPath : kVersionsPath);
 }
 
 void showFailure() {
-    constexpr short kFailureText = 33;
-    KW_Dialog::ShowAlert(DG_ALERT_PLAIN, KW_AddonUpdate_SystemText(""), KW_AddonUpdate_GetText(kFailureText),
-                         KW_AddonUpdate_SystemText(""));
+    KW_Dialog::ShowMessage(KW_Resource_GetFrameworkString(KW_FrameworkText_CheckFailed));
 }
 
 /// Its buttons act on the dialog of the last check, so there is never more than one.
@@ -54,16 +52,16 @@ void storeCheckTime() {
     KW_AddonSettings_Save(KW_AddonSettings_ThisAddon);
 }
 
-/// Reads the downloaded file and deletes it.
+/// Reads the downloaded file and deletes it; one that is too large it only deletes.
 bool takeVersionsFile(KW_String& text) {
     KW_Location location;
     if (!KW_AddonUpdate_GetFileLocation(location)) return false;
-    bool read = false;
-    {
-        KW_File file;
-        if (file.Open(location, OpenMode_Read) != 0) return false;
-        read = file.ReadFullText(text, true, KW_String::Encoding_System) == 0;
-    }
+    KW_File file;
+    if (file.Open(location, OpenMode_Read) != 0) return false;
+    std::uint64_t size = 0;
+    const bool read = file.file->GetRemainingLength(&size) == kNoError && size <= kMaxVersionsFileSize &&
+                      file.ReadFullText(text, true, KW_String::Encoding_System) == 0;
+    file.file.reset();
     KW_File::Delete(location);
     return read;
 }
@@ -91,12 +89,10 @@ void downloadFinished() {
     KW_String text;
     const bool read = takeVersionsFile(text);
     if (sUpdateDialogClosed) return;
-    const KW_AddonUpdate_Comparison comparison = KW_AddonUpdate_CompareVersions(sCurrentAddonVersion, text);
-    if (read && comparison != KW_AddonUpdate_OwnLineInvalid) {
-        showResult(comparison);
-    } else {
-        showFailure();
-    }
+    const auto comparison =
+        read ? KW_AddonUpdate_CompareVersions(sCurrentAddonVersion, text) : KW_AddonUpdate_OwnLineInvalid;
+    if (comparison == KW_AddonUpdate_OwnLineInvalid) return showFailure();
+    showResult(comparison);
 }
 
 }  // namespace
@@ -161,16 +157,4 @@ int KW_AddonUpdate_UpdateCallBack(KW_URL_Message message, double, void*) {
             break;
     }
     return sUpdateCancelled;
-}
-
-void KW_AddonUpdate_ResetState() {
-    sCurrentAddonVersion.SetToNullString();
-    sUpdateAddonLibName.SetToNullString();
-    sHasLibrary = false;
-    sUpdateCalledByUser = false;
-    sUpdateStatus = kUpdateStatus_None;
-    sIDUpdateDialog = 0;
-    sUpdateCancelled = false;
-    sUpdateDownloading = false;
-    sUpdateDialogClosed = false;
 }

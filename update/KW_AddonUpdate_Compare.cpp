@@ -1,29 +1,40 @@
 #include "update/KW_AddonUpdate_Internal.h"
-#include "update/KW_VersionLine.h"
+
+#include <algorithm>
 
 namespace {
 
 bool startsWith(KW_Units line, KW_Units start) {
-    return line.size() >= start.size() && KW_UnitsEqual(line.first(start.size()), start);
+    return line.size() >= start.size() && std::ranges::equal(line.first(start.size()), start);
+}
+
+KW_Units majorVersion(KW_Units version) {
+    return {version.begin(), std::ranges::find(version, u'.')};
 }
 
 }  // namespace
 
 KW_AddonUpdate_Comparison KW_AddonUpdate_CompareVersions(const KW_String& ownLine, const KW_String& text) {
-    const KW_VersionLine own{KW_UnitsOf(ownLine)};
-    if (own.Kind() == KW_AddonUpdate_NoVersionLine) return KW_AddonUpdate_OwnLineInvalid;
+    std::vector<KW_Units> own;
+    KW_AddonUpdate_TakeTokens(KW_UnitsOf(ownLine), own);
+    const int kind = KW_AddonUpdate_CheckVersionFormat(own);
+    if (kind == KW_AddonUpdate_NoVersionLine) return KW_AddonUpdate_OwnLineInvalid;
+    if (kind == KW_AddonUpdate_LibraryLine) return KW_AddonUpdate_UpToDate;
 
-    const auto isNewer = [&own](const KW_VersionLine& line) {
-        return line.Kind() == KW_AddonUpdate_AddonLine && KW_UnitsEqual(line.Token(1), own.Token(1)) &&
-               KW_UnitsEqual(line.Token(3), own.Token(3)) &&
-               KW_UnitsEqual(line.MajorVersion(), own.MajorVersion()) && line.Date() > own.Date();
-    };
+    const KW_String ownDate = KW_AddonUpdate_FormatDate(own[3]);
+    std::vector<KW_Units> tokens;
     KW_Units rest = KW_UnitsOf(text);
     while (!rest.empty()) {
         const KW_Units line = KW_TakeLine(rest);
         // Most lines tell of other products, which shows before they are taken apart.
-        if (startsWith(line, own.Token(1)) && isNewer(KW_VersionLine(line)))
+        if (!startsWith(line, own[0])) continue;
+        KW_AddonUpdate_TakeTokens(line, tokens);
+        if (KW_AddonUpdate_CheckVersionFormat(tokens) == KW_AddonUpdate_AddonLine &&
+            std::ranges::equal(tokens[0], own[0]) && std::ranges::equal(tokens[2], own[2]) &&
+            std::ranges::equal(majorVersion(tokens[1]), majorVersion(own[1])) &&
+            KW_AddonUpdate_FormatDate(tokens[3]) > ownDate) {
             return KW_AddonUpdate_UpdateAvailable;
+        }
     }
     return KW_AddonUpdate_UpToDate;
 }

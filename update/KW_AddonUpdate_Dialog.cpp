@@ -7,6 +7,8 @@
 #include "update/Addresses.h"
 #include "update/KW_AddonUpdate_Internal.h"
 
+#include <initializer_list>
+
 namespace {
 
 enum Item : short {
@@ -19,18 +21,6 @@ enum Item : short {
     kItemLibraryPage = 7,
 };
 
-enum Text : short {
-    kTextClose = 5,
-    kTextAvailable = 34,
-    kTextUpToDate = 35,
-    kTextWebSite = 37,
-    kTextUpdatePage = 79,
-    kTextAddonUpToDate = 80,
-    kTextAddonAvailable = 81,
-    kTextLibrary = 82,
-    kTextLibraryPage = 84,
-};
-
 constexpr short kDialogWidth = 655;
 constexpr short kDialogHeight = 172;
 constexpr unsigned int kEveryView = 7;  // the window lives in every kind of view
@@ -40,54 +30,38 @@ void setText(short dialogID, short item, const KW_String& text) {
     DGSetItemText(dialogID, item, KW_UniStringOf(text));
 }
 
-void setText(short dialogID, short item, short textIndex) {
-    setText(dialogID, item, KW_AddonUpdate_GetText(textIndex));
+void setText(short dialogID, short item, KW_FrameworkText text) {
+    setText(dialogID, item, KW_Resource_GetFrameworkString(text));
 }
 
-KW_String textWithName(short textIndex, const char* placeholder, const KW_String& name) {
-    return KW_AddonUpdate_GetText(textIndex).Replace(KW_AddonUpdate_SystemText(placeholder), name);
+KW_String textWithName(KW_FrameworkText text, const char* placeholder, const KW_String& name) {
+    return KW_Resource_GetFrameworkString(text).Replace(KW_SystemText(placeholder), name);
 }
 
-void fillWithLibrary(short dialogID, bool available) {
-    DGShowItem(dialogID, kItemLibraryPage);
-    setText(dialogID, kItemHeadline, available ? kTextAvailable : kTextUpToDate);
-    setText(dialogID, kItemAddon,
-            textWithName(available ? kTextAddonAvailable : kTextAddonUpToDate, "ADDONNAME",
-                         KW_AddonUpdate_SystemText(sett_ADDON_NAME)));
-    setText(dialogID, kItemLibraryPage, kTextLibraryPage);
-    setText(dialogID, kItemLibrary, textWithName(kTextLibrary, "ADDONLIBNAME", sUpdateAddonLibName));
-}
-
-void fillWithoutLibrary(short dialogID, bool available) {
-    for (const short item : {kItemLibraryPage, kItemLibrary, kItemHeadline})
-        DGHideItem(dialogID, item);
-    setText(dialogID, kItemAddon, available ? kTextAvailable : kTextUpToDate);
+void show(short dialogID, bool shown, std::initializer_list<short> items) {
+    for (const short item : items)
+        shown ? DGShowItem(dialogID, item) : DGHideItem(dialogID, item);
 }
 
 void fillWithResult(short dialogID) {
     const bool available = sUpdateStatus == kUpdateStatus_Available;
-    for (const short item : {kItemWebSite, kItemAddon, kItemLibrary, kItemUpdatePage})
-        DGShowItem(dialogID, item);
-    if (available) {
-        DGEnableItem(dialogID, kItemUpdatePage);
-    } else {
-        DGDisableItem(dialogID, kItemUpdatePage);
-    }
-    if (sHasLibrary) {
-        fillWithLibrary(dialogID, available);
-    } else {
-        fillWithoutLibrary(dialogID, available);
-    }
-}
-
-void hideResult(short dialogID) {
-    for (const short item : {kItemWebSite, kItemUpdatePage, kItemLibraryPage, kItemAddon, kItemLibrary}) {
-        DGHideItem(dialogID, item);
-    }
+    show(dialogID, true, {kItemWebSite, kItemAddon, kItemUpdatePage});
+    show(dialogID, sHasLibrary, {kItemHeadline, kItemLibrary, kItemLibraryPage});
+    available ? DGEnableItem(dialogID, kItemUpdatePage) : DGDisableItem(dialogID, kItemUpdatePage);
+    setText(dialogID, sHasLibrary ? kItemHeadline : kItemAddon,
+            available ? KW_FrameworkText_UpdateAvailable : KW_FrameworkText_UpToDate);
+    if (!sHasLibrary) return;
+    setText(dialogID, kItemAddon,
+            textWithName(available ? KW_FrameworkText_AddonAvailable : KW_FrameworkText_AddonUpToDate,
+                         "ADDONNAME", KW_SystemText(sett_ADDON_NAME)));
+    setText(dialogID, kItemLibraryPage, KW_FrameworkText_LibraryPage);
+    setText(dialogID, kItemLibrary,
+            textWithName(KW_FrameworkText_Library, "ADDONLIBNAME", sUpdateAddonLibName));
 }
 
 void openUpdatePage(bool ofLibrary) {
-    KW_String address = KW_AddonUpdate_SystemText(kURLUpdateServer) + kUpdatePagePath + "?acver=" + "22" +
+    KW_String address = KW_SystemText(kURLUpdateServer) + kUpdatePagePath +
+                        "?acver=" + KW_AddonUpdate_HostVersion() +
                         "&lang=" + KW_String::LongToString(gKW_Language, 0) + "&addon=" + sett_ADDON_NAME;
     if (ofLibrary) address += "&lib=Unknown";
     KW_General::LaunchURLByPath(address);
@@ -97,7 +71,7 @@ short itemClicked(short item) {
     switch (item) {
         case kItemWebSite:
             DGModelessClose(sIDUpdateDialog);
-            KW_General::LaunchURLByPath(KW_AddonUpdate_SystemText(kURLWebSite));
+            KW_General::LaunchURLByPath(KW_SystemText(kURLWebSite));
             return item;
         case kItemClose:
             sUpdateCancelled = true;
@@ -117,20 +91,16 @@ short itemClicked(short item) {
 
 }  // namespace
 
-KW_String KW_AddonUpdate_GetText(short index) {
-    return KW_Resource_GetString(static_cast<short>(KW_Resource_Framework + gKW_Language), index);
-}
-
 void KW_AddonUpdate_ResultUpdateInit(short dialogID) {
     DGSetDialogClientSize(dialogID, kDialogWidth, kDialogHeight, 0, true);
     DGBeginMoveGrowItems(dialogID);
-    DGSetDialogTitle(dialogID, KW_UniStringOf(KW_AddonUpdate_SystemText(sett_ADDON_NAME)));
-    setText(dialogID, kItemClose, kTextClose);
-    setText(dialogID, kItemWebSite, kTextWebSite);
-    setText(dialogID, kItemUpdatePage, kTextUpdatePage);
-    setText(dialogID, kItemLibraryPage, kTextUpdatePage);
+    DGSetDialogTitle(dialogID, KW_UniStringOf(KW_SystemText(sett_ADDON_NAME)));
+    setText(dialogID, kItemClose, KW_FrameworkText_Cancel);
+    setText(dialogID, kItemWebSite, KW_FrameworkText_WebSite);
+    setText(dialogID, kItemUpdatePage, KW_FrameworkText_UpdatePage);
+    setText(dialogID, kItemLibraryPage, KW_FrameworkText_UpdatePage);
     if (sUpdateStatus == kUpdateStatus_Running) {
-        hideResult(dialogID);
+        show(dialogID, false, {kItemWebSite, kItemUpdatePage, kItemLibraryPage, kItemAddon, kItemLibrary});
     } else if (sUpdateStatus == kUpdateStatus_UpToDate || sUpdateStatus == kUpdateStatus_Available) {
         fillWithResult(dialogID);
     }

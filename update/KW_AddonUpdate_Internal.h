@@ -1,38 +1,51 @@
 #pragma once
 
 #include "files/KW_Location.h"
+#include "foundation/KW_Units.h"
 #include "library/KW_General.h"
 #include "platform/DialogManager.h"
+#include "platform/HostTable.h"
 #include "update/KW_AddonUpdate.h"
 
 #include <ctime>
+#include <span>
+#include <vector>
 
 /// What the files of the update module share, and what its tests look at.
 
 // ---- Texts and numbers
 
-inline KW_String KW_AddonUpdate_SystemText(const char* text) {
-    return KW_String(text, KW_String::Encoding_System);
+/// The host's major version: "22".
+inline KW_String KW_AddonUpdate_HostVersion() {
+    return KW_String::LongToString(kAPIHostVersion / 1000, 0);
 }
 inline long KW_AddonUpdate_ToLong(const KW_String& text) {
     return KW_String::ToLong(text.ToCStr(KW_String::Encoding_System).data);
 }
-/// A text of the suite in the current language.
-KW_String KW_AddonUpdate_GetText(short index);
 
 // ---- Versions file
 
 /// Where the downloaded versions file lies. False when the host has no folder for it.
 bool KW_AddonUpdate_GetFileLocation(KW_Location& location);
 
+/// Replaces `tokens` by those of the line. A versions file has many lines of which one or two concern an
+/// add-on, so neither lines nor tokens are copied.
+void KW_AddonUpdate_TakeTokens(KW_Units line, std::vector<KW_Units>& tokens);
+
 /// The kind of the line with these tokens, a KW_AddonUpdate_LineKind.
+int KW_AddonUpdate_CheckVersionFormat(std::span<const KW_Units> tokens);
 int KW_AddonUpdate_CheckVersionFormat(KW_List<KW_String>& tokens);
 
-/// dd/mm/yyyy turned into yyyymmdd; of a shorter text what it has.
-KW_String KW_AddonUpdate_FormatDate(KW_String& date);
+/// dd/mm/yyyy turned into yyyymmdd, so that dates compare as text; of a shorter text what it has.
+KW_String KW_AddonUpdate_FormatDate(KW_Units date);
+inline KW_String KW_AddonUpdate_FormatDate(KW_String& date) {
+    return KW_AddonUpdate_FormatDate(KW_UnitsOf(date));
+}
 
-/// The text lines ("# ...") right behind lines[index], joined by line feeds. `index` is left on the last of
-/// them, or on the number of lines when these ran out.
+/// Takes the text lines ("# ...") off the front of `rest` and joins them by line feeds.
+KW_String KW_AddonUpdate_ReadText(KW_Units& rest);
+/// The same right behind lines[index], which is left on the last of them, or on the number of lines when
+/// these ran out.
 KW_String KW_AddonUpdate_ReadText(long& index, KW_List<KW_String>& lines);
 
 /// Appends the entries of a versions file's text to the lists.
@@ -88,6 +101,3 @@ extern short sIDUpdateDialog;     ///< result dialog of the last check
 extern bool sUpdateCancelled;     ///< the user closed the dialog since the connection opened
 extern bool sUpdateDownloading;   ///< the download of the last check has not ended
 extern bool sUpdateDialogClosed;  ///< the result dialog has been closed: nobody waits for the result
-
-/// The state that the module has when it is loaded, for tests.
-void KW_AddonUpdate_ResetState();

@@ -1,19 +1,18 @@
+#include "language/KW_Language.h"
 #include "platform/HostInterface.h"
 #include "settings/KW_AddonSettings.h"
 #include "update/KW_AddonUpdate_Internal.h"
 
 namespace {
 
-constexpr short kMenuCount = 7;  // one menu a language
-
 KW_String autoUpdateKey() {
-    return KW_AddonUpdate_SystemText("AutoUpdate");
+    return KW_SystemText("AutoUpdate");
 }
 
 /// Hands the flags of the item in each menu that the host has to `change`, and writes them back.
 template <typename Change>
 void changeItemFlags(short firstMenuResID, short item, Change change) {
-    for (short m = 0; m < kMenuCount; ++m) {
+    for (short m = 0; m < KW_Language_Count; ++m) {
         API_MenuItemRef reference{};
         reference.menuResID = static_cast<std::int16_t>(firstMenuResID + m);
         reference.itemIndex = item;
@@ -31,8 +30,8 @@ KW_String KW_AddonUpdate_GetAutoUpdate() {
 }
 
 void KW_AddonUpdate_SetAutoUpdate(bool on) {
-    KW_AddonSettings_LoadSetSave(KW_AddonSettings_ThisAddon, autoUpdateKey(),
-                                 KW_AddonUpdate_SystemText(on ? "1" : "0"), true);
+    KW_AddonSettings_LoadSetSave(KW_AddonSettings_ThisAddon, autoUpdateKey(), KW_SystemText(on ? "1" : "0"),
+                                 true);
 }
 
 bool KW_AddonUpdate_SwitchAutoUpdateValue(short menuResID, short item) {

@@ -1,17 +1,20 @@
 #include "files/KW_File.h"
 #include "language/KW_Language.h"
 #include "update/KW_AddonUpdate_Internal.h"
-#include "update/KW_VersionLine.h"
 
 #include <algorithm>
+#include <array>
+#include <memory>
 #include <string_view>
 #include <utility>
 
 namespace {
 
+using Tokens = std::vector<KW_Units>;
+
 constexpr char kVersionsFileName[] = "__updcf__.tmp";
-constexpr unsigned short kLineFeed = 0x0A;
-constexpr std::size_t kTextMark = 2;  // units before the text of a text line: "#" and a blank
+constexpr std::string_view kMessageMark = "MESSAGE";  // anywhere in the first token
+constexpr std::size_t kTextMark = 2;                  // units before the text of a text line: "#" and a blank
 
 bool startsWith(KW_Units line, char mark) {
     return !line.empty() && line[0] == static_cast<unsigned char>(mark);
@@ -21,32 +24,73 @@ bool isTextLine(KW_Units line) {
     return startsWith(line, '#');
 }
 
+bool isDateSeparator(unsigned short unit) {
+    return unit == '-' || unit == '/';
+}
+
+/// In the system encoding the digits are the bytes of ASCII, and nothing else is converted to one of them.
+bool isDigit(unsigned short unit) {
+    return unit >= '0' && unit <= '9';
+}
+
+bool digitsOnly(KW_Units text) {
+    return std::ranges::all_of(text, isDigit);
+}
+
+/// Cut at the end of the text; empty when it starts behind it.
+KW_Units part(KW_Units text, std::size_t start, std::size_t count) {
+    if (start >= text.size()) return {};
+    return text.subspan(start, std::min(count, text.size() - start));
+}
+
+/// dd/mm/yyyy or dd-mm-yyyy; what follows is not looked at, and neither is the length.
+bool isDate(KW_Units text) {
+    return text.size() > 5 && isDateSeparator(text[2]) && isDateSeparator(text[5]) &&
+           digitsOnly(part(text, 0, 2)) && digitsOnly(part(text, 3, 2)) && digitsOnly(part(text, 6, 4));
+}
+
+/// At least four numbers between dots; the first four are looked at. A number without digits is one.
+bool isVersion(KW_Units text) {
+    for (int number = 1; number <= 4; ++number) {
+        const auto dot = std::ranges::find(text, static_cast<unsigned short>('.'));
+        if (!digitsOnly(KW_Units(text.begin(), dot))) return false;
+        if (dot == text.end()) return number == 4;
+        text = KW_Units(dot + 1, text.end());
+    }
+    return true;
+}
+
+/// "(AC220)"
+bool isHostTag(KW_Units text) {
+    return text.size() >= 4 && text[0] == '(' && text[1] == 'A' && text[2] == 'C' && text.back() == ')' &&
+           digitsOnly(text.subspan(3, text.size() - 4));
+}
+
 bool equals(KW_Units token, std::string_view ascii) {
     return std::ranges::equal(token, ascii);
 }
 
-bool holdsMessageMark(KW_Units token) {
-    constexpr std::string_view kMark = "MESSAGE";
-    return !std::ranges::search(token, kMark).empty();
+Tokens tokensOf(const KW_String& line) {
+    Tokens tokens;
+    KW_AddonUpdate_TakeTokens(KW_UnitsOf(line), tokens);
+    return tokens;
 }
 
-/// Null for a token without units, as every such piece of a text is.
-void setToken(KW_String& text, KW_Units token) {
-    if (token.empty()) {
-        text.SetToNullString();
-    } else {
-        KW_SetUnits(text, token);
-    }
+KW_Units tokenAt(const Tokens& tokens, std::size_t index) {
+    return index < tokens.size() ? tokens[index] : KW_Units();
 }
 
+/// Empty, not null, for no units.
 KW_String stringOf(KW_Units units) {
     KW_String text;
     KW_SetUnits(text, units);
     return text;
 }
 
-KW_String emptyString() {
-    return stringOf({});
+/// Null for a token without units, as every such piece of a text is, and for one that the line lacks.
+void setToken(KW_String& text, KW_Units token) {
+    text.SetToNullString();
+    text.THIS_Append(token.data(), static_cast<unsigned int>(token.size()));
 }
 
 /// The number that the digits are; numbers too large for 64 bits wrap, as everywhere.
@@ -67,14 +111,6 @@ void setVersionNumbers(KW_AddonUpdate_Addon& addon, KW_Units version) {
     }
 }
 
-/// The host's major version: "22" of "(AC220)", whose last digit is the minor one.
-short hostVersionOf(KW_Units hostTag) {
-    constexpr std::size_t kBefore = 3;
-    constexpr std::size_t kBehind = 2;
-    if (hostTag.size() <= kBefore + kBehind) return 0;
-    return numberOf(hostTag.subspan(kBefore, hostTag.size() - kBefore - kBehind));
-}
-
 /// The index of the language that the marker names in whatever case, or -1.
 short languageOf(KW_Units marker) {
     for (short language = 0; language < KW_Language_Count; ++language) {
@@ -86,81 +122,56 @@ short languageOf(KW_Units marker) {
     return -1;
 }
 
-/// Calls `note` with each token of the line from token `first` on.
-template <typename Note>
-void forEachMarker(KW_Units line, int first, Note note) {
-    KW_TokenReader reader(line);
-    KW_Units token;
-    for (int number = 1; reader.Next(token); ++number) {
-        if (number >= first) note(token);
-    }
-}
-
-void fillAddon(KW_AddonUpdate_Addon& addon, KW_Units line) {
-    const KW_VersionLine tokens(line);
-    setToken(addon.name, tokens.Token(1));
-    setToken(addon.versionText, tokens.Token(2));
-    setVersionNumbers(addon, tokens.Token(2));
-    addon.hostVersion = hostVersionOf(tokens.Token(3));
-    KW_SetUnits(addon.date, tokens.Date().Units());
-    setToken(addon.dateText, tokens.Token(4));
+void fillAddon(KW_AddonUpdate_Addon& addon, const Tokens& tokens) {
+    setToken(addon.name, tokenAt(tokens, 0));
+    setToken(addon.versionText, tokenAt(tokens, 1));
+    setVersionNumbers(addon, tokenAt(tokens, 1));
+    // "22" of "(AC220)", whose last digit is the minor version
+    const KW_Units hostTag = tokenAt(tokens, 2);
+    addon.hostVersion = numberOf(part(hostTag, 3, std::max<std::size_t>(hostTag.size(), 5) - 5));
+    addon.date = KW_AddonUpdate_FormatDate(tokenAt(tokens, 3));
+    setToken(addon.dateText, tokenAt(tokens, 3));
 
     addon.languages.Reset();
     addon.inSE = true;
     addon.inSuite = true;
-    forEachMarker(line, 5, [&addon](KW_Units marker) {
-        if (equals(marker, "NoSE")) {
+    for (std::size_t i = 4; i < tokens.size(); ++i) {
+        if (equals(tokens[i], "NoSE")) {
             addon.inSE = false;
-        } else if (equals(marker, "NoSuite")) {
+        } else if (equals(tokens[i], "NoSuite")) {
             addon.inSuite = false;
-        } else if (short const language = languageOf(marker); language >= 0) {
+        } else if (const short language = languageOf(tokens[i]); language >= 0) {
             addon.languages.AddData(language, -1);
         }
-    });
+    }
 }
 
-void fillLibrary(KW_AddonUpdate_Library& library, KW_Units line) {
-    const KW_VersionLine tokens(line);
-    setToken(library.name, tokens.Token(1));
-    KW_SetUnits(library.date, KW_VersionDate(tokens.Token(2)).Units());
-    setToken(library.dateText, tokens.Token(2));
+void fillLibrary(KW_AddonUpdate_Library& library, const Tokens& tokens) {
+    setToken(library.name, tokenAt(tokens, 0));
+    library.date = KW_AddonUpdate_FormatDate(tokenAt(tokens, 1));
+    setToken(library.dateText, tokenAt(tokens, 1));
     library.inSuite = true;
-    forEachMarker(line, 3, [&library](KW_Units marker) {
-        if (equals(marker, "NoSuite")) library.inSuite = false;
-    });
+    for (std::size_t i = 2; i < tokens.size(); ++i)
+        if (equals(tokens[i], "NoSuite")) library.inSuite = false;
 }
 
-void addTextLine(KW_String& text, KW_Units line) {
-    if (text.length > 0) text.THIS_Append(&kLineFeed, 1);
-    if (line.size() <= kTextMark) return;
-    const KW_Units piece = line.subspan(kTextMark);
-    text.THIS_Append(piece.data(), static_cast<unsigned int>(piece.size()));
+/// Joins the text lines that `next` gives, until it gives another line or none.
+template <typename Next>
+KW_String joinTextLines(Next next) {
+    std::vector<unsigned short> joined;
+    for (KW_Units line = next(); isTextLine(line); line = next()) {
+        if (!joined.empty()) joined.push_back('\n');
+        if (line.size() > kTextMark) joined.insert(joined.end(), line.begin() + kTextMark, line.end());
+    }
+    return stringOf(joined);
 }
 
-/// Empties the text and makes room for lines of so many units in all, so that adding them one by one moves
-/// nothing.
-void makeRoom(KW_String& text, std::size_t units) {
-    text.THIS_Alloc(static_cast<unsigned int>(units) + 1, false);
-    KW_SetUnits(text, {});
-}
-
-/// Takes the text lines off the front of `rest` and joins them.
-void takeText(KW_String& text, KW_Units& rest) {
-    KW_Units lines = rest;
-    while (isTextLine(rest))
-        KW_TakeLine(rest);
-    lines = lines.first(lines.size() - rest.size());
-    makeRoom(text, lines.size());
-    while (!lines.empty())
-        addTextLine(text, KW_TakeLine(lines));
-}
-
-KW_AddonUpdate_Message takeMessage(const KW_VersionLine& line, KW_Units& rest) {
+KW_AddonUpdate_Message takeMessage(const Tokens& tokens, KW_Units& rest) {
     KW_AddonUpdate_Message message;
-    KW_SetUnits(message.firstDate, KW_VersionDate(line.Token(2)).Units());
-    KW_SetUnits(message.secondDate, KW_VersionDate(line.Token(3)).Units());
-    takeText(message.text, rest);
-    const int url = message.text.IndexOf(KW_AddonUpdate_SystemText("http://"), 0);
+    message.firstDate = KW_AddonUpdate_FormatDate(tokenAt(tokens, 1));
+    message.secondDate = KW_AddonUpdate_FormatDate(tokenAt(tokens, 2));
+    message.text = KW_AddonUpdate_ReadText(rest);
+    const int url = message.text.IndexOf(KW_SystemText("http://"), 0);
     if (url >= 0) {
         message.url = message.text.Substring(static_cast<unsigned int>(url));
         message.text = message.text.Substring(0, static_cast<unsigned int>(url));
@@ -170,69 +181,61 @@ KW_AddonUpdate_Message takeMessage(const KW_VersionLine& line, KW_Units& rest) {
 
 }  // namespace
 
-KW_AddonUpdate_Addon::KW_AddonUpdate_Addon()
-    : name(emptyString()),
-      versionText(emptyString()),
-      versionNumbers{},
-      hostVersion(0),
-      date(emptyString()),
-      dateText(emptyString()),
-      text(emptyString()),
-      inSE(false),
-      inSuite(true) {}
-
 KW_AddonUpdate_Addon& KW_AddonUpdate_Addon::operator=(const KW_AddonUpdate_Addon& other) {
     if (this == &other) return *this;
-    name = other.name;
-    versionText = other.versionText;
-    std::ranges::copy(other.versionNumbers, versionNumbers);
-    hostVersion = other.hostVersion;
-    date = other.date;
-    dateText = other.dateText;
-    languages.Reset();
-    for (long i = 0; i < other.languages.count; ++i)
-        languages.AddData(other.languages[i], -1);
-    text = other.text;
-    inSE = other.inSE;
-    inSuite = other.inSuite;
-    return *this;
+    KW_AddonUpdate_Addon copy(other);  // lists are not assigned, so the record is made anew
+    std::destroy_at(this);
+    return *std::construct_at(this, std::move(copy));
 }
 
-KW_AddonUpdate_Library::KW_AddonUpdate_Library()
-    : name(emptyString()), date(emptyString()), dateText(emptyString()), text(emptyString()), inSuite(true) {}
+void KW_AddonUpdate_TakeTokens(KW_Units line, std::vector<KW_Units>& tokens) {
+    tokens.clear();
+    KW_TokenReader reader(line);
+    for (KW_Units token; reader.Next(token);)
+        tokens.push_back(token);
+}
 
-KW_AddonUpdate_Message::KW_AddonUpdate_Message()
-    : firstDate(emptyString()), secondDate(emptyString()), text(emptyString()), url(emptyString()) {}
+int KW_AddonUpdate_CheckVersionFormat(std::span<const KW_Units> tokens) {
+    if (tokens.size() >= 2 && tokens[1].size() == 10 && isDate(tokens[1])) return KW_AddonUpdate_LibraryLine;
+    const bool isAddon =
+        tokens.size() >= 4 && isVersion(tokens[1]) && isHostTag(tokens[2]) && isDate(tokens[3]);
+    return isAddon ? KW_AddonUpdate_AddonLine : KW_AddonUpdate_NoVersionLine;
+}
 
 int KW_AddonUpdate_CheckVersionFormat(KW_List<KW_String>& tokens) {
-    return KW_VersionLine(tokens).Kind();
+    Tokens units;
+    for (long i = 0; i < tokens.count; ++i)
+        units.push_back(KW_UnitsOf(tokens[i]));
+    return KW_AddonUpdate_CheckVersionFormat(units);
 }
 
-KW_String KW_AddonUpdate_FormatDate(KW_String& date) {
-    return stringOf(KW_VersionDate(KW_UnitsOf(date)).Units());
+KW_String KW_AddonUpdate_FormatDate(KW_Units date) {
+    std::array<unsigned short, 8> arranged;
+    auto end = arranged.begin();
+    for (const KW_Units piece : {part(date, 6, 4), part(date, 3, 2), part(date, 0, 2)})
+        end = std::ranges::copy(piece, end).out;
+    return stringOf({arranged.begin(), end});
 }
 
 void KW_AddonUpdate_SplitAddonVersion(KW_String line, KW_AddonUpdate_Addon& addon) {
     if (line.length == 0) {
         addon = KW_AddonUpdate_Addon();
     } else {
-        fillAddon(addon, KW_UnitsOf(line));
+        fillAddon(addon, tokensOf(line));
     }
 }
 
 void KW_AddonUpdate_SplitLibVersion(KW_String line, KW_AddonUpdate_Library& library) {
-    fillLibrary(library, KW_UnitsOf(line));
+    fillLibrary(library, tokensOf(line));
+}
+
+KW_String KW_AddonUpdate_ReadText(KW_Units& rest) {
+    return joinTextLines([&rest] { return isTextLine(rest) ? KW_TakeLine(rest) : KW_Units(); });
 }
 
 KW_String KW_AddonUpdate_ReadText(long& index, KW_List<KW_String>& lines) {
-    const long first = ++index;
-    std::size_t units = 0;
-    for (; index < lines.count && isTextLine(KW_UnitsOf(lines[index])); ++index)
-        units += lines[index].length;
-    KW_String text;
-    makeRoom(text, units);
-    for (long i = first; i < index; ++i)
-        addTextLine(text, KW_UnitsOf(lines[i]));
+    const KW_String text =
+        joinTextLines([&] { return ++index < lines.count ? KW_UnitsOf(lines[index]) : KW_Units(); });
     if (index < lines.count) --index;
     return text;
 }
@@ -240,32 +243,27 @@ KW_String KW_AddonUpdate_ReadText(long& index, KW_List<KW_String>& lines) {
 void KW_AddonUpdate_ReadVersions(const KW_String& text, KW_List<KW_AddonUpdate_Message>& messages,
                                  KW_List<KW_AddonUpdate_Addon>& addons,
                                  KW_List<KW_AddonUpdate_Library>& libraries) {
+    Tokens tokens;
     KW_Units rest = KW_UnitsOf(text);
     while (!rest.empty()) {
         const KW_Units line = KW_TakeLine(rest);
         if (startsWith(line, '*') || isTextLine(line)) continue;
-        const KW_VersionLine tokens(line);
-        if (holdsMessageMark(tokens.Token(1))) {
+        KW_AddonUpdate_TakeTokens(line, tokens);
+        if (!std::ranges::search(tokens[0], kMessageMark).empty()) {
             messages.AddData(takeMessage(tokens, rest), -1);
             continue;
         }
-        switch (tokens.Kind()) {
-            case KW_AddonUpdate_LibraryLine: {
-                KW_AddonUpdate_Library library;
-                fillLibrary(library, line);
-                takeText(library.text, rest);
-                libraries.AddData(std::move(library), -1);
-                break;
-            }
-            case KW_AddonUpdate_AddonLine: {
-                KW_AddonUpdate_Addon addon;
-                fillAddon(addon, line);
-                takeText(addon.text, rest);
-                addons.AddData(std::move(addon), -1);
-                break;
-            }
-            case KW_AddonUpdate_NoVersionLine:
-                break;
+        const int kind = KW_AddonUpdate_CheckVersionFormat(tokens);
+        if (kind == KW_AddonUpdate_LibraryLine) {
+            KW_AddonUpdate_Library library;
+            fillLibrary(library, tokens);
+            library.text = KW_AddonUpdate_ReadText(rest);
+            libraries.AddData(std::move(library), -1);
+        } else if (kind == KW_AddonUpdate_AddonLine) {
+            KW_AddonUpdate_Addon addon;
+            fillAddon(addon, tokens);
+            addon.text = KW_AddonUpdate_ReadText(rest);
+            addons.AddData(std::move(addon), -1);
         }
     }
 }
@@ -283,11 +281,7 @@ bool KW_AddonUpdate_ReadVersionsFile(KW_List<KW_AddonUpdate_Message>& messages,
     KW_Location location;
     if (!KW_AddonUpdate_GetFileLocation(location)) return false;
     KW_String text;
-    {
-        KW_File file;
-        if (file.Open(location, OpenMode_Read) != 0) return false;
-        if (file.ReadFullText(text, false, KW_String::Encoding_UTF8) != 0) return false;
-    }
+    if (KW_File::ReadFullText(location, text, false, KW_String::Encoding_UTF8) != 0) return false;
     KW_AddonUpdate_ReadVersions(text, messages, addons, libraries);
     return true;
 }

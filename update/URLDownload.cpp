@@ -19,58 +19,45 @@ constexpr CFIndex kURLReadChunkSize = 16384;            // one read
 constexpr CFOptionFlags kURLStreamEvents = kCFStreamEventOpenCompleted | kCFStreamEventHasBytesAvailable |
                                            kCFStreamEventErrorOccurred | kCFStreamEventEndEncountered;
 
-/// One running download.
+/// One running download and what keeps its record alive: a callback may run the loop (an alert is open), and
+/// handlers then fire inside one another.
 struct URLDownloadParams {
-    KW_URL_CallBack callBack = nullptr;  ///< may be null
-    void* userData = nullptr;
-    CFURLRef url = nullptr;             ///< owned
+    KW_URL_CallBack callBack;  ///< may be null
+    void* userData;
+    KW_Location destination;
     CFRunLoopTimerRef timer = nullptr;  ///< the time limit; owned; null once torn down
     CFReadStreamRef stream = nullptr;   ///< owned; null once torn down
-    KW_Location destination;
-    KW_File file;  ///< empty until the connection is open
-    std::int32_t status = 0;
+    KW_File file = {};                  ///< empty until the connection is open
+    unsigned int handlers = 0;          ///< running now
+    bool ended = false;                 ///< the last message was sent, or the caller cancelled
 };
 
-// The last state reached.
-constexpr std::int32_t kURLStatusOpened = 0;
-constexpr std::int32_t kURLStatusReceiving = 50;
-constexpr std::int32_t kURLStatusFinished = 101;
-constexpr std::int32_t kURLStatusFailed = -1;
-
-/// The record and what keeps it alive: a callback may run the loop (an alert is open), and handlers then fire
-/// inside one another.
-struct Download : URLDownloadParams {
-    unsigned int handlers = 0;  ///< running now
-    bool ended = false;         ///< the last message was sent, or the caller cancelled
+/// A reference that is released at the end.
+struct Release {
+    template <typename Object>
+    void operator()(Object* object) const {
+        CFRelease(object);
+    }
 };
-
 template <typename Reference>
-void ReleaseAndForget(Reference& reference) {
-    if (reference != nullptr) CFRelease(reference);
-    reference = nullptr;
-}
+using Owned = std::unique_ptr<std::remove_pointer_t<Reference>, Release>;
 
 void CloseStream(CFReadStreamRef& stream) {
     CFReadStreamSetClient(stream, 0, nullptr, nullptr);
     CFReadStreamUnscheduleFromRunLoop(stream, CFRunLoopGetCurrent(), kCFRunLoopCommonModes);
     CFReadStreamClose(stream);
-    ReleaseAndForget(stream);
-}
-
-void CloseFile(Download& download) {
-    if (download.file.file && download.file.file->IsOpen()) (void)download.file.file->Close();
+    CFRelease(std::exchange(stream, nullptr));
 }
 
 /// Afterwards no handler reaches the record.
-void TerminateDownload(Download& download) {
+void TerminateDownload(URLDownloadParams& download) {
     download.ended = true;
     if (download.stream != nullptr) CloseStream(download.stream);
-    CloseFile(download);
-    ReleaseAndForget(download.url);
+    download.file.file.reset();
     if (download.timer != nullptr) {
         CFRunLoopRemoveTimer(CFRunLoopGetCurrent(), download.timer, kCFRunLoopCommonModes);
         CFRunLoopTimerInvalidate(download.timer);
-        ReleaseAndForget(download.timer);
+        CFRelease(std::exchange(download.timer, nullptr));
     }
 }
 
@@ -82,13 +69,13 @@ public:
             TerminateDownload(*download);
     }
 
-    void Add(std::unique_ptr<Download> download) { running_.push_back(std::move(download)); }
-    void Remove(const Download* download) {
+    void Add(std::unique_ptr<URLDownloadParams> download) { running_.push_back(std::move(download)); }
+    void Remove(const URLDownloadParams* download) {
         std::erase_if(running_, [&](const auto& each) { return each.get() == download; });
     }
 
 private:
-    std::vector<std::unique_ptr<Download>> running_;
+    std::vector<std::unique_ptr<URLDownloadParams>> running_;
 };
 
 Downloads& RunningDownloads() {
@@ -99,7 +86,7 @@ Downloads& RunningDownloads() {
 /// Frees the record when the last handler returns from a download that has ended.
 class HandlerGuard {
 public:
-    explicit HandlerGuard(Download& download) : download_(download) { ++download_.handlers; }
+    explicit HandlerGuard(URLDownloadParams& download) : download_(download) { ++download_.handlers; }
     ~HandlerGuard() {
         if (--download_.handlers == 0 && download_.ended) RunningDownloads().Remove(&download_);
     }
@@ -107,57 +94,49 @@ public:
     HandlerGuard& operator=(const HandlerGuard&) = delete;
 
 private:
-    Download& download_;
+    URLDownloadParams& download_;
 };
 
-int Tell(const Download& download, KW_URL_Message message, double value) {
+int Tell(const URLDownloadParams& download, KW_URL_Message message) {
+    const double value = message == KW_URL_Progress ? 0.5 : 0.0;
     return download.callBack != nullptr ? download.callBack(message, value, download.userData) : 0;
 }
 
 /// Sends the last message. Whatever fires while the callback runs finds the download ended.
-void EndDownload(Download& download, KW_URL_Message message, std::int32_t status) {
+void EndDownload(URLDownloadParams& download, KW_URL_Message message) {
     download.ended = true;
-    CloseFile(download);
-    Tell(download, message, 0.0);
-    download.status = status;
+    download.file.file.reset();
+    Tell(download, message);
     TerminateDownload(download);
 }
 
-void ConnectionOpened(Download& download) {
-    download.status = kURLStatusOpened;
-    const bool cancelled = Tell(download, KW_URL_Opened, 0.0) == 1;
+void ConnectionOpened(URLDownloadParams& download) {
+    const bool cancelled = Tell(download, KW_URL_Opened) == 1;
     if (download.ended) return;  // the time limit ran out during the callback
     if (cancelled) {
         TerminateDownload(download);
     } else if (download.file.Open(download.destination, OpenMode_Write) != 0) {
-        EndDownload(download, KW_URL_Failed, kURLStatusFailed);
+        EndDownload(download, KW_URL_Failed);
     }
 }
 
-void WriteChunk(KW_File& destination, const char* bytes, std::uint64_t count) {
-    if (!destination.file || !destination.file->IsOpen()) return;
-    // A chunk that cannot be written is lost; the download goes on.
-    if (destination.file->Write(bytes, count, nullptr) != kNoError) {
-        (void)destination.file->RecoverFromFailedWrite();
-    }
-}
-
-void BytesAvailable(Download& download) {
+void BytesAvailable(URLDownloadParams& download) {
     std::uint8_t chunk[kURLReadChunkSize];
     const CFIndex count = CFReadStreamRead(download.stream, chunk, kURLReadChunkSize);
     if (count > 0) {
-        WriteChunk(download.file, reinterpret_cast<const char*>(chunk), static_cast<std::uint64_t>(count));
-        download.status = kURLStatusReceiving;
-        Tell(download, KW_URL_Progress, 0.5);
-    } else if (count == 0) {
-        EndDownload(download, KW_URL_Finished, kURLStatusFinished);
+        // A chunk that cannot be written is lost; the download goes on.
+        IO::File* const file = download.file.file.get();
+        const auto* const bytes = reinterpret_cast<const char*>(chunk);
+        if (file != nullptr && file->Write(bytes, static_cast<std::uint64_t>(count), nullptr) != kNoError)
+            (void)file->RecoverFromFailedWrite();
+        Tell(download, KW_URL_Progress);
     } else {
-        EndDownload(download, KW_URL_Failed, kURLStatusFailed);
+        EndDownload(download, count == 0 ? KW_URL_Finished : KW_URL_Failed);
     }
 }
 
 void ReadStreamClientCallBack(CFReadStreamRef, CFStreamEventType event, void* info) {
-    Download& download = *static_cast<Download*>(info);
+    URLDownloadParams& download = *static_cast<URLDownloadParams*>(info);
     if (download.ended) return;
     const HandlerGuard guard(download);
     switch (event) {
@@ -168,10 +147,10 @@ void ReadStreamClientCallBack(CFReadStreamRef, CFStreamEventType event, void* in
             BytesAvailable(download);
             break;
         case kCFStreamEventErrorOccurred:
-            EndDownload(download, KW_URL_Failed, kURLStatusFailed);
+            EndDownload(download, KW_URL_Failed);
             break;
         case kCFStreamEventEndEncountered:
-            EndDownload(download, KW_URL_Finished, kURLStatusFinished);
+            EndDownload(download, KW_URL_Finished);
             break;
         default:
             break;
@@ -179,36 +158,33 @@ void ReadStreamClientCallBack(CFReadStreamRef, CFStreamEventType event, void* in
 }
 
 void NetworkTimerProc(CFRunLoopTimerRef, void* info) {
-    Download& download = *static_cast<Download*>(info);
+    URLDownloadParams& download = *static_cast<URLDownloadParams*>(info);
     if (download.ended) return;
     const HandlerGuard guard(download);
-    EndDownload(download, KW_URL_Failed, kURLStatusFailed);
+    EndDownload(download, KW_URL_Failed);
+}
+
+Owned<CFStringRef> CreateString(const char* bytes) {
+    return Owned<CFStringRef>(
+        CFStringCreateWithCString(kCFAllocatorDefault, bytes, CFStringGetSystemEncoding()));
 }
 
 /// The URL with every escape decoded and then only what needs it escaped. Null when the text can be no URL.
-CFURLRef CreateURL(const KW_String& text) {
-    const KW_CString bytes = text.ToCStr(KW_String::Encoding_System);
-    CFStringRef given =
-        CFStringCreateWithCString(kCFAllocatorDefault, bytes.data, CFStringGetSystemEncoding());
-    CFStringRef nothing = CFStringCreateWithCString(kCFAllocatorDefault, "", CFStringGetSystemEncoding());
-    CFStringRef decoded = CFURLCreateStringByReplacingPercentEscapes(kCFAllocatorDefault, given, nothing);
-    CFStringRef escaped =
-        CFURLCreateStringByAddingPercentEscapes(kCFAllocatorDefault, decoded, nullptr, nullptr, 0x08000100);
-    const CFURLRef url = CFURLCreateWithString(kCFAllocatorDefault, escaped, nullptr);
-    for (CFStringRef* string : {&given, &nothing, &decoded, &escaped})
-        ReleaseAndForget(*string);
-    return url;
+Owned<CFURLRef> CreateURL(const KW_String& text) {
+    const Owned<CFStringRef> given = CreateString(text.ToCStr(KW_String::Encoding_System).data);
+    const Owned<CFStringRef> decoded(
+        CFURLCreateStringByReplacingPercentEscapes(kCFAllocatorDefault, given.get(), CreateString("").get()));
+    const Owned<CFStringRef> escaped(CFURLCreateStringByAddingPercentEscapes(
+        kCFAllocatorDefault, decoded.get(), nullptr, nullptr, 0x08000100));
+    return Owned<CFURLRef>(CFURLCreateWithString(kCFAllocatorDefault, escaped.get(), nullptr));
 }
 
-CFHTTPMessageRef CreateRequest(CFURLRef url) {
-    CFStringRef method = CFStringCreateWithCString(kCFAllocatorDefault, "GET", CFStringGetSystemEncoding());
-    const CFHTTPMessageRef request =
-        CFHTTPMessageCreateRequest(kCFAllocatorDefault, method, url, kCFHTTPVersion1_1);
-    ReleaseAndForget(method);
-    return request;
+Owned<CFHTTPMessageRef> CreateRequest(const KW_String& url) {
+    return Owned<CFHTTPMessageRef>(CFHTTPMessageCreateRequest(kCFAllocatorDefault, CreateString("GET").get(),
+                                                              CreateURL(url).get(), kCFHTTPVersion1_1));
 }
 
-bool OpenStream(Download& download) {
+bool OpenStream(URLDownloadParams& download) {
     const CFStreamClientContext context{0, &download, nullptr, nullptr, nullptr};
     if (!CFReadStreamSetClient(download.stream, kURLStreamEvents, &ReadStreamClientCallBack, &context))
         return false;
@@ -216,7 +192,7 @@ bool OpenStream(Download& download) {
     return CFReadStreamOpen(download.stream);
 }
 
-bool StartTimeLimit(Download& download) {
+bool StartTimeLimit(URLDownloadParams& download) {
     const CFRunLoopTimerContext context{0, &download, nullptr, nullptr, nullptr};
     download.timer =
         CFRunLoopTimerCreate(kCFAllocatorDefault, CFAbsoluteTimeGetCurrent() + kURLDownloadTimeLimit, 0, 0, 0,
@@ -225,11 +201,9 @@ bool StartTimeLimit(Download& download) {
     return download.timer != nullptr;
 }
 
-/// Starts the download of the record's URL; what it has made is in the record, also on failure.
-bool StartDownload(Download& download) {
-    CFHTTPMessageRef request = CreateRequest(download.url);
-    download.stream = CFReadStreamCreateForHTTPRequest(kCFAllocatorDefault, request);
-    ReleaseAndForget(request);
+/// What it has made is in the record, also on failure.
+bool StartDownload(URLDownloadParams& download, const KW_String& url) {
+    download.stream = CFReadStreamCreateForHTTPRequest(kCFAllocatorDefault, CreateRequest(url).get());
     return download.stream != nullptr &&
            CFReadStreamSetProperty(download.stream, kCFStreamPropertyHTTPShouldAutoredirect,
                                    kCFBooleanTrue) &&
@@ -241,12 +215,8 @@ bool StartDownload(Download& download) {
 bool KW_General::URLDownload(const KW_String& url, const KW_Location& destination, KW_URL_CallBack callBack,
                              void* userData) {
     if (url.data == nullptr) return false;
-    auto download = std::make_unique<Download>();
-    download->callBack = callBack;
-    download->userData = userData;
-    download->url = CreateURL(url);
-    download->destination = destination;
-    if (!StartDownload(*download)) {
+    auto download = std::make_unique<URLDownloadParams>(URLDownloadParams{callBack, userData, destination});
+    if (!StartDownload(*download, url)) {
         TerminateDownload(*download);
         return false;
     }

@@ -32,7 +32,6 @@ constexpr char kLibraryName[] = "Tessaro";
 constexpr char kPartsFileName[] = "Parts list.txt";  // beside the add-on
 
 constexpr int kMenuPositionCode = 13;
-constexpr short kOwnStrings = 32530;
 
 enum MenuItem : int {
     kItemCheckList = 1,
@@ -58,16 +57,13 @@ enum Text : long {
 
 short sMenuResID = 0;  // of the menu that was registered
 
-KW_String system(const char* text) {
-    return KW_String(text, KW_String::Encoding_System);
-}
-
 KW_String text(Text index) {
-    return KW_Resource_GetString(static_cast<short>(kOwnStrings + gKW_Language), index);
+    return KW_Resource_GetCurrentString(KW_Resource_Addon, index);
 }
 
-void tell(const KW_String& message) {
-    KW_Dialog::ShowAlert(-1, system(""), message, system(""));
+/// The text with the value in the place of a word in it.
+KW_String text(Text index, const char* word, const KW_String& value) {
+    return text(index).Replace(KW_SystemText(word), value);
 }
 
 /// Reads the list beside the add-on. When that fails, tells the user and returns false.
@@ -77,13 +73,13 @@ bool readList(KW_List<PartsEntry>& entries) {
     location += kPartsFileName;
     KW_String content;
     if (KW_File::ReadFullText(location, content, true, KW_String::Encoding_UTF8) != 0) {
-        tell(text(kTextListUnreadable).Replace(system("PARTSFILE"), location));
+        KW_Dialog::ShowMessage(text(kTextListUnreadable, "PARTSFILE", location));
         return false;
     }
     const long wrongEntry = readPartsList(content, entries);
     if (wrongEntry == 0) return true;
-    tell(
-        text(kTextEntryNotUnderstood).Replace(system("ENTRYNUMBER"), KW_String::LongToString(wrongEntry, 0)));
+    const KW_String number = KW_String::LongToString(wrongEntry, 0);
+    KW_Dialog::ShowMessage(text(kTextEntryNotUnderstood, "ENTRYNUMBER", number));
     return false;
 }
 
@@ -96,12 +92,9 @@ void checkList() {
         if (KW_LibPart::Index(entries[i].name, entries[i].type) < 0)
             missing = missing + "\n" + entries[i].name;
     }
-    if (missing.length > 0) {
-        tell(text(kTextPartsMissing) + missing);
-    } else {
-        tell(text(kTextAllPartsFound)
-                 .Replace(system("ENTRYCOUNT"), KW_String::LongToString(entries.count, 0)));
-    }
+    const KW_String count = KW_String::LongToString(entries.count, 0);
+    KW_Dialog::ShowMessage(missing.length > 0 ? text(kTextPartsMissing) + missing
+                                              : text(kTextAllPartsFound, "ENTRYCOUNT", count));
 }
 
 /// Finds the first part of the list, loading the suite's library or asking for a library folder when it must.
@@ -113,7 +106,7 @@ void findPart() {
     if (!KW_General::GetLPIdxFullLib(wanted.name, index, true, KW_String(), wanted.type)) return;
     KW_Location location;
     if (!KW_LibPart::Location(index, location)) return;
-    tell(text(kTextPartIsHere).Replace(system("PARTNAME"), wanted.name) + "\n" + location);
+    KW_Dialog::ShowMessage(text(kTextPartIsHere, "PARTNAME", wanted.name) + "\n" + location);
 }
 
 void tellSuiteStatus() {
@@ -122,10 +115,12 @@ void tellSuiteStatus() {
     const KW_String suite = text(!present            ? kTextSuiteNotPresent
                                  : mainModuleAnswers ? kTextSuiteAnswers
                                                      : kTextSuiteFileExists);
-    tell(suite + "\n" + text(KW_Comm::AddOnFileRead() ? kTextMarkedAsLoaded : kTextNotMarked));
+    KW_Dialog::ShowMessage(suite + "\n" +
+                           text(KW_Comm::AddOnFileRead() ? kTextMarkedAsLoaded : kTextNotMarked));
 }
 
 GSErrCode menuCommandHandler(const API_MenuParams* params) {
+    if (params->menuItemRef.menuResID != sMenuResID) return kNoError;
     ACAPI_KeepInMemory(true);
     // Another add-on of the suite may have changed the language meanwhile.
     KW_Language_Read(true);
@@ -143,7 +138,7 @@ GSErrCode menuCommandHandler(const API_MenuParams* params) {
             KW_Dlg_Language();
             break;
         case kItemCheckForUpdates:
-            KW_AddonUpdate_CheckForUpdate(true, system(kVersion), system(kLibraryName));
+            KW_AddonUpdate_CheckForUpdate(true, KW_SystemText(kVersion), KW_SystemText(kLibraryName));
             break;
         default:
             break;

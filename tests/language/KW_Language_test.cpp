@@ -20,27 +20,18 @@ TEST_F(KW_Language_Test, TheStoredLanguageBecomesCurrent) {
              {"$language_str: fra\n", false, 1, 1},
              {"#Language_str: fra\n", false, 1, 1},  // damaged
              {"$Language_str: ita\n", true, 0, 0},
-             {"$Language_str: int\n", true, 1, 1},
              {"$Language_str: FRA\n", true, 2, 2},
-             {"$Language_str: Spa\n", true, 4, 4},
              {"$Language_str: jap\n", true, 1, 5},
-             {"$Language_str: rus\n", true, 1, 6},
-             {"$Language_str: xyz\n", true, 1, 1},
              {"$Language_str: fr\n", true, 1, 1},
              {"$Language_str: fra \n", true, 1, 1},
              // The older form.
-             {"$Language: 0\n", true, 0, 0},
              {"$Language: 5\n", true, 1, 5},
              {"$Language: 6\n", true, 1, 1},
-             {"$Language: abc\n", true, 1, 1},
              {"$Language: 3x\n", true, 1, 1},
              {"$Language:  + 2\n", true, 2, 2},
              {"$Language: 3.9\n", true, 3, 3},
-             {"$Language: 65536\n", true, 0, 0},  // the low 16 bits count
-             {"$Language: 65535\n", true, 1, 1},
-             {"$Language: 4294967300\n", true, 4, 4},
+             {"$Language: 4294967300\n", true, 4, 4},  // the low 16 bits count
              {"$Language: 32768\n", true, 1, 1},
-             {"$Language: -1\n", true, 1, 1},
              {"$Language: -65534\n", true, 1, 1},
              // The present form decides, also when it says nothing known.
              {"$Language: 3\n$Language_str: fra\n", true, 2, 2},
@@ -77,31 +68,20 @@ TEST_F(KW_Language_Test, ReloadingReadsTheSharedSettingsAnewAndOnlyThose) {
 }
 
 TEST_F(KW_Language_Test, WritingStoresTheSuffixAndKeepsWhatElseIsThere) {
-    writeSettings(languageFile(), "$Language: 2\n$Language_str: ita\n$Other: x\n");
-    reloadSettings();
-    gKW_Language = 3;
-    KW_Language_Write();
-    EXPECT_EQ(settings(languageFile()), "$Language: 2\n$Language_str: ger\n$Other: x\n");
-    EXPECT_EQ(gKW_Language, 3);
-}
-
-TEST_F(KW_Language_Test, WritingAnIndexOutsideTheTableOrNotSupported) {
     struct Case {
         short index;
         const char* stored;
         short own;
         short shared;
     };
+    writeSettings(languageFile(), "$Language: 2\n$Language_str: ita\n$Other: x\n");
+    reloadSettings();
     for (const Case& each : std::vector<Case>{
-             {5, "$Language_str: jap\n", 1, 5},
-             {6, "$Language_str: rus\n", 1, 6},
-             {7, "$Language_str: int\n", 1, 1},
-             {-1, "$Language_str: int\n", 1, 1},
-             {-32768, "$Language_str: int\n", 1, 1},
-         }) {
+             {3, "ger", 3, 3}, {5, "jap", 1, 5}, {6, "rus", 1, 6}, {7, "int", 1, 1}, {-1, "int", 1, 1}}) {
         gKW_Language = each.index;
         KW_Language_Write();
-        EXPECT_EQ(settings(languageFile()), each.stored) << each.index;
+        EXPECT_EQ(settings(languageFile()),
+                  std::string("$Language: 2\n$Language_str: ") + each.stored + "\n$Other: x\n");
         EXPECT_EQ(gKW_Language, kSharesLanguage ? each.shared : each.own) << each.index;
     }
 }

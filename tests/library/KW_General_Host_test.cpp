@@ -1,4 +1,3 @@
-#include "addon/ACAPlib.h"
 #include "library/KW_General.h"
 #include "platform/ProjectInfo.h"
 #include "tests/support/RecordingHost.h"
@@ -37,9 +36,6 @@ protected:
         };
         host.renderingEngines = {{{1, 1}, "Sketch Engine"}, {{1, 2}, "Photo Engine"}, {{2, 1}, "Photo Pro"}};
     }
-    void openProject(const std::string& path) {
-        project = {false, IO::Location(GS::UniStringFromUtf8(path))};
-    }
 
     support::RecordingHost host;
     API_ProjectInfo project{true, {}};
@@ -58,7 +54,7 @@ TEST_F(KWGeneralHost, TheTitleIsTheLastComponentOfTheProjectFile) {
         {"/a/" + std::string(255, 'x') + 'y', std::string(255, 'x')},
     };
     for (const auto& [path, expected] : cases) {
-        openProject(path);
+        project = {false, IO::Location(GS::UniStringFromUtf8(path))};
         KW_String title = text("old");
         bool untitled = true;
         EXPECT_TRUE(KW_General::ArchiCADProjectTitle(title, &untitled)) << path;
@@ -69,9 +65,7 @@ TEST_F(KWGeneralHost, TheTitleIsTheLastComponentOfTheProjectFile) {
 }
 
 TEST_F(KWGeneralHost, AnUntitledProjectOrNoAnswerGivesAnEmptyTitle) {
-    openProject("/ignored/House.pln");
     for (const bool answers : {true, false}) {
-        project.untitled = answers;
         projectAnswer = answers ? kNoError : -1;
         KW_String title = text("old");
         bool untitled = false;
@@ -96,42 +90,35 @@ TEST_F(KWGeneralHost, TheCurrentEngineIsKnownByAnyPartOfItsNameInAnyCase) {
 }
 
 TEST_F(KWGeneralHost, TheFirstEngineWithTheNameBecomesTheCurrentOne) {
-    EXPECT_TRUE(KW_General::SetRenderingEngine(text("PHOTO")));
-    EXPECT_EQ(current, (API_ModulID{1, 2}));
-    EXPECT_EQ(changes, 1);
-    EXPECT_TRUE(KW_General::SetRenderingEngine(text("photo")));
-    EXPECT_EQ(changes, 1) << "it is current already";
-    EXPECT_TRUE(KW_General::SetRenderingEngine(text("pro"))) << "the last engine is looked at too";
-    EXPECT_EQ(current, (API_ModulID{2, 1}));
-    for (const API_ModulID& other : {API_ModulID{1, 3}, API_ModulID{3, 2}}) {
-        current = other;
-        EXPECT_TRUE(KW_General::SetRenderingEngine(text("photo")));
-        EXPECT_EQ(current, (API_ModulID{1, 2})) << "the identifier as a whole tells which is current";
+    const struct {
+        const char* part;
+        API_ModulID before;
+        API_ModulID after;
+        int changes;
+    } cases[] = {
+        {"PHOTO", {1, 1}, {1, 2}, 1}, {"photo", {1, 2}, {1, 2}, 0},
+        {"pro", {1, 2}, {2, 1}, 1},  // the last engine is looked at too
+        {"photo", {1, 3}, {1, 2}, 1}, {"photo", {3, 2}, {1, 2}, 1},
+    };
+    for (const auto& each : cases) {
+        current = each.before;
+        changes = 0;
+        EXPECT_TRUE(KW_General::SetRenderingEngine(text(each.part)));
+        EXPECT_EQ(current, each.after);
+        EXPECT_EQ(changes, each.changes) << each.part;
     }
 }
 
 TEST_F(KWGeneralHost, AnEngineThatCannotBeSetIsAFailure) {
-    EXPECT_FALSE(KW_General::SetRenderingEngine(text("no such engine")));
-    EXPECT_FALSE(KW_General::SetRenderingEngine(text("")));
+    for (const char* const part : {"no such engine", ""})
+        EXPECT_FALSE(KW_General::SetRenderingEngine(text(part)));
     changeAnswer = -5;
     EXPECT_FALSE(KW_General::SetRenderingEngine(text("photo")));
     currentAnswer = -1;
     EXPECT_FALSE(KW_General::SetRenderingEngine(text("sketch"))) << "the host cannot tell the current one";
     EXPECT_EQ(changes, 1);
-    host.renderingEngines.clear();
-    currentAnswer = kNoError;
-    EXPECT_FALSE(KW_General::SetRenderingEngine(text("photo")));
     host.renderingEngines.assign(32767, {{1, 1}, "Sketch Engine"});
     EXPECT_FALSE(KW_General::SetRenderingEngine(text("photo"))) << "as many engines as can be numbered";
-}
-
-TEST_F(KWGeneralHost, AHostWithoutTheseFunctionsHasNoProjectAndNoEngines) {
-    const APIImportedFunctions empty{};
-    SetImportedFuncAddrs(&empty);
-    KW_String title;
-    EXPECT_FALSE(KW_General::ArchiCADProjectTitle(title, nullptr));
-    EXPECT_FALSE(KW_General::SetRenderingEngine(text("photo")));
-    EXPECT_EQ(KW_General::CheckCurrentRenderingEngine(text("photo")), -1);
 }
 
 }  // namespace

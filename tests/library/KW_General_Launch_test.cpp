@@ -40,11 +40,11 @@ TEST_F(KWGeneralLaunch, ADocumentIsOpenedByTheBytesOfItsPath) {
 }
 
 TEST_F(KWGeneralLaunch, OnlyAnExistingDocumentOrFolderIsOpened) {
-    EXPECT_FALSE(KW_General::LaunchDocByLoc(location(folder.path("missing.pdf"))));
-    EXPECT_FALSE(KW_General::LaunchDocByLoc(location(folder.path()))) << "a folder is no document";
-    EXPECT_FALSE(KW_General::LaunchDocByLoc(KW_Location()));
-    EXPECT_FALSE(KW_General::LaunchDocByPath(text(folder.path("missing.pdf"))));
-    EXPECT_FALSE(KW_General::LaunchDocByPath(KW_String()));
+    for (const KW_Location& noFile :
+         {location(folder.path("missing.pdf")), location(folder.path()), KW_Location()}) {
+        EXPECT_FALSE(KW_General::LaunchDocByLoc(noFile));
+        EXPECT_FALSE(KW_General::LaunchDocByPath(noFile));
+    }
     for (KW_Location noFolder : {location(file("a.pdf")), location(folder.path("missing")), KW_Location()})
         EXPECT_FALSE(KW_General::OpenFolderByLoc(noFolder));
     EXPECT_THAT(opener.arguments(), IsEmpty());

@@ -10,7 +10,6 @@ using support::LibraryHost;
 using support::text;
 using support::utf8;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class KWLibPart : public LibraryHost {
 protected:
@@ -48,68 +47,46 @@ TEST_F(KWLibPart, ANameThatNoPartCanHaveIsNotSearchedFor) {
     EXPECT_EQ(searched.size(), 1u);
 }
 
-TEST_F(KWLibPart, ANameEndsBeforeItsLastDot) {
-    const std::pair<KW_String, std::string> cases[] = {
-        {text("Chair.gsm"), "Chair"},
-        {text("Chair."), "Chair"},
-        {text("Chair.v2.gsm"), "Chair.v2"},
-        {text(".gsm"), ""},
-        {text(""), ""},
-        {KW_String(), ""},
-        {text("Finestra à due ante 窓.gsm"), "Finestra à due ante 窓"},
-        {KW_String("Chair\0hidden", 12, KW_String::Encoding_System), "Chair"},
+TEST_F(KWLibPart, IsSearchedForByNameOrFileWithoutExtension) {
+    const struct {
+        KW_String given;
+        std::string asName;
+        std::string asFile;
+    } cases[] = {
+        {text("Chair.v2.gsm"), "Chair.v2", "Chair.v2"},
+        {text("Chair."), "Chair", "Chair"},
+        {text(".gsm"), "", ""},
+        {text(""), "", ""},
+        {KW_String(), "", ""},
+        {text("Finestra à due ante 窓.gsm"), "Finestra à due ante 窓", "Finestra à due ante 窓"},
+        {KW_String("Chair\0hidden", 12, KW_String::Encoding_System), "Chair", "Chair"},
+        {text("/Lib/Chair"), "/Lib/Chair", "Chair"},
+        {text("/a.b/Chair"), "/a", ""},
+        {text("/a.b/Chair.v2.gsm"), "/a.b/Chair.v2", "Chair.v2"},
     };
-    for (const auto& [name, expected] : cases) {
-        KW_LibPart::Index(name, APILib_Door);
-        EXPECT_EQ(searched.back(), expected) << utf8(name);
-    }
-}
-
-TEST_F(KWLibPart, AFileIsLookedUpByItsNameWithoutFolderAndExtension) {
-    const std::pair<const char*, std::string> cases[] = {
-        {"/Lib/Chair", "Chair"},
-        {"Chair.gsm", "Chair"},
-        {"Chair", "Chair"},
-        {"/a.b/Chair", ""},
-        {"/a.b/Chair.v2.gsm", "Chair.v2"},
-        {"", ""},
-    };
-    for (const auto& [path, expected] : cases) {
+    for (const auto& each : cases) {
+        KW_LibPart::Index(each.given, APILib_Door);
+        EXPECT_EQ(searched.back(), each.asName) << utf8(each.given);
         KW_Location found;
-        KW_LibPart::Location(KW_Location(text(path)), APILib_Door, found);
-        EXPECT_EQ(searched.back(), expected) << path;
+        KW_LibPart::Location(KW_Location(each.given), APILib_Door, found);
+        EXPECT_EQ(searched.back(), each.asFile) << utf8(each.given);
     }
-    KW_Location found;
-    EXPECT_TRUE(KW_LibPart::Location(KW_Location(), APILib_Door, found)) << "no location: the empty name";
-    EXPECT_EQ(searched.back(), "");
 }
 
 TEST_F(KWLibPart, ALocationIsTheOneThatTheHostHolds) {
-    KW_Location location(text("/before"));
+    KW_Location location;
     EXPECT_TRUE(KW_LibPart::Location(KW_Location(text("/elsewhere/Chair.txt")), APILib_Door, location));
     EXPECT_EQ(utf8(location), "/Lib/Chair.gsm");
-    EXPECT_TRUE(KW_LibPart::Location(9, location));
-    EXPECT_EQ(utf8(location), "/Lib/.gsm");
     EXPECT_FALSE(KW_LibPart::Location(KW_Location(text("/Lib/Lost.gsm")), APILib_Door, location));
-    EXPECT_FALSE(KW_LibPart::Location(8, location));
-    EXPECT_FALSE(KW_LibPart::Location(99, location));
-    EXPECT_EQ(utf8(location), "/Lib/.gsm") << "unchanged";
-}
-
-TEST_F(KWLibPart, APartIsHadByItsIndex) {
-    API_LibPart part;
-    ASSERT_TRUE(KW_LibPart::LibPart(7L, part));
-    EXPECT_EQ(utf8(KW_Location(*part.location)), "/Lib/Chair.gsm");
-    delete part.location;
-    EXPECT_THAT(host.calls, ElementsAre("LibPart_Get"));
-    for (const long index : {8L, 0L, -1L, 99L}) {
+    EXPECT_TRUE(KW_LibPart::Location(9, location));
+    // The host's indices have 32 bits.
+    for (const long index : {8L, 0L, -1L, 99L, 0x1'0000'0007L, -0x1'0000'0000L + 7}) {
+        API_LibPart part;
         EXPECT_FALSE(KW_LibPart::LibPart(index, part)) << index;
         EXPECT_EQ(part.location, nullptr);
+        EXPECT_FALSE(KW_LibPart::Location(index, location)) << index;
     }
-    host.calls.clear();
-    for (const long index : {0x1'0000'0007L, -0x1'0000'0000L + 7})
-        EXPECT_FALSE(KW_LibPart::LibPart(index, part)) << index;
-    EXPECT_THAT(host.calls, IsEmpty()) << "the host's indices have 32 bits";
+    EXPECT_EQ(utf8(location), "/Lib/.gsm") << "unchanged";
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -33,21 +32,19 @@ protected:
             EXPECT_FALSE(part->missingDef);
             EXPECT_EQ(part->location, nullptr);
             EXPECT_EQ(part->typeID, APILib_Door);
-            if (searchAnswer != kNoError) return searchAnswer;
-            const auto found = parts.find(searched.back());
-            if (found == parts.end()) return kAPIErrNoSuchPart;
-            fill(*part, found->second);
-            return kNoError;
+            const GSErrCode answer = parts.contains(searched.back()) ? searchAnswer : kAPIErrNoSuchPart;
+            if (answer == kNoError) fill(*part, parts[searched.back()]);
+            return answer;
         };
         host.libPartGet = [this](API_LibPart* part) {
             EXPECT_EQ(part->location, nullptr);
             EXPECT_EQ(part->name[0], 0);
-            const auto found = std::find_if(parts.begin(), parts.end(), [part](const auto& each) {
-                return each.second.index == part->index;
-            });
-            if (found == parts.end()) return kAPIErrNoSuchPart;
-            fill(*part, found->second);
-            return kNoError;
+            for (const auto& [name, each] : parts) {
+                if (each.index != part->index) continue;
+                fill(*part, each);
+                return kNoError;
+            }
+            return kAPIErrNoSuchPart;
         };
         host.environment = [this](API_EnvironmentID request, void* par1, void* par2, void*) -> GSErrCode {
             if (request == APIEnv_GetLibrariesID) {

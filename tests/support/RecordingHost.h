@@ -23,6 +23,7 @@ public:
     /// "Register_Menu 32501 0 13 0", "Install_MenuHandler 32500", "KeepInMemory true", "SMIT 32501 2 Lingua",
     /// ...
     std::vector<std::string> calls;
+    std::set<APIClient> clients;  ///< for whom the calls were made
 
     GSErrCode registerMenuAnswer = kNoError;
     GSErrCode registerLibraryAnswer = kNoError;
@@ -35,7 +36,6 @@ public:
     std::map<std::pair<short, int>, std::string> itemTexts;    ///< (menu, item) -> UTF-8
     std::map<std::pair<short, int>, std::uint32_t> itemFlags;  ///< (menu, item); 0 for those not named
 
-    std::uint16_t mainVersion = 22;
     /// Answers the environment requests but for 'APPL'; none: kAPIErrNoHostFunction.
     std::function<GSErrCode(API_EnvironmentID, void*, void*, void*)> environment;
     std::function<GSErrCode(API_LibPart*)> libPartSearch;
@@ -43,12 +43,8 @@ public:
     /// Rendering engines, number 1 first, with their menu names in UTF-8.
     std::vector<std::pair<API_ModulID, std::string>> renderingEngines;
 
-    /// The table as handed over; `table({HostSlot::Environment})` leaves the named slots empty.
-    static APIImportedFunctions table(const std::set<HostSlot>& emptySlots = {});
-    /// What the module's record exports.
-    static APIExportedFunctions exported();
-    /// Chooses an item as the host does: calls the installed handler of the menu.
-    GSErrCode choose(short menuResID, int item);
+    /// The table as handed over.
+    static APIImportedFunctions table();
 };
 
 }  // namespace support

@@ -22,8 +22,6 @@ public:
         platform::RunLoop::main().setClock([this] { return seconds; });
     }
     ~HandClock() { platform::RunLoop::main().setClock({}); }
-    HandClock(const HandClock&) = delete;
-    HandClock& operator=(const HandClock&) = delete;
 
     double seconds = 1000;
 };
@@ -42,41 +40,9 @@ inline void runLoopFor(std::chrono::milliseconds time) {
     (void)runLoopUntil([] { return false; }, time);
 }
 
-/// A timer that fires again and again, as long as it lives.
-class Ticker {
-public:
-    explicit Ticker(double seconds) : interval_(seconds) { arm(); }
-    ~Ticker() { platform::RunLoop::main().removeTimer(timer_); }
-    Ticker(const Ticker&) = delete;
-    Ticker& operator=(const Ticker&) = delete;
-
-    int ticks = 0;
-    /// The longest time from one tick to the next, on the real clock.
-    std::chrono::steady_clock::duration longestGap{};
-
-private:
-    void arm() {
-        auto& loop = platform::RunLoop::main();
-        timer_ = loop.addTimer(loop.now() + interval_, [this] {
-            const auto now = std::chrono::steady_clock::now();
-            if (ticks++ > 0) longestGap = std::max(longestGap, now - last_);
-            last_ = now;
-            arm();
-        });
-    }
-
-    double interval_;
-    std::chrono::steady_clock::time_point last_{};
-    platform::RunLoop::TimerId timer_ = 0;
-};
-
 /// One download and its messages: O opened, P any number of progress in a row, X failed, F finished.
 class RecordedDownload {
 public:
-    RecordedDownload() = default;
-    RecordedDownload(const RecordedDownload&) = delete;
-    RecordedDownload& operator=(const RecordedDownload&) = delete;
-
     bool start(const std::string& url, const std::string& path) {
         return start(KW_String(url.c_str(), KW_String::Encoding_UTF8), path);
     }

@@ -16,61 +16,41 @@ using platform::DialogControl;
 using platform::UserAction;
 
 constexpr long kDay = 24L * 60 * 60;
+constexpr std::size_t kLargest = 16U << 20;  // bytes of a versions file
 
-class UpdateCheck : public OfflineUpdateFixture {};
-
-bool autoUpdate() {
-    return KW_AddonUpdate_AutoUpdate(text("TessaroLibrary 22.0.4.2200 (AC220) 03/08/2018"), text("Tessaro"));
-}
+class UpdateCheck : public OfflineUpdateFixture {
+protected:
+    /// Acts while the host has no data folder: the one of the environment counts from a folder that is gone.
+    void withoutDataFolder(const std::function<void()>& act) const {
+        const auto before = std::filesystem::current_path();
+        std::filesystem::current_path(TemporaryFolder().path());
+        setenv("TESSARO_DATA_DIR", "data", 1);
+        platform::setSettingsFolder(IO::Location());
+        act();
+        unsetenv("TESSARO_DATA_DIR");
+        std::filesystem::current_path(before);
+        platform::setSettingsFolder(IO::Location::FromPosixPath(folder_.path()));
+    }
+};
 
 std::string secondsAgo(long seconds) {
     return std::to_string(std::time(nullptr) - seconds);
 }
 
-/// While it lives the host has no data folder: the one of the environment counts from a folder that is gone.
-class WithoutDataFolder {
-public:
-    WithoutDataFolder() : before_(std::filesystem::current_path()) {
-        const TemporaryFolder gone;
-        std::filesystem::current_path(gone.path());
-        setenv("TESSARO_DATA_DIR", "data", 1);
-        IO::FileSystem::GetSpecialLocation(IO::FileSystem::SuiteSettingsFolder, &folder_);
-        platform::setSettingsFolder(IO::Location());
-    }
-    ~WithoutDataFolder() {
-        unsetenv("TESSARO_DATA_DIR");
-        std::filesystem::current_path(before_);
-        platform::setSettingsFolder(folder_);
-    }
-    WithoutDataFolder(const WithoutDataFolder&) = delete;
-    WithoutDataFolder& operator=(const WithoutDataFolder&) = delete;
-
-private:
-    std::filesystem::path before_;
-    IO::Location folder_;
-};
+/// A file of this size that begins with a newer line.
+std::string newerLineIn(std::size_t size, std::string line) {
+    return line.append(size - line.size(), ' ');
+}
 
 // ---- When a check is made
-
-TEST_F(UpdateCheck, IsSwitchedOnAndNotMadeByTheRunThatFindsTheSettingEmpty) {
-    store("AutoUpdate", "");
-    EXPECT_TRUE(autoUpdate());
-    EXPECT_EQ(stored("AutoUpdate"), "1");
-    EXPECT_TRUE(downloads_.empty());
-    EXPECT_TRUE(autoUpdate());
-    EXPECT_EQ(downloads_.size(), 1u);
-}
 
 TEST(UpdateInterval, IsFourteenDays) {
     constexpr std::time_t kNow = 1'542'900'000;
     const std::pair<long, bool> cases[] = {
         {0, true},
-        {1, true},
-        {-1, true},
         {std::numeric_limits<long>::min(), true},
         {kNow - 1'209'600, true},
         {kNow - 1'209'599, false},
-        {kNow + 1, false},
         {std::numeric_limits<long>::max(), false},
     };
     for (const auto& [last, due] : cases)
@@ -83,14 +63,10 @@ TEST_F(UpdateCheck, IsMadeAutomaticallyWhenTheSettingIsOneAndFourteenDaysHavePas
         std::string time;
         bool made;
     } cases[] = {
-        {"1", "0", true},
-        {"01", "0", true},
-        {" 1 ", "0", true},
-        {"1x", "0", true},
+        {"", "0", false},  // switched on by this run, which makes no check
+        {" 1x", "0", true},
         {"x1", "0", true},
         {"0", "0", false},
-        {"7", "0", false},
-        {"-1", "0", false},
         {"11", "0", false},
         {"yes", "0", false},
         {"1", secondsAgo(14 * kDay - 60), false},
@@ -101,17 +77,14 @@ TEST_F(UpdateCheck, IsMadeAutomaticallyWhenTheSettingIsOneAndFourteenDaysHavePas
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(each.setting + ", " + each.time);
-        KW_AddonUpdate_ResetState();
+        reset();
         downloads_.clear();
         store("AutoUpdate", each.setting);
         store("LastUpdateCheck_220", each.time);
-        EXPECT_TRUE(autoUpdate());
+        EXPECT_TRUE(KW_AddonUpdate_AutoUpdate(text(kOwnLine), text("Tessaro")));
         EXPECT_EQ(!downloads_.empty(), each.made);
-        EXPECT_EQ(stored("AutoUpdate"), each.setting);
-        if (!each.made) {
-            EXPECT_EQ(stored("LastUpdateCheck_220"), each.time);
-            EXPECT_EQ(sUpdateStatus, kUpdateStatus_None);
-        }
+        EXPECT_EQ(stored("AutoUpdate"), each.setting.empty() ? "1" : each.setting);
+        EXPECT_EQ(stored("LastUpdateCheck_220") == each.time, !each.made);
     }
 }
 
@@ -128,7 +101,7 @@ TEST_F(UpdateCheck, IsMadeForTheUserAtAnyTimeAndRestartsTheClock) {
 
 TEST_F(UpdateCheck, DownloadsTheVersionsFileIntoTheDataFolderBehindAnUnseenDialog) {
     for (const bool onlyPlus : {true, false}) {
-        KW_AddonUpdate_ResetState();
+        reset();
         sett_ADDON_ONLY_PLUS_VERSION = onlyPlus;
         check(true);
         sett_ADDON_ONLY_PLUS_VERSION = false;
@@ -137,29 +110,22 @@ TEST_F(UpdateCheck, DownloadsTheVersionsFileIntoTheDataFolderBehindAnUnseenDialo
                       (onlyPlus ? "_plus.txt" : "16.txt"));
         EXPECT_EQ(downloads_.back().destination, folder_.path("__updcf__.tmp"));
         EXPECT_EQ(downloads_.back().userData, nullptr);
-        EXPECT_EQ(sUpdateStatus, kUpdateStatus_Running);
         ASSERT_NE(dialog(), nullptr);
         EXPECT_EQ(dialog()->resID, 32755);
         EXPECT_FALSE(dialog()->visible);
-        EXPECT_EQ(host_.calls.back(), "RegisterModelessWindow 7 no callback null guid");
+        EXPECT_EQ(host_.calls.back(),
+                  "RegisterModelessWindow " + std::to_string(sIDUpdateDialog) + " 7 no callback null guid");
     }
     EXPECT_TRUE(presenter_.log.empty());
 }
 
-TEST_F(UpdateCheck, NeedsAVersionLine) {
-    for (const KW_String& none : {KW_String(), text("")}) {
+TEST_F(UpdateCheck, NeedsAVersionLineAndADataFolder) {
+    for (const KW_String& none : {KW_String(), text("")})
         EXPECT_FALSE(KW_AddonUpdate_CheckForUpdate(true, none, text("Tessaro")));
-        EXPECT_FALSE(KW_AddonUpdate_CheckForUpdate(false, none, text("Tessaro")));
-    }
-    EXPECT_TRUE(downloads_.empty());
     EXPECT_EQ(stored("LastUpdateCheck_220"), "");
     store("LastUpdateCheck_220", secondsAgo(60));
     EXPECT_TRUE(KW_AddonUpdate_CheckForUpdate(false, text(""), text("Tessaro"))) << "not due";
-}
-
-TEST_F(UpdateCheck, NeedsADataFolder) {
-    const WithoutDataFolder none;
-    EXPECT_FALSE(check(true));
+    withoutDataFolder([] { EXPECT_FALSE(check(true)); });
     EXPECT_TRUE(downloads_.empty());
 }
 
@@ -182,10 +148,7 @@ TEST_F(UpdateCheck, KeepsTheLibraryNameOfTheLastCheckThatHadOne) {
         KW_String name;
         bool hasLibrary;
         std::string kept;
-    } cases[] = {{KW_String(), false, ""},
-                 {text("Tessaro"), true, "Tessaro"},
-                 {KW_String(), false, "Tessaro"},
-                 {text(""), true, ""}};
+    } cases[] = {{text("Tessaro"), true, "Tessaro"}, {KW_String(), false, "Tessaro"}, {text(""), true, ""}};
     for (const auto& each : cases) {
         check(true, each.name);
         EXPECT_EQ(sHasLibrary, each.hasLibrary);
@@ -197,42 +160,40 @@ TEST_F(UpdateCheck, KeepsTheLibraryNameOfTheLastCheckThatHadOne) {
 // ---- How it ends
 
 TEST_F(UpdateCheck, ShowsAnUpdateAlwaysAndTheRestToTheUserWhoAsked) {
+    const std::string wide = utf16(kNewerLine);
     const struct {
         bool byUser;
         std::string file;
-        short status;
-        bool shown;
+        bool available;
     } cases[] = {
-        {true, kNewerLine, 3, true},
-        {false, kNewerLine, 3, true},
-        {true, "", 2, true},
-        {false, "", 2, false},
-        {true, "<html>404</html>", 2, true},
-        {false, "<html>404</html>", 2, false},
+        {true, kNewerLine, true},
+        {false, kNewerLine, true},
+        {true, "", false},
+        {false, "", false},
+        {true, "<html>404</html>", false},
+        // in the encoding it looks like
+        {true, wide, true},
+        {true, "\xFF\xFE" + wide, true},
+        {true, "\xEF\xBB\xBF" + std::string(kNewerLine), true},
+        {true, "\x8E caff\x8F\n" + std::string(kNewerLine), true},
+        {true, newerLineIn(kLargest, kNewerLine), true},
     };
     for (const auto& each : cases) {
-        KW_AddonUpdate_ResetState();
+        SCOPED_TRACE(&each - cases);
+        reset();
         store("LastUpdateCheck_220", "0");
         check(each.byUser);
         finish(each.file);
-        EXPECT_EQ(sUpdateStatus, each.status) << each.file;
-        EXPECT_EQ(dialog() != nullptr && dialog()->visible, each.shown) << each.file;
-        EXPECT_EQ(DialogControl::instance().openDialogs().size(), each.shown ? 1u : 0u) << each.file;
+        const bool shown = each.byUser || each.available;
+        EXPECT_EQ(sUpdateStatus, each.available ? 3 : 2);
+        EXPECT_EQ(dialog() != nullptr && dialog()->visible, shown);
+        EXPECT_EQ(DialogControl::instance().openDialogs().size(), shown ? 1u : 0u);
         EXPECT_FALSE(folder_.has("__updcf__.tmp"));
+        const std::string id = std::to_string(sIDUpdateDialog);
         DGModelessClose(sIDUpdateDialog);
+        EXPECT_EQ(host_.calls.back(), "UnregisterModelessWindow " + id);
     }
     EXPECT_TRUE(presenter_.alerts.empty());
-    EXPECT_EQ(std::count(host_.calls.begin(), host_.calls.end(), "UnregisterModelessWindow"), 6);
-}
-
-TEST_F(UpdateCheck, ReadsTheFileInTheEncodingItLooksLike) {
-    const std::string wide = utf16(kNewerLine);
-    for (const std::string& file : {wide, "\xFF\xFE" + wide, "\xEF\xBB\xBF" + std::string(kNewerLine),
-                                    "\x8E caff\x8F\n" + std::string(kNewerLine)}) {
-        check(true);
-        finish(file);
-        EXPECT_EQ(sUpdateStatus, kUpdateStatus_Available);
-    }
 }
 
 TEST_F(UpdateCheck, TellsTheUserOfWhateverFailedWhoeverAsked) {
@@ -240,22 +201,10 @@ TEST_F(UpdateCheck, TellsTheUserOfWhateverFailedWhoeverAsked) {
         bool closesTheDialog;
         std::function<void()> happen;
     } failures[] = {
-        {true, [] { fail(); }},
-        {true,
-         [] {
-             message(KW_URL_Opened);
-             fail();
-         }},
-        {false,  // the file is gone
-         [] {
-             message(KW_URL_Opened);
-             message(KW_URL_Finished);
-         }},
-        {false,
-         [] {
-             const WithoutDataFolder none;
-             message(KW_URL_Finished);
-         }},
+        {true, [] { message(KW_URL_Failed); }},
+        {false, [] { message(KW_URL_Finished); }},  // the file is gone
+        {false, [this] { withoutDataFolder([] { message(KW_URL_Finished); }); }},
+        {false, [this] { finish(newerLineIn(kLargest + 1, kNewerLine)); }},
         {false,
          [this] {
              sCurrentAddonVersion = text("TessaroLibrary 22.0 (AC220) 03/08/2018");  // invalid
@@ -265,7 +214,7 @@ TEST_F(UpdateCheck, TellsTheUserOfWhateverFailedWhoeverAsked) {
     for (const bool byUser : {true, false}) {
         for (const auto& failure : failures) {
             SCOPED_TRACE(&failure - failures);
-            KW_AddonUpdate_ResetState();
+            reset();
             presenter_.alerts.clear();
             store("LastUpdateCheck_220", "0");
             check(byUser);
@@ -284,7 +233,7 @@ TEST_F(UpdateCheck, TellsTheUserOfWhateverFailedWhoeverAsked) {
 
 TEST_F(UpdateCheck, IsNotStartedWhileAnotherOneRunsWhichAnswersTheUserWhoEverAsked) {
     for (const bool userFirst : {true, false}) {
-        KW_AddonUpdate_ResetState();
+        reset();
         store("LastUpdateCheck_220", "0");
         downloads_.clear();
         check(userFirst);
@@ -303,14 +252,12 @@ TEST_F(UpdateCheck, IsNotStartedWhileAnotherOneRunsWhichAnswersTheUserWhoEverAsk
 }
 
 TEST_F(UpdateCheck, ReplacesAnEarlierResultOnTheScreen) {
-    check(true);
-    finish(kNewerLine);
-    const short earlier = sIDUpdateDialog;
-    check(true);
+    for (int i = 0; i < 2; ++i) {
+        check(true);
+        EXPECT_EQ(DialogControl::instance().openDialogs(), std::vector<short>{sIDUpdateDialog});
+        finish(kNewerLine);
+    }
     EXPECT_EQ(downloads_.size(), 2u);
-    EXPECT_EQ(DialogControl::instance().find(earlier), nullptr);
-    finish(kNewerLine);
-    EXPECT_EQ(DialogControl::instance().openDialogs(), std::vector<short>{sIDUpdateDialog});
 }
 
 TEST_F(UpdateCheck, DropsAResultForWhichNobodyWaits) {
@@ -329,7 +276,7 @@ TEST_F(UpdateCheck, DropsAResultForWhichNobodyWaits) {
     EXPECT_EQ(message(KW_URL_Opened), 0) << "a cancel before the connection opens is lost";
     cancel();
     EXPECT_EQ(message(KW_URL_Progress), 1);
-    fail();
+    message(KW_URL_Failed);
     EXPECT_TRUE(presenter_.log.empty());
     EXPECT_TRUE(DialogControl::instance().openDialogs().empty());
     EXPECT_EQ(sUpdateStatus, kUpdateStatus_Running);
@@ -337,8 +284,8 @@ TEST_F(UpdateCheck, DropsAResultForWhichNobodyWaits) {
 
 TEST_F(UpdateCheck, CanBeAskedForWhileTheAlertOfAFailedOneIsOpen) {
     check(true);
-    presenter_.thenLook([this] { check(true); }).then(UserAction::answer(1));
-    fail();
+    presenter_.thenLook([] { check(true); }).then(UserAction::answer(1));
+    message(KW_URL_Failed);
     EXPECT_EQ(downloads_.size(), 2u);
     finish(kNewerLine);
     ASSERT_NE(dialog(), nullptr);

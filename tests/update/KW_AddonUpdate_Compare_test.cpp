@@ -1,9 +1,11 @@
-#include "tests/update/VersionText.h"
+#include "tests/support/Text.h"
 #include "update/KW_AddonUpdate_Internal.h"
 
 #include <gtest/gtest.h>
 
 namespace {
+
+using support::text;
 
 struct ComparisonCase {
     const char* name;
@@ -19,22 +21,16 @@ constexpr auto kInvalid = KW_AddonUpdate_OwnLineInvalid;
 const ComparisonCase kComparisonCases[] = {
     {"no lines", "", kUpToDate},
     {"one day later", "TessaroLibrary 22.0.5.2210 (AC220) 04/08/2018", kAvailable},
-    {"later by month", "TessaroLibrary 22.0.5.2210 (AC220) 01/09/2018", kAvailable},
     {"later by year", "TessaroLibrary 22.0.5.2210 (AC220) 01-01-2019", kAvailable},
     {"same date, written otherwise", "TessaroLibrary 22.9.9.9999 (AC220) 03-08-2018", kUpToDate},
-    {"earlier with higher numbers", "TessaroLibrary 22.9.9.9999 (AC220) 31/07/2018", kUpToDate},
     {"later with lower numbers", "TessaroLibrary 22.0.0.1 (AC220) 15/10/2018", kAvailable},
     {"other host", "TessaroLibrary 22.0.5.2210 (AC210) 15/10/2018", kUpToDate},
-    {"other minor host", "TessaroLibrary 22.0.5.2210 (AC221) 15/10/2018", kUpToDate},
     {"other major version", "TessaroLibrary 21.0.5.2210 (AC220) 15/10/2018", kUpToDate},
     {"zero before the major version", "TessaroLibrary 022.0.5.2210 (AC220) 15/10/2018", kUpToDate},
     {"product in other case", "tessarolibrary 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
     {"longer product name", "TessaroLibrary2 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
-    {"shorter product name", "Tessaro 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
     {"blank before the line", " TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
     {"text line", "# TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
-    {"comment", "*TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
-    {"library line", "TessaroLibrary 15/10/2018", kUpToDate},
     {"older and bad lines before the newer",
      "TessaroLibrary 22.0.3.1 (AC220) 01/01/2018\nTessaroLibrary 22.0.5 (AC220) 15/10/2018\n\n\n"
      "TessaroLibrary 22.0.5.1 (AC220) 15/10/2018 ita",

@@ -1,13 +1,16 @@
 #include "platform/host/SettingsFolder.h"
 #include "tests/support/DataFolder.h"
+#include "tests/support/Text.h"
 #include "tests/update/VersionText.h"
 #include "update/KW_AddonUpdate_Internal.h"
-#include "update/KW_VersionLine.h"
 
 #include <gmock/gmock.h>
 #include <random>
 
 namespace {
+
+using support::text;
+using support::utf8;
 
 // ---- Grammar
 
@@ -15,7 +18,6 @@ int kindOf(const std::string& line) {
     KW_List<KW_String> tokens;
     text(line).SplitBySpaces(tokens);
     const int kind = KW_AddonUpdate_CheckVersionFormat(tokens);
-    EXPECT_EQ(KW_VersionLine(KW_UnitsOf(text(line))).Kind(), kind) << "in place: " << line;
     return kind;
 }
 
@@ -71,122 +73,71 @@ TEST(VersionGrammar, GivesEachLineItsKind) {
     EXPECT_EQ(KW_AddonUpdate_CheckVersionFormat(tokens), KW_AddonUpdate_NoVersionLine) << "null strings";
 }
 
-TEST(VersionDate, IsRearrangedFromWhateverCharactersItHas) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"03/08/2018", "20180803"},
-        {"03/08/2018x", "20180803"},
-        {"03/08/18", "180803"},
-        {"5/10/2018", "0180/5/"},
-        {"", ""},
-        {"123456", "4512"},
-        {"abcdefghij", "ghijdeab"},
-    };
-    for (const auto& [date, expected] : cases) {
-        KW_String written = text(date);
-        EXPECT_EQ(utf8(KW_AddonUpdate_FormatDate(written)), expected) << date;
-    }
-}
-
 // ---- Records
 
-std::string languages(const KW_AddonUpdate_Addon& addon) {
-    std::string all;
+std::string shown(const KW_AddonUpdate_Addon& addon) {
+    std::string all = utf8(addon.name) + ", " + utf8(addon.versionText) + ":";
+    for (const short number : addon.versionNumbers)
+        all += " " + std::to_string(number);
+    all +=
+        ", for " + std::to_string(addon.hostVersion) + ", " + utf8(addon.dateText) + ": " + utf8(addon.date);
     for (long i = 0; i < addon.languages.count; ++i)
-        all += std::to_string(addon.languages[i]);
-    return all;
+        all += " " + std::to_string(addon.languages[i]);
+    return all + (addon.inSE ? "" : " NoSE") + (addon.inSuite ? "" : " NoSuite") + " [" + utf8(addon.text) +
+           "]";
 }
 
-TEST(Records, NoteMarkersBehindTheirFields) {
-    const struct {
-        const char* markers;
-        const char* languages;
-        bool inSE;
-        bool inSuite;
-    } cases[] = {
-        {"", "", true, true},
-        {"ita int fra ger spa jap rus", "0123456", true, true},
-        {"RUS Ita ita", "600", true, true},
-        {"NoSE", "", false, true},
-        {"NoSuite", "", true, false},
-        {"int NoSE xyz NoSuite ger", "13", false, false},
-        {"nose NOSUITE itax it", "", true, true},
+std::string shown(const KW_AddonUpdate_Library& library) {
+    return utf8(library.name) + ", " + utf8(library.dateText) + ": " + utf8(library.date) +
+           (library.inSuite ? "" : " NoSuite") + " [" + utf8(library.text) + "]";
+}
+
+TEST(Records, AreFilledAnewFromEachLineButForTheirText) {
+    const std::pair<const char*, const char*> addons[] = {
+        {"T 1.2.3.4.5 (AC220) 03/08/2018 ita int fra ger spa jap rus",
+         "T, 1.2.3.4.5: 1 2 3 4, for 22, 03/08/2018: 20180803 0 1 2 3 4 5 6 [kept]"},
+        {"T 5.6 (AC22) 03-08-18 RUS Ita NoSE ita",
+         "T, 5.6: 5 6 0 0, for 2, 03-08-18: 180803 6 0 0 NoSE [kept]"},
+        {"T 32767.32768.65535.65537 (AC2) 03/08/2018 int xyz NoSuite ger",
+         "T, 32767.32768.65535.65537: 32767 -32768 -1 1, for 0, 03/08/2018: 20180803 1 3 NoSuite [kept]"},
+        {"T 007.0.0.18446744073709551617 (AC2310) 03/08/2018 nose NOSUITE itax it",
+         "T, 007.0.0.18446744073709551617: 7 0 0 1, for 231, 03/08/2018: 20180803 [kept]"},
+        {"T ... (AC) 03/08/2018", "T, ...: 0 0 0 0, for 0, 03/08/2018: 20180803 [kept]"},
+        {"x 1.2 (A", "x, 1.2: 1 2 0 0, for 0, null:  [kept]"},
+        {" ", "null, null: 0 0 0 0, for 0, null:  [kept]"},
+        {"", ", : 0 0 0 0, for 0, :  NoSE []"},
     };
     KW_AddonUpdate_Addon addon;
-    KW_AddonUpdate_Library library;
-    for (const auto& each : cases) {
-        const std::string line = std::string("T 1.2.3.4 (AC220) 03/08/2018 ") + each.markers;
+    EXPECT_EQ(shown(addon), std::rbegin(addons)->second) << "a new one is as the empty line makes it";
+    addon.text = text("kept");
+    for (const auto& [line, expected] : addons) {
         KW_AddonUpdate_SplitAddonVersion(text(line), addon);
-        KW_AddonUpdate_SplitLibVersion(text(std::string("T 03/08/2018 ") + each.markers), library);
-        EXPECT_EQ(languages(addon), each.languages) << line;
-        EXPECT_EQ(addon.inSE, each.inSE) << line;
-        EXPECT_EQ(addon.inSuite, each.inSuite) << line;
-        EXPECT_EQ(library.inSuite, each.inSuite) << line;
+        EXPECT_EQ(shown(addon), expected);
+        KW_AddonUpdate_Addon copy;
+        copy.languages.AddData(5, -1);
+        copy = addon;
+        EXPECT_EQ(shown(copy), expected);
+        EXPECT_EQ(shown(KW_AddonUpdate_Addon(copy)), expected);
     }
-}
-
-TEST(Records, KeepSixteenBitsOfTheirNumbers) {
-    const struct {
-        const char* version;
-        const char* host;
-        std::vector<short> numbers;
-        short hostVersion;
-    } cases[] = {
-        {"1.2.3.4.5", "(AC22)", {1, 2, 3, 4}, 2},
-        {"...", "(AC)", {0, 0, 0, 0}, 0},
-        {"32767.32768.65535.65537", "(AC2)", {32767, -32768, -1, 1}, 0},
-        {"007.0.0.18446744073709551617", "(AC2310)", {7, 0, 0, 1}, 231},
+    const std::pair<const char*, const char*> libraries[] = {
+        {"T 03/08/2018 ita NoSuite x", "T, 03/08/2018: 20180803 NoSuite [kept]"},
+        {"Uno 04-08-2018 NOSUITE", "Uno, 04-08-2018: 20180804 [kept]"},
+        {"x", "x, null:  [kept]"},
     };
-    for (const auto& each : cases) {
-        KW_AddonUpdate_Addon addon;
-        KW_AddonUpdate_SplitAddonVersion(
-            text(std::string("T ") + each.version + " " + each.host + " 03/08/2018"), addon);
-        EXPECT_THAT(addon.versionNumbers, testing::ElementsAreArray(each.numbers)) << each.version;
-        EXPECT_EQ(addon.hostVersion, each.hostVersion) << each.host;
-    }
-}
-
-TEST(Records, AreEmptiedByTheEmptyLineAllButTheirText) {
-    for (const KW_String& empty : {KW_String(), text("")}) {
-        KW_AddonUpdate_Addon addon;
-        addon.text = text("kept");
-        KW_AddonUpdate_SplitAddonVersion(text("T 1.2.3.4 (AC220) 03/08/2018 ita NoSuite"), addon);
-        EXPECT_EQ(addon.text, text("kept"));
-        KW_AddonUpdate_SplitAddonVersion(empty, addon);
-        for (const KW_String& field : {addon.name, addon.versionText, addon.date, addon.dateText})
-            EXPECT_EQ(field, text("")) << "not the null string";
-        EXPECT_THAT(addon.versionNumbers, testing::Each(0));
-        EXPECT_EQ(addon.hostVersion, 0);
-        EXPECT_EQ(addon.languages.count, 0);
-        EXPECT_FALSE(addon.inSE);
-        EXPECT_TRUE(addon.inSuite);
-    }
-}
-
-TEST(Records, AreFilledSafelyFromLinesThatAreNone) {
-    for (const char* const line : {"x", "x 1", "x 1.2 (A", "x 1.2 (AC 1/", " ", "x y z 5"}) {
-        KW_AddonUpdate_Addon addon;
-        KW_AddonUpdate_SplitAddonVersion(text(line), addon);
-        EXPECT_EQ(addon.languages.count, 0) << line;
-        KW_AddonUpdate_Library library;
+    KW_AddonUpdate_Library library;
+    EXPECT_EQ(shown(library), ", :  []");
+    library.text = text("kept");
+    for (const auto& [line, expected] : libraries) {
         KW_AddonUpdate_SplitLibVersion(text(line), library);
-        EXPECT_TRUE(library.inSuite) << line;
+        EXPECT_EQ(shown(library), expected);
     }
 }
 
-TEST(Records, AreCopiedWithEverythingInThem) {
-    KW_AddonUpdate_Addon original;
-    KW_AddonUpdate_SplitAddonVersion(text("T 1.2.3.4 (AC220) 03/08/2018 ita rus NoSE"), original);
-    KW_AddonUpdate_Addon copy(original);
-    KW_AddonUpdate_Addon assigned;
-    assigned.languages.AddData(5, -1);
-    assigned = original;
-    original.name += "changed";
-    original.languages.Reset();
-    for (const KW_AddonUpdate_Addon* const each : {&copy, &assigned}) {
-        EXPECT_EQ(utf8(each->name), "T");
-        EXPECT_EQ(languages(*each), "06");
-        EXPECT_THAT(each->versionNumbers, testing::ElementsAre(1, 2, 3, 4));
-        EXPECT_FALSE(each->inSE);
+TEST(VersionDate, IsRearrangedFromWhateverCharactersItHas) {
+    for (const auto& [written, arranged] :
+         {std::pair{"03/08/2018x", "20180803"}, {"5/10", "05/"}, {"", ""}}) {
+        KW_String date = text(written);
+        EXPECT_EQ(utf8(KW_AddonUpdate_FormatDate(date)), arranged);
     }
 }
 
@@ -224,18 +175,13 @@ protected:
     /// One line for each record.
     std::string entries() const {
         std::string all;
-        for (long i = 0; i < messages.count; ++i) {
+        for (long i = 0; i < messages.count; ++i)
             all += "message " + utf8(messages[i].firstDate) + "-" + utf8(messages[i].secondDate) + " [" +
                    utf8(messages[i].text) + "] [" + utf8(messages[i].url) + "]\n";
-        }
-        for (long i = 0; i < addons.count; ++i) {
-            all += "addon " + utf8(addons[i].name) + " " + utf8(addons[i].date) + " " + languages(addons[i]) +
-                   " [" + utf8(addons[i].text) + "]\n";
-        }
-        for (long i = 0; i < libraries.count; ++i) {
-            all += "library " + utf8(libraries[i].name) + " " + utf8(libraries[i].date) + " [" +
-                   utf8(libraries[i].text) + "]\n";
-        }
+        for (long i = 0; i < addons.count; ++i)
+            all += shown(addons[i]) + "\n";
+        for (long i = 0; i < libraries.count; ++i)
+            all += shown(libraries[i]) + "\n";
         return all;
     }
 
@@ -261,8 +207,8 @@ const std::string kSample =
     "Tessaro 01/10/2018 NoSuite\n";
 const std::string kSampleEntries =
     "message 20180901-20181231 [See ] [http://www.tessaro.example/news\nand http://elsewhere.example]\n"
-    "addon TessaroLibrary 20181015 01 [Faster.\n\nSmaller.]\n"
-    "library Tessaro 20181001 []\n";
+    "TessaroLibrary, 22.0.5.2210: 22 0 5 2210, for 22, 15/10/2018: 20181015 0 1 [Faster.\n\nSmaller.]\n"
+    "Tessaro, 01/10/2018: 20181001 NoSuite []\n";
 
 TEST_F(VersionsFile, IsReadIntoRecordsWhateverItsLineEnds) {
     for (const char* const end : {"\n", "\r\n", "\r"}) {
@@ -279,7 +225,8 @@ TEST_F(VersionsFile, IsUtf8UnlessAByteOrderMarkSaysOtherwise) {
     ASSERT_TRUE(read("Caffè 01/01/2018"));
     ASSERT_TRUE(read("\xEF\xBB\xBFTè 01/01/2018"));
     ASSERT_TRUE(read("\xFF\xFE" + utf16("P\xF2 01/01/2018")));
-    EXPECT_EQ(entries(), "library Caffè 20180101 []\nlibrary Tè 20180101 []\nlibrary Pò 20180101 []\n");
+    EXPECT_EQ(entries(),
+              "Caffè, 01/01/2018: 20180101 []\nTè, 01/01/2018: 20180101 []\nPò, 01/01/2018: 20180101 []\n");
 }
 
 TEST_F(VersionsFile, TakesNoticesByTheirFirstToken) {
@@ -295,20 +242,15 @@ TEST_F(VersionsFile, TakesNoticesByTheirFirstToken) {
               "message - [text] []\n"
               "message 1/- [] [http://only]\n"
               "message 20180101-20180102 [] []\n"
-              "library message 20180101 []\n");
+              "message, 01/01/2018: 20180101 []\n");
 }
 
-TEST_F(VersionsFile, HoldsNothingWhenEmptyUndecodableOrOnlyText) {
+TEST_F(VersionsFile, HoldsNothingWhenEmptyOrUndecodableAndCannotBeReadWhereThereIsNone) {
+    EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
     EXPECT_TRUE(read(""));
     EXPECT_TRUE(read("\xC3\x28 01/01/2018"));
     EXPECT_TRUE(read("# 01/01/2018\n#T 1.2.3.4 (AC220) 01/01/2018\n"));
     EXPECT_EQ(entries(), "");
-}
-
-TEST_F(VersionsFile, CannotBeReadWhereThereIsNone) {
-    EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
-    folder.makeFolder("__updcf__.tmp");
-    EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
     platform::setSettingsFolder(IO::Location::FromPosixPath(folder.path("missing")));
     EXPECT_FALSE(KW_AddonUpdate_ReadVersionsFile(messages, addons, libraries));
 }
@@ -326,11 +268,11 @@ TEST_F(VersionsFile, GivesAnAnswerToAnyBytes) {
                                        : pieces[random() % std::size(pieces)];
         }
         ASSERT_TRUE(read(bytes));
-        KW_String whole;
-        KW_String::TextToString(whole, bytes.data(), static_cast<unsigned int>(bytes.size()), true,
-                                KW_String::Encoding_System);
-        EXPECT_NE(KW_AddonUpdate_CompareVersions(text("T 1.2.3.4 (AC220) 03/08/2018"), whole),
+        EXPECT_NE(KW_AddonUpdate_CompareVersions(text("T 1.2.3.4 (AC220) 03/08/2018"),
+                                                 KW_SystemText(bytes.c_str())),
                   KW_AddonUpdate_OwnLineInvalid);
+        KW_AddonUpdate_Addon addon;
+        KW_AddonUpdate_SplitAddonVersion(KW_SystemText(bytes.c_str()), addon);
     }
     EXPECT_GT(messages.count + addons.count + libraries.count, 0);
 }

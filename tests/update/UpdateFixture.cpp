@@ -6,13 +6,20 @@
 
 UpdateFixture::UpdateFixture() {
     KW_AddonSettings_Load(KW_AddonSettings_ThisAddon, false);
-    KW_AddonUpdate_ResetState();
+    reset();
     gKW_Language = KW_Language_International;
     platform::setLaunchHandler([this](const platform::LaunchRequest& request) {
         EXPECT_EQ(request.kind, platform::LaunchRequest::Kind::WebAddress);
         launched_.push_back(request.target);
         return 0;
     });
+}
+
+void UpdateFixture::reset() {
+    sCurrentAddonVersion.SetToNullString();
+    sUpdateAddonLibName.SetToNullString();
+    sIDUpdateDialog = sUpdateStatus = 0;
+    sHasLibrary = sUpdateCalledByUser = sUpdateCancelled = sUpdateDownloading = sUpdateDialogClosed = false;
 }
 
 UpdateFixture::~UpdateFixture() {

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "language/KW_Resource.h"
 #include "platform/host/DialogControl.h"
 #include "tests/support/DataFolder.h"
 #include "tests/support/RecordingHost.h"
 #include "tests/support/ScriptedPresenter.h"
+#include "tests/support/Text.h"
 #include "tests/update/VersionText.h"
 #include "update/KW_AddonUpdate_Internal.h"
 
@@ -11,8 +13,10 @@
 #include <string>
 #include <vector>
 
-/// A module as just loaded, in a host that records its calls, with an empty data folder. Downloads are not
-/// made but written down; a test plays the server by serve, finish and fail.
+using support::text;
+using support::utf8;
+
+/// A module as just loaded, in a host that records its calls, with an empty data folder.
 class UpdateFixture : public testing::Test {
 protected:
     UpdateFixture();
@@ -21,6 +25,8 @@ protected:
     static constexpr char kOwnLine[] = "TessaroLibrary 22.0.4.2200 (AC220) 03/08/2018";
     static constexpr char kNewerLine[] = "TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018\n";
 
+    /// The state that the module has when it is loaded.
+    static void reset();
     static bool check(bool byUser, const KW_String& library = text("Tessaro")) {
         return KW_AddonUpdate_CheckForUpdate(byUser, text(kOwnLine), library);
     }
@@ -37,7 +43,7 @@ protected:
         platform::DialogControl::instance().perform(platform::UserAction::click(sIDUpdateDialog, item));
     }
     /// String `index` of the suite's texts in the current language.
-    static std::string suiteText(short index) { return utf8(KW_AddonUpdate_GetText(index)); }
+    static std::string suiteText(long index) { return utf8(KW_Resource_GetFrameworkString(index)); }
     std::string alertText() const;
 
     DataFolder folder_;
