@@ -1,7 +1,7 @@
 #pragma once
 
 /// The About dialog: what the add-on does, and two buttons that open its documentation, two PDF files that
-/// lie beside the add-on.
+/// are beside the add-on.
 class CDlgAbout {
 public:
     short dialogID = 0;  ///< while the dialog is open, else 0
@@ -10,6 +10,6 @@ public:
     bool ShowDialog();
     /// Writes title and item texts in the current language.
     void SetItems();
-    /// Answers a click: the item with which the dialog closes, or 0.
+    /// Handles a click: returns the item with which the dialog closes, or 0.
     short MsgClick(short item);
 };

@@ -35,6 +35,6 @@ public:
     /// Replaces the file's content by the lines, in UTF-8. Whether every line was written.
     bool WriteData(KW_Location& file, KW_List<KW_String>& lines) const;
 
-    /// Answers a click: the item with which the dialog closes, or 0.
+    /// Handles a click: returns the item with which the dialog closes, or 0.
     short MsgClick(short item);
 };

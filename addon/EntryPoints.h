@@ -16,6 +16,6 @@ GSErrCode RegisterInterface();
 /// Installs handlers; the host's menus exist now. An error code keeps the add-on from being used.
 GSErrCode Initialize();
 
-/// Releases what has to go before the add-on is unloaded.
+/// Releases whatever must go before the add-on is unloaded.
 GSErrCode FreeData();
 }

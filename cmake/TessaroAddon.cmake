@@ -1,7 +1,7 @@
 # tessaro_add_addon(NAME SOURCES ... RESOURCES FOLDER): builds the bundle NAME.bundle, a folder with the shared object
 # NAME.so and the resources, in the folder "bundles" of the build. The sources define the entry points and the
 # sett_ADDON_* constants; the framework and the bridge into the host are linked in, and the framework's own resources
-# lie beside the add-on's.
+# are beside the add-on's.
 function(tessaro_add_addon name)
     cmake_parse_arguments(ARG "" "RESOURCES" "SOURCES" ${ARGN})
     if(NOT ARG_SOURCES OR NOT ARG_RESOURCES)

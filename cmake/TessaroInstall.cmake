@@ -12,7 +12,7 @@ install(TARGETS tessaro RUNTIME)
 install(TARGETS tessaro_serve LIBRARY DESTINATION "${suite}")
 install(DIRECTORY samples/update-server DESTINATION "${CMAKE_INSTALL_DATADIR}/tessaro")
 
-# The suite: the add-on with all that lies beside it.
+# The suite: the add-on and everything beside it.
 install(TARGETS TessaroLibrary LIBRARY DESTINATION "${suite}/TessaroLibrary.bundle")
 install(DIRECTORY "${TESSARO_BUNDLE_DIR}/TessaroLibrary.bundle/Resources"
         DESTINATION "${suite}/TessaroLibrary.bundle")

@@ -34,7 +34,7 @@ function(tessaro_target name)
     endif()
 endfunction()
 
-# tessaro_add_test(NAME SOURCES...  [LIBRARIES ...]): one GoogleTest program per room. The program lies in a
+# tessaro_add_test(NAME SOURCES...  [LIBRARIES ...]): one GoogleTest program per room. The program is in a
 # bundle folder of its own, as an add-on does, so that the module linked into it finds its resources.
 function(tessaro_add_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES" ${ARGN})

@@ -11,7 +11,7 @@ enum KW_Comm_AddOnsCode : int {};
 
 class KW_Comm {
 public:
-    /// Where this add-on's marker file for a host version lies: sett_ADDON_SETTINGS_FILE_NAME, "_", the
+    /// Location of this add-on's marker file for a host version: sett_ADDON_SETTINGS_FILE_NAME, "_", the
     /// version, ".sui". False, `location` unchanged, when the settings folder is not known.
     static bool AddOnFileLocation(const long& hostVersion, KW_Location& location);
     /// The same for the suite's file: "Tessaro_AC", the version, ".sui". The suite puts it there.
@@ -25,7 +25,7 @@ public:
     /// Deletes the marker files of all add-ons for the running host version.
     static void AddOnsFileDelete();
 
-    /// Whether the suite is there: its main module answers (`mainModuleAnswers`), or its file exists.
+    /// Whether the suite is present: its main module responds (`mainModuleAnswers`), or its file exists.
     static bool SuiteIsLoaded(bool& mainModuleAnswers);
     /// Whether the suite's file of the running host version exists.
     static bool SuiteFileExist();

@@ -6,8 +6,8 @@
 class KW_Location;
 class KW_String;
 
-/// How every part of the system talks to the user. Static operations only; host main thread, modal. Labels
-/// and prefixes are texts of the current language.
+/// How every part of the system communicates with the user. Static operations only; host main thread, modal.
+/// Labels and prefixes are texts of the current language.
 class KW_Dialog {
 public:
     /// Shows up to three texts (an empty or null one leaves its field empty) with one button, OK, and returns

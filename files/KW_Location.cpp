@@ -130,7 +130,7 @@ bool KW_Location::IsFolder() const {
     if (data == nullptr) return false;
     const KW_Units path = KW_UnitsOf(*this);
     const std::size_t start = nameStart(*this);
-    // What stands before the first "/" of an absolute path is the root of the file system.
+    // What precedes the first "/" of an absolute path is the root of the file system.
     const KW_Units parent = path.first(start > 1 ? start - 1 : start);
 
     const IO::Folder folder(IO::Location(KW_UniStringOf(parent)), IO::Folder::Fail);

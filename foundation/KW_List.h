@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <utility>
 
-/// The sequence container of the system: the elements stand one behind the other in one relocatable block of
+/// The sequence container of the system: the elements are contiguous in one relocatable block of
 /// the host's memory manager, whose size is always count * sizeof(T).
 ///
 /// Elements are moved byte by byte when the block moves or an element is inserted or removed, so T must be a
@@ -17,7 +17,7 @@
 ///
 /// When the memory manager fails, the list is left without a block and with count 0 (the elements that were
 /// in the lost block are not destroyed), and AddData does nothing until SetSize has allocated a new block.
-/// Whoever cares compares the count before and after.
+/// To detect this, compare the count before and after.
 template <typename T>
 class KW_List {
 public:
@@ -36,7 +36,7 @@ public:
             constructAt(i, other[i]);
     }
 
-    /// Takes over the block of a list that goes out of use.
+    /// Takes over the block of a list that is no longer used.
     KW_List(KW_List&& other) noexcept
         : count(std::exchange(other.count, 0)), data(std::exchange(other.data, nullptr)) {}
 

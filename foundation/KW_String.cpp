@@ -156,7 +156,7 @@ void KW_String::THIS_Append(const unsigned short* units, unsigned int count) {
     if (result != old) copyUnits(result, old, length);
     copyUnits(result + length, units, count);
     result[total] = 0;
-    // Only now: the units may lie in the old buffer.
+    // Only now: the units may be in the old buffer.
     if (result != old) {
         delete[] old;
         data = result;

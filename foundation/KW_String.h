@@ -49,7 +49,7 @@ public:
     KW_String(const char* bytes, unsigned int byteCount, Encoding encoding);
     /// A deep copy.
     KW_String(const KW_String& other);
-    /// Takes over the buffer of a string that goes out of use.
+    /// Takes over the buffer of a string that is no longer used.
     KW_String(KW_String&& other) noexcept;
     /// Copies `count` units. A count of 0 or a null pointer gives the null string.
     KW_String(const unsigned short* units, unsigned int count);
@@ -201,7 +201,7 @@ public:
     int IndexOf(char what, unsigned int start) const;
     int LastIndexOf(char what, unsigned int start) const;
     int LastIndexOf(char what) const;
-    /// Whether the prefix stands at the start. False for a null or empty prefix.
+    /// Whether the string starts with the prefix. False for a null or empty prefix.
     bool StartsWith(const KW_String& prefix, unsigned int start) const;
     /// False for a null or empty suffix.
     bool EndsWith(const KW_String& suffix) const;

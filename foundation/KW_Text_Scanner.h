@@ -36,8 +36,8 @@ public:
     /// of the text there is an empty token, which counts as 0.
     bool ReadLong(long& value, short skipMode, bool advance);
 
-    /// Reads what stands between two double quotes, exactly as it stands (null when nothing does); a quote
-    /// with a backslash before it does not close. False, with `out` unchanged, when there is no quote at the
+    /// Reads the text between two double quotes, exactly as it is written (null if there is none); a quote
+    /// preceded by a backslash does not close. False, with `out` unchanged, when there is no quote at the
     /// cursor or none that closes; with `advance` the cursor is then behind what the skip mode passed over.
     bool ReadDoubleQuotedString(KW_String& out, short skipMode, bool advance);
 

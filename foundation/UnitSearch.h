@@ -13,7 +13,7 @@ unsigned long findUnit(const unsigned short* text, unsigned long length, unsigne
 unsigned long findEither(const unsigned short* text, unsigned long length, unsigned long start,
                          unsigned short one, unsigned short other);
 
-/// Where each unit that equals one of the two stands.
+/// The position of each unit that equals one of the two.
 std::vector<unsigned int> positionsOfEither(const unsigned short* text, unsigned int length,
                                             unsigned short one, unsigned short other);
 

@@ -96,10 +96,10 @@ std::variant<std::unique_ptr<Bundle>, LoadError> Bundle::open(const std::string&
     const std::string objectName = bundle->name_ + kObjectSuffix;
     const fs::path object = canonical / objectName;
     if (!fs::is_regular_file(object, error)) {
-        return LoadError{"not a bundle: it holds no shared object " + objectName};
+        return LoadError{"not a bundle: it contains no shared object " + objectName};
     }
 
-    if (isCutShort(object)) return LoadError{"its shared object " + objectName + " is cut short"};
+    if (isCutShort(object)) return LoadError{"its shared object " + objectName + " is truncated"};
     bundle->handle_ = dlopen(object.c_str(), RTLD_LOCAL | RTLD_NOW);
     if (bundle->handle_ == nullptr) {
         const char* const reason = dlerror();

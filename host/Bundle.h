@@ -36,7 +36,7 @@ public:
 
     /// The calls into the add-on, which whoever observes calls sees. Nothing is answered when it threw.
     std::optional<GSErrCode> handOver(const APIImportedFunctions& table) const;
-    /// `info` is what the add-on tells of itself.
+    /// `info` is what the add-on reports about itself.
     std::optional<int> checkEnvironment(const API_ServerApplicationInfo& server, API_AddOnInfo& info) const;
     std::optional<GSErrCode> registerInterface() const;
     std::optional<GSErrCode> initialize(APIClient client) const;

@@ -25,7 +25,7 @@ Host* sCurrent = nullptr;
 
 constexpr APIImportedFunctions kEmptyTable{};
 const std::string kThrew = " threw an exception";
-constexpr const char* kBusy = "an add-on waits for the user; close what is open first";
+constexpr const char* kBusy = "an add-on is waiting for the user; close what is open first";
 
 /// A host that is still there when the program ends was not asked: an add-on has called exit.
 void nameWhoEndsTheProgram() {
@@ -83,12 +83,12 @@ std::variant<AddOn*, LoadError> Host::open(const std::string& path) {
     std::error_code error;
     const std::string canonical = std::filesystem::canonical(path, error).string();
     for (const auto& each : addOns_) {
-        if (!error && each->bundle->canonicalPath() == canonical) return LoadError{"it is loaded already"};
+        if (!error && each->bundle->canonicalPath() == canonical) return LoadError{"it is already loaded"};
     }
     auto opened = Bundle::open(path);
     if (auto* const problem = std::get_if<LoadError>(&opened)) return *problem;
     auto bundle = std::move(std::get<std::unique_ptr<Bundle>>(opened));
-    if (find(bundle->name()) != nullptr) return LoadError{"another add-on of this name is loaded"};
+    if (find(bundle->name()) != nullptr) return LoadError{"an add-on with this name is already loaded"};
     addOns_.push_back(std::make_unique<AddOn>(std::move(bundle)));
     AddOn& addOn = *addOns_.back();
     addOn.resources = RSOpenResourceFile(addOn.bundle->canonicalPath().c_str());
@@ -112,7 +112,7 @@ Host::Refusal Host::start(AddOn& addOn) {
     const Bundle& bundle = *addOn.bundle;
     const auto failed = [](const char* name, std::optional<GSErrCode> result) -> Refusal {
         if (!result) return name + kThrew;
-        if (*result != kNoError) return std::string(name) + " answered error " + errorText(*result);
+        if (*result != kNoError) return std::string(name) + " returned error " + errorText(*result);
         return std::nullopt;
     };
     if (const Refusal problem = failed("SetImportedFuncAddrs", bundle.handOver(functionTable())))
@@ -120,7 +120,7 @@ Host::Refusal Host::start(AddOn& addOn) {
     const auto type = bundle.checkEnvironment(applicationInfo(), addOn.info);
     if (!type) return "CheckEnvironment" + kThrew;
     if (*type <= kAPIAddonDontRegister) {
-        return "the add-on does not register in this host: CheckEnvironment answered " +
+        return "the add-on does not register in this host: CheckEnvironment returned " +
                std::to_string(*type);
     }
     if (const Refusal problem = failed("RegisterInterface", bundle.registerInterface())) return problem;
@@ -186,7 +186,7 @@ Host::Refusal Host::choose(AddOn& addOn, short menuResID, int item) {
     if (!result) {
         tellProblem(addOn.name(), "the menu handler" + kThrew);
     } else if (*result != kNoError) {
-        return "the menu handler answered error " + errorText(*result);
+        return "the menu handler returned error " + errorText(*result);
     }
     return std::nullopt;
 }

@@ -26,7 +26,7 @@ enum class ProbeTable {
 enum class FreeDataCall { Made, LeftOut };
 
 /// The host: loaded add-ons, each with its menus and handlers, and the services that their calls reach. One
-/// at a time, on the main thread. Failures are one line for the user; nothing stands for success.
+/// at a time, on the main thread. Failures are one line for the user; none means success.
 class Host {
 public:
     using Refusal = std::optional<std::string>;

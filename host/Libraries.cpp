@@ -18,7 +18,7 @@ bool sameName(std::string_view a, std::string_view b) {
                       [](char x, char y) { return platform::asciiLower(x) == platform::asciiLower(y); });
 }
 
-/// The absolute path of a folder without "." and trailing "/". Empty when it stands for nothing.
+/// The absolute path of a folder without "." and trailing "/". Empty if it means no folder.
 std::string absolutePath(const IO::Location& folder) {
     GS::FixedCapacityString<256> bytes;
     if (folder.ToUTF8POSIXPath(&bytes) != kNoError) return {};

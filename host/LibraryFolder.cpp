@@ -64,7 +64,7 @@ std::string readLine(std::string_view line, PartFile& part) {
         part.name = value;
     } else if (key == "type") {
         const std::optional<API_LibTypeID> type = partTypeOfName(value);
-        if (!type || *type == APILib_Any) return "its type is not known";
+        if (!type || *type == APILib_Any) return "its type is unknown";
         part.type = *type;
     } else if (key == "definition") {
         if (value != "present" && value != "missing") return "its definition is neither present nor missing";
@@ -85,7 +85,7 @@ std::variant<PartFile, Unusable> readPart(const fs::path& path) {
     part.path = path.string();
     part.name = path.stem().string();
     std::string_view rest = bytes;
-    if (takeLine(rest) != kFirstLine) return Unusable{"it does not begin as a library part does"};
+    if (takeLine(rest) != kFirstLine) return Unusable{"it is not a library part"};
     bool ended = false;
     while (!rest.empty()) {
         const std::string_view line = takeLine(rest);
@@ -98,12 +98,12 @@ std::variant<PartFile, Unusable> readPart(const fs::path& path) {
     if (goesOn && !ended) return Unusable{"its header is longer than 4096 bytes"};
     const unsigned int units = GS::UniStringFromUtf8(part.name).GetLength();
     if (units == 0 || units >= kAPIPartNameUnits || part.name.find('\0') != std::string::npos) {
-        return Unusable{"its name is empty, too long or not a text"};
+        return Unusable{"its name is empty, too long or not text"};
     }
     return part;
 }
 
-/// One reading of a folder and what lies below.
+/// One reading of a folder and its subfolders.
 class Reader {
 public:
     LibraryContent read(const fs::path& folder) {
@@ -124,7 +124,7 @@ private:
     void readFolder(const fs::path& folder) {
         if (seen_.size() == kMostFolders) {
             waiting_.clear();
-            return problem(folder, "it and further folders are left out: the library has too many");
+            return problem(folder, "this and all further folders are skipped: the library has too many");
         }
         std::error_code error;
         const fs::path canonical = fs::canonical(folder, error);
@@ -149,7 +149,7 @@ private:
         } else if (!isPartFile(path)) {
             return;
         } else if (!fs::is_regular_file(status)) {
-            problem(path, "it is not a file that can be read");
+            problem(path, "it is not a readable file");
         } else {
             std::variant<PartFile, Unusable> part = readPart(path);
             if (auto* usable = std::get_if<PartFile>(&part)) {

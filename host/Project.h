@@ -4,7 +4,8 @@
 
 namespace host {
 
-/// The project that is open in the host. This host keeps no project data: a project is where its file lies.
+/// The project that is open in the host. This host keeps no project data: a project is the location of its
+/// file.
 class Project {
 public:
     bool untitled() const { return path_.empty(); }

@@ -10,11 +10,11 @@ constexpr short KW_Language_Count = 7;
 constexpr short KW_Language_International = 1;
 
 /// Index of the current language: 0 ita, 1 int, 2 fra, 3 ger, 4 spa, 5 jap, 6 rus; 1 until the first
-/// KW_Language_Read. Whoever needs a text reads it anew, since the language dialog changes it while it is
+/// KW_Language_Read. Read it anew for every text, since the language dialog changes it while it is
 /// open.
 extern short gKW_Language;
 
-/// The three-letter names of the languages, by index, as they stand in the settings and in the add-on's
+/// The three-letter names of the languages, by index, as they are written in the settings and the add-on's
 /// identity.
 extern KW_String gKW_Languages_Suffixes[KW_Language_Count];
 

@@ -21,12 +21,12 @@ using KW_URL_CallBack = int (*)(KW_URL_Message message, double value, void* user
 class KW_General {
 public:
     /// Title of the open project: the last component of its file's path, with extension, at most its first
-    /// 255 units; empty for a project that has not been saved yet. `untitled` (may be null) tells such a
-    /// project; it is true as well when the host does not answer. Whether the host answered.
+    /// 255 units; empty for a project that has not been saved yet. `untitled` (may be null) marks such a
+    /// project; it is also true if the host does not answer. Whether the host answered.
     static bool ArchiCADProjectTitle(KW_String& title, bool* untitled);
 
     /// Whether the current rendering engine's menu name contains `partOfName`, in any case: 1 it does, 0 it
-    /// does not, -1 the host cannot tell.
+    /// does not, -1 the host does not know.
     static short CheckCurrentRenderingEngine(const KW_String& partOfName);
     /// Makes the first engine whose menu name contains `partOfName`, in any case, the current one. Whether it
     /// is now, or was already.
@@ -45,7 +45,7 @@ public:
 
     /// Index of a library part by its name, with or without extension; -1 when it stays missing although the
     /// suite's library was loaded (unless one of its name is loaded already) and the user was asked for a
-    /// folder. With `showAlert` the user is then told: `message`, or the standard text when it is empty or
+    /// folder. With `showAlert` the user then sees `message`, or the standard text if it is empty or
     /// null. Whether the index is that of a part.
     static bool GetLPIdxFullLib(const KW_String& name, long& index, bool showAlert, const KW_String& message,
                                 API_LibTypeID type);
@@ -66,6 +66,6 @@ public:
 };
 
 /// Hands the path, in Encoding_System and with "/" for every ":", to the program that the desktop associates
-/// with it, and returns when the desktop's opener has finished. Nothing tells whether there was such a
-/// program.
+/// with it, and returns when the desktop's opener has finished. Whether there was such a program is not
+/// reported.
 void KW_General_LaunchDoc(const KW_Location& path);

@@ -1,4 +1,4 @@
-// What the host tells of the open project and of its rendering engines.
+// What the host reports about the open project and its rendering engines.
 
 #include "files/KW_Location.h"
 #include "foundation/KW_String.h"

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Whether the index is one of a part. When it is not, tells the user if that is wanted.
+/// Whether the index is one of a part. If it is not, informs the user if requested.
 bool foundOrAlert(long index, bool showAlert, const KW_String& message) {
     if (index < 0 && showAlert) {
         KW_Dialog::ShowMessage(

@@ -20,7 +20,7 @@ public:
 
     /// By name, with or without an extension.
     static bool LibPart(const KW_String& name, API_LibTypeID type, API_LibPart& part);
-    /// By the name of the file at this location, wherever the part's own file lies.
+    /// By the name of the file at this location, wherever the part's own file is.
     static bool LibPart(const KW_Location& file, API_LibTypeID type, API_LibPart& part);
     /// By index.
     static bool LibPart(const long& index, API_LibPart& part);

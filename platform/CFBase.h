@@ -28,7 +28,7 @@ using CFStringRef = const CFString*;
 /// The application's 8-bit text encoding: Mac OS Roman.
 CFStringEncoding CFStringGetSystemEncoding();
 
-/// The string that the bytes up to their terminator stand for. Null when `bytes` is null or malformed in the
+/// The string that the bytes up to their terminator represent. Null when `bytes` is null or malformed in the
 /// encoding.
 CFStringRef CFStringCreateWithCString(CFAllocatorRef allocator, const char* bytes, CFStringEncoding encoding);
 

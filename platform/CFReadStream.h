@@ -3,7 +3,7 @@
 #include "platform/CFRunLoop.h"
 #include "platform/CFURL.h"
 
-/// HTTP responses as streams on the run loop. Nothing here waits: what happens is told to the stream's client
+/// HTTP responses as streams on the run loop. Nothing here waits: events are reported to the stream's client
 /// while the run loop runs.
 
 // ---- Request ------------------------------------------------------------------------------------------
@@ -26,10 +26,10 @@ struct CFReadStream;
 using CFReadStreamRef = CFReadStream*;
 
 using CFStreamEventType = CFOptionFlags;
-/// The connection to the server is open; told once, before anything but an error. Redirections do not repeat
-/// it.
+/// The connection to the server is open; reported once, before anything but an error. Redirections do not
+/// repeat it.
 constexpr CFStreamEventType kCFStreamEventOpenCompleted = 1;
-/// Bytes can be read. Told again only after a read, as long as there are more.
+/// Bytes can be read. Reported again only after a read, as long as there are more.
 constexpr CFStreamEventType kCFStreamEventHasBytesAvailable = 2;
 /// The connection or the response failed; the last event. What had arrived was offered for reading before.
 constexpr CFStreamEventType kCFStreamEventErrorOccurred = 8;

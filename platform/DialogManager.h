@@ -94,7 +94,7 @@ void DGListDisableDraw(short dialogID, short item);
 void DGListEnableDraw(short dialogID, short item);
 /// Inserts an empty row before row `row`, or at the end with DG_LIST_BOTTOM. Returns the new row's number.
 short DGListInsertItem(short dialogID, short item, short row);
-/// Row DG_ALL_ITEMS stands for every row.
+/// Row DG_ALL_ITEMS means every row.
 void DGListDeleteItem(short dialogID, short item, short row);
 void DGListSelectItem(short dialogID, short item, short row);
 void DGListDeselectItem(short dialogID, short item, short row);

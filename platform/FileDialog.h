@@ -18,10 +18,10 @@ struct GeneralID {
     friend bool operator==(const GeneralID&, const GeneralID&) = default;
 };
 
-/// Tells by its content whether a file is of a type.
+/// Recognises by its content whether a file is of a type.
 using DetectionProc = bool (*)(const IO::Location& file);
 
-/// A kind of file. Texts are 8-bit text in the system encoding; null stands for the empty text.
+/// A kind of file. Texts are 8-bit text in the system encoding; null means the empty text.
 class FileType {
 public:
     /// `description` is what the user sees in a list of filters, `extension` has no dot. `creator` and `type`

@@ -22,9 +22,9 @@ constexpr GSErrCode kErrAccessDenied = hostError(0x81010102);
 constexpr GSErrCode kErrNoSpace = hostError(0x81010103);
 /// The system cannot serve the request now: in use, out of memory, too many files open.
 constexpr GSErrCode kErrBusy = hostError(0x81000100);
-/// The location or name is empty, too long, or cannot stand for a file.
+/// The location or name is empty, too long, or cannot denote a file.
 constexpr GSErrCode kErrBadLocation = hostError(0x81010104);
-/// A folder stands where a file is wanted, or a file where a folder is wanted.
+/// There is a folder where a file is expected, or a file where a folder is expected.
 constexpr GSErrCode kErrWrongType = hostError(0x81010105);
 /// Fewer bytes are left than were asked for.
 constexpr GSErrCode kErrEndOfFile = hostError(0x81010106);
@@ -50,11 +50,11 @@ private:
     GS::UniString text_;
 };
 
-/// Where a file or folder lies: a path whose components are separated by "/", UTF-16. It need not exist. A
-/// path that does not start with "/" counts from the working directory. Without a path it stands for no
+/// Where a file or folder is: a path whose components are separated by "/", UTF-16. It need not exist. A
+/// path that does not start with "/" is relative to the working directory. Without a path it means no
 /// location.
 ///
-/// The file system's names are bytes, UTF-8 as a rule. A byte that is not part of valid UTF-8 stands in the
+/// The file system's names are bytes, UTF-8 as a rule. A byte that is not part of valid UTF-8 appears in the
 /// path as the lone unit U+DC80 to U+DCFF with that byte as its lower half, and becomes the byte again on the
 /// way back: every file that a listing gives can be opened.
 class Location {
@@ -72,7 +72,7 @@ public:
     /// The path as it was given. `*path` is set only on success; no location is an error.
     GSErrCode ToPath(GS::UniString* path) const;
     /// The bytes by which the file system knows the path. `*path` is set only on success; no location is an
-    /// error, and so is a path that no bytes can stand for (a zero unit, or another lone surrogate).
+    /// error, and so is a path that no bytes can represent (a zero unit, or another lone surrogate).
     GSErrCode ToUTF8POSIXPath(GS::FixedCapacityString<256>* path) const;
     /// Cuts the last component off: this becomes the folder, `*name` (may be null) the name. A single
     /// component leaves "." (or "/"). Nothing changes when there is none.
@@ -93,7 +93,7 @@ enum AccessDeniedTreatment : int {
 class Folder {
 public:
     enum OnNotFound : int {
-        Fail = 0,    ///< the status tells
+        Fail = 0,    ///< the status shows it
         Create = 1,  ///< created, with the folders above it
     };
     enum EntryType : int {
@@ -131,7 +131,7 @@ private:
 class File {
 public:
     enum OnNotFound : int {
-        Fail = 0,    ///< the status tells
+        Fail = 0,    ///< the status shows it
         Create = 1,  ///< its name appears with its content when it is closed, or this object ends; the
                      ///< file is readable and writable as the process's mask allows
     };
@@ -172,7 +172,7 @@ public:
     GSErrCode GetLength(std::uint32_t* length) const;
     /// The bytes from the position to the end: the whole length right after opening.
     GSErrCode GetRemainingLength(std::uint64_t* length) const;
-    /// From the file's beginning; it may lie behind the end.
+    /// From the file's beginning; it may be beyond the end.
     GSErrCode SetPosition(std::uint64_t position);
     /// Reads `count` bytes; with fewer kErrEndOfFile or the error met. `*bytesRead` (may be null) is always
     /// set.

@@ -20,7 +20,7 @@ public:
         return *this;
     }
 
-    /// Replaces the text by a copy of `text`, which may not lie in this string.
+    /// Replaces the text by a copy of `text`, which may not be part of this string.
     void Set(std::string_view text) {
         heap_.reset(text.size() < Capacity ? nullptr : new char[text.size() + 1]);
         char* bytes = heap_ ? heap_.get() : inside_.data();

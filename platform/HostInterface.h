@@ -36,7 +36,7 @@ struct API_ServerApplicationInfo {
     std::uint32_t buildNumber;
 };
 
-/// What the add-on tells of itself.
+/// What the add-on reports about itself.
 struct API_AddOnInfo {
     GS::UniString name;
     GS::UniString description;
@@ -86,7 +86,7 @@ void ACAPI_SetDllTermHookProc(APIDllTermHookProc hook);
 bool ACAPI_Resource_GetLocUStr(unsigned short* buffer, short resID, short index, RSResModule module);
 /// The same as 8-bit text in the system encoding.
 bool ACAPI_Resource_GetFixStr(char* buffer, short resID, short index, RSResModule module);
-/// Nothing happens when `info` is null or the host cannot tell.
+/// Nothing happens when `info` is null or the host does not know.
 void ACAPI_GetReleaseNumber(API_ServerApplicationInfo* info);
 
 // ---- Environment ------------------------------------------------------------------------------------------

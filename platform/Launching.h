@@ -9,13 +9,13 @@
 
 /// Opens the document or folder at `path` (POSIX path in bytes, zero-terminated) and returns when the
 /// desktop's opener has finished. The path reaches the opener as one argument, whatever it holds. Returns 0
-/// when the opener was started; whether it found a program for the document is not told. An opener that does
-/// not finish goes on by itself after some seconds.
+/// when the opener was started; whether it found a program for the document is not reported. An opener that
+/// does not finish within some seconds continues on its own.
 int OpenDocument(const char* path);
 
 // ---- Web pages: the Internet Config service ---------------------------------------------------------------
 
-/// One opened service; 0 stands for none.
+/// One opened service; 0 means none.
 using ICInstance = std::uint32_t;
 
 /// Errors of the service.

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-/// Library parts of the host and the libraries they lie in.
+/// Library parts of the host and their libraries.
 
 /// The host's library-part types.
 enum API_LibTypeID : std::int32_t {

@@ -9,7 +9,7 @@
 /// Identifies a rendering engine: developer, then the developer's own number.
 using MDID = API_ModulID;
 
-/// How many engines the host has; 0 when it cannot tell.
+/// How many engines the host has; 0 if it does not know.
 short EXPGetRendCount();
 /// Identifier of engine `index`. `*engine` is set only on success.
 GSErrCode EXPGetRendMDID(short index, MDID* engine);

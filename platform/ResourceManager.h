@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// Handle of an open resource file (the resources of one add-on bundle); -1 stands for none.
+/// Handle of an open resource file (the resources of one add-on bundle); -1 means none.
 using RSResModule = std::int64_t;
 constexpr RSResModule kNoResModule = -1;
 
@@ -17,9 +17,9 @@ constexpr int kRSStringBufferUnits = 1000;
 
 /// Opens the resources of the bundle folder at `bundlePath` (POSIX path, UTF-8, zero-terminated). Nothing
 /// is read yet: index, texts, layouts and icons are read at first use, and a file that is missing or broken
-/// makes the lookups in it fail (platform/host/Resources.h tells the host of it). Returns -1 when the folder
-/// holds no resources. A folder that is open already gets another handle to the same resources, which live
-/// until the last handle is closed.
+/// makes the lookups in it fail (platform/host/Resources.h reports it to the host). Returns -1 when the
+/// folder holds no resources. A folder that is open already gets another handle to the same resources, which
+/// live until the last handle is closed.
 RSResModule RSOpenResourceFile(const char* bundlePath);
 
 /// Closes the module; every later lookup in it fails. Returns 0, or -1 for a handle that is not open.

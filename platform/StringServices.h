@@ -39,7 +39,7 @@ struct Encoded {
 };
 
 /// Encodes units. Stops before the first character that does not fit into `targetSize` bytes whole, or that
-/// the encoding does not have when `lossByte` is 0; with another `lossByte` that byte stands for every such
+/// the encoding does not have when `lossByte` is 0; with another `lossByte` that byte replaces every such
 /// character (one for a surrogate pair, one for a surrogate without its partner, which only the two forms of
 /// UTF-16 can hold). With a null target nothing is written and room is unlimited.
 Encoded encode(unsigned int encoding, const char* units, long unitCount, char lossByte, char* target,

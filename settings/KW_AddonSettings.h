@@ -21,12 +21,12 @@ enum KW_AddonSettings_Type : int {
     KW_AddonSettings_ThisAddon = 1,  ///< this add-on's own: sett_ADDON_SETTINGS_FILE_NAME and .cfg
 };
 
-/// Where the set's file lies. 0, or the host's error code with `location` unchanged.
+/// Location of the set's file. 0, or the host's error code with `location` unchanged.
 GSErrCode KW_AddonSettings_GetLocation(KW_AddonSettings_Type type, KW_Location& location);
 
 /// Reads the set from its file, dropping unsaved changes; with `onlyIfNotLoaded` nothing happens to a set
 /// that is loaded. A missing file is an empty set. Whether the set is loaded; on false it holds nothing or,
-/// from a damaged file, what stood before the damage.
+/// from a damaged file, the entries before the damage.
 bool KW_AddonSettings_Load(KW_AddonSettings_Type type, bool onlyIfNotLoaded);
 /// Writes the set to its file, in one step. True when the new file has taken the old one's place; otherwise
 /// the old one stands.

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Where the module lies: beside the installed bundles, or in the build.
+/// Where the module is: beside the installed bundles, or in the build.
 std::string modulePath() {
     std::error_code error;
     const fs::path prefix = platform::ownProgram().parent_path().parent_path();

@@ -107,7 +107,7 @@ int serve(const ServeOptions& options) {
         return fail(host::kExitUnreadable, options.folder + ": " + std::strerror(errno));
     }
     if (options.port < 0 || options.port > 65535)
-        return fail(host::kExitUsage, "a port lies between 0 and 65535");
+        return fail(host::kExitUsage, "a port is a number from 0 to 65535");
 
     httplib::Server server;
     configure(server);

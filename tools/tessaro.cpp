@@ -27,17 +27,16 @@ std::string defaultBundle() {
 
 CLI::App* addRun(CLI::App& app, host::ConsoleOptions& options, std::string& opener) {
     CLI::App* const run = app.add_subcommand("run", "Load add-ons and use them");
-    run->add_option("--bundle", options.bundles, "Bundle to load; may be given several times")
-        ->type_name("PATH");
-    run->add_option("--data-dir", options.dataDir, "Folder of settings and marker files")->type_name("PATH");
+    run->add_option("--bundle", options.bundles, "Bundle to load; may be repeated")->type_name("PATH");
+    run->add_option("--data-dir", options.dataDir, "Settings folder")->type_name("PATH");
     static std::string ui = "console";
     run->add_option("--ui", ui, "Front end")->check(CLI::IsMember({"console"}))->type_name("NAME");
     run->add_flag("--json", options.json, "Print each event as a JSON object");
     run->add_option("--connect", options.connects,
-                    "Send requests for NAME:PORT to ADDRESS:PORT; may be given several times")
+                    "Send requests for NAME:PORT to ADDRESS:PORT; may be repeated")
         ->type_name("NAME:PORT=ADDRESS:PORT");
     run->add_option("--opener", opener,
-                    "What opens documents and web pages: the desktop, or a line of output")
+                    "Open documents and web pages on the desktop, or print a line for each")
         ->check(CLI::IsMember({"xdg-open", "record"}))
         ->type_name("NAME");
     return run;
@@ -45,14 +44,14 @@ CLI::App* addRun(CLI::App& app, host::ConsoleOptions& options, std::string& open
 
 CLI::App* addServe(CLI::App& app, tools::ServeOptions& options) {
     CLI::App* const serve = app.add_subcommand("serve", "Serve a folder as the update server does");
-    serve->add_option("folder", options.folder, "Folder that holds update_plugins/ and update/")
+    serve->add_option("folder", options.folder, "Folder that contains update_plugins/ and update/")
         ->required()
         ->type_name("DIR");
-    serve->add_option("--port", options.port, "Port to listen on; 0 for one that is free")
+    serve->add_option("--port", options.port, "Port to listen on; 0 picks a free one")
         ->check(CLI::Range(0, 65535))
         ->capture_default_str()
         ->type_name("NUMBER");
-    serve->add_option("--address", options.address, "Address to listen on; 0.0.0.0 for every network")
+    serve->add_option("--address", options.address, "Address to listen on; 0.0.0.0 for all networks")
         ->capture_default_str()
         ->type_name("ADDRESS");
     return serve;
@@ -81,7 +80,7 @@ int runProgram(int argc, char** argv) {
         return host::runConsole(options);
     }
     if (serve->parsed()) return tools::runServe(serveOptions);
-    std::cerr << "tessaro: a subcommand is needed; --help lists them" << std::endl;
+    std::cerr << "tessaro: a subcommand is required; --help lists them" << std::endl;
     return host::kExitUsage;
 }
 

@@ -74,7 +74,7 @@ void KW_AddonUpdate_SplitLibVersion(KW_String line, KW_AddonUpdate_Library& libr
 /// as asked for by the user.
 ///
 /// Returns false when there is no version line or no folder for the download; true otherwise, also when no
-/// check was due. Whatever else fails is told to the user.
+/// check was due. Any other failure is reported to the user.
 bool KW_AddonUpdate_CheckForUpdate(bool byUser, const KW_String& ownVersion, const KW_String& libraryName);
 
 /// The automatic check, if it is switched on. Where it has never been switched on or off, it is switched on

@@ -26,7 +26,7 @@ KW_AddonUpdate_Comparison KW_AddonUpdate_CompareVersions(const KW_String& ownLin
     KW_Units rest = KW_UnitsOf(text);
     while (!rest.empty()) {
         const KW_Units line = KW_TakeLine(rest);
-        // Most lines tell of other products, which shows before they are taken apart.
+        // Most lines are about other products, which shows before they are split.
         if (!startsWith(line, own[0])) continue;
         KW_AddonUpdate_TakeTokens(line, tokens);
         if (KW_AddonUpdate_CheckVersionFormat(tokens) == KW_AddonUpdate_AddonLine &&

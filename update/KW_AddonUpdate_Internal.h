@@ -25,7 +25,7 @@ inline long KW_AddonUpdate_ToLong(const KW_String& text) {
 
 // ---- Versions file
 
-/// Where the downloaded versions file lies. False when the host has no folder for it.
+/// Where the downloaded versions file is. False when the host has no folder for it.
 bool KW_AddonUpdate_GetFileLocation(KW_Location& location);
 
 /// Replaces `tokens` by those of the line. A versions file has many lines of which one or two concern an

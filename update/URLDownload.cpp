@@ -124,7 +124,7 @@ void BytesAvailable(URLDownloadParams& download) {
     std::uint8_t chunk[kURLReadChunkSize];
     const CFIndex count = CFReadStreamRead(download.stream, chunk, kURLReadChunkSize);
     if (count > 0) {
-        // A chunk that cannot be written is lost; the download goes on.
+        // A chunk that cannot be written is lost; the download continues.
         IO::File* const file = download.file.file.get();
         const auto* const bytes = reinterpret_cast<const char*>(chunk);
         if (file != nullptr && file->Write(bytes, static_cast<std::uint64_t>(count), nullptr) != kNoError)

@@ -12,6 +12,6 @@ struct PartsEntry {
 };
 
 /// Reads a parts list: entries of a type ("object", "door", "window", "lamp"), a number of pieces and a name
-/// in double quotes, separated by white space; what stands between /* and */ is passed over. Appends to
-/// `entries`. Returns 0, or the number (from 1) of the entry that is not understood.
+/// in double quotes, separated by white space; text between /* and */ is skipped. Appends to
+/// `entries`. Returns 0, or the number (from 1) of the entry that is not valid.
 long readPartsList(const KW_String& text, KW_List<PartsEntry>& entries);

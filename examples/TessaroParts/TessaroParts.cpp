@@ -16,7 +16,7 @@
 #include "settings/AddonIdentity.h"
 #include "update/KW_AddonUpdate.h"
 
-// Who this add-on is. It follows the language of the suite, and speaks Japanese beside the five languages
+// Who this add-on is. It follows the language of the suite, and offers Japanese beside the five languages
 // that every add-on has.
 char sett_ADDON_NAME[] = "TessaroParts";
 char sett_ADDON_SETTINGS_FILE_NAME[] = "TessaroParts_220";
@@ -66,7 +66,7 @@ KW_String text(Text index, const char* word, const KW_String& value) {
     return text(index).Replace(KW_SystemText(word), value);
 }
 
-/// Reads the list beside the add-on. When that fails, tells the user and returns false.
+/// Reads the list beside the add-on. If that fails, informs the user and returns false.
 bool readList(KW_List<PartsEntry>& entries) {
     KW_Location location = KW_Location::AddOnLocation(true);
     location += "/";
@@ -97,7 +97,7 @@ void checkList() {
                                               : text(kTextAllPartsFound, "ENTRYCOUNT", count));
 }
 
-/// Finds the first part of the list, loading the suite's library or asking for a library folder when it must.
+/// Finds the first part in the list, loading the suite's library or asking for a library folder if necessary.
 void findPart() {
     KW_List<PartsEntry> entries;
     if (!readList(entries) || entries.count == 0) return;

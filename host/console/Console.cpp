@@ -93,11 +93,11 @@ int runConsole(const ConsoleOptions& options) {
     if (!options.dataDir.empty()) {
         std::error_code error;
         const std::filesystem::path absolute = std::filesystem::absolute(options.dataDir, error);
-        if (error) return fail(kExitUnreadable, "the working folder is not there: " + error.message());
+        if (error) return fail(kExitUnreadable, "the working directory does not exist: " + error.message());
         setenv("TESSARO_DATA_DIR", absolute.c_str(), 1);
     }
     if (const auto failure = platform::createSettingsFolder()) {
-        return fail(kExitUnreadable, "the folder of settings and marker files " + inQuotes(failure->path) +
+        return fail(kExitUnreadable, "the settings folder " + inQuotes(failure->path) +
                                          " cannot be created: " + failure->reason);
     }
 

@@ -24,7 +24,7 @@ public:
     virtual Result next(std::string& line) = 0;
     /// Whether a person types the lines and sees them.
     virtual bool isInteractive() const = 0;
-    /// Whether the person wants to end what is going on (Ctrl-C). The next line is then the end.
+    /// Whether the user interrupted the session (Ctrl-C). The next line is then the end.
     virtual bool isInterrupted() const { return false; }
     /// Something is about to be printed.
     virtual void clearPrompt() {}

@@ -53,7 +53,7 @@ private:
 
     int descriptor_;
     std::string buffer_;
-    std::size_t searched_ = 0;  ///< no line end lies before
+    std::size_t searched_ = 0;  ///< there is no line end before
     bool ended_ = false;
 };
 

@@ -160,7 +160,7 @@ public:
         out_ << "library " << inQuotes(it.path) << ", " << it.parts << (it.parts == 1 ? " part" : " parts")
              << (it.embedded ? ", embedded\n" : "\n");
         for (const LibraryProblem& problem : it.problems)
-            out_ << "  left out " << inQuotes(problem.path) << ": " << problem.reason << '\n';
+            out_ << "  skipped " << inQuotes(problem.path) << ": " << problem.reason << '\n';
     }
 
     void operator()(const event::PartListed& it) {
@@ -178,7 +178,7 @@ public:
 
     void operator()(const event::EntryPointAnswered& it) {
         out_ << "  " << it.entryPoint
-             << (it.result ? " answered " + errorText(*it.result) : " threw an exception") << '\n';
+             << (it.result ? " returned " + errorText(*it.result) : " threw an exception") << '\n';
     }
 
     void operator()(const event::Call& it) {

@@ -14,8 +14,8 @@ using Refusal = Session::Refusal;
 constexpr const char* kWrongUsage = "";
 constexpr Refusal kDone = std::nullopt;
 
-/// Splits a line at blanks. Double quotes keep blanks together; inside them a backslash stands before a quote
-/// or a backslash. False when a quote is left open.
+/// Splits a line at blanks. Double quotes keep blanks together; inside them a backslash precedes a quote
+/// or a backslash. False when a quotation mark is missing.
 bool splitLine(const std::string& line, Arguments& pieces) {
     std::string piece;
     bool inPiece = false;
@@ -74,7 +74,8 @@ Word actionWord(std::string usage, std::string explanation, std::size_t minArgum
     auto run = [maxArguments, makeAction](Session& session, const Arguments& arguments) -> Refusal {
         std::vector<short> numbers(maxArguments);
         for (std::size_t index = 0; index < arguments.size(); ++index) {
-            if (!parseNumber(arguments[index], numbers[index])) return "items, rows and dialogs are numbers";
+            if (!parseNumber(arguments[index], numbers[index]))
+                return "items, rows and dialogs must be numbers";
         }
         return session.act(makeAction(numbers));
     };
@@ -83,7 +84,7 @@ Word actionWord(std::string usage, std::string explanation, std::size_t minArgum
 
 Refusal help(Session& session, const Arguments& arguments) {
     const Word* const wanted = arguments.empty() ? nullptr : findWord(arguments.front());
-    if (!arguments.empty() && wanted == nullptr) return "unknown word; \"help\" lists the words";
+    if (!arguments.empty() && wanted == nullptr) return "unknown command; \"help\" lists the commands";
     for (const Word& word : words()) {
         if (wanted == nullptr || wanted == &word) session.tell(event::Help{word.usage, word.explanation});
     }
@@ -95,7 +96,7 @@ Refusal wait(Session& session, const Arguments& arguments) {
     double seconds = -1;
     if (!arguments.empty() &&
         (!parseNumber(arguments.front(), seconds) || !(seconds >= 0 && seconds <= kLongest))) {
-        return "the seconds are a number from 0 to 3600";
+        return "SECONDS must be a number from 0 to 3600";
     }
     session.wait(seconds);
     return kDone;
@@ -120,7 +121,7 @@ Refusal choose(Session& session, const Arguments& arguments) {
     short item = 0;
     if ((point != std::string::npos && !parseNumber(text.substr(0, point), menu)) ||
         !parseNumber(text.substr(point + 1), item)) {
-        return "a menu item is a number, or the menu's number, a point and the item's number";
+        return "give the item's number, or the menu's number, a dot and the item's number";
     }
     return session.choose(menu, item);
 }
@@ -128,7 +129,7 @@ Refusal choose(Session& session, const Arguments& arguments) {
 Refusal file(Session& session, const Arguments& arguments) {
     short filter = 1;
     if (arguments.size() > 1 && (!parseNumber(arguments[1], filter) || filter < 1)) {
-        return "a filter is a number from 1";
+        return "FILTER must be a number from 1";
     }
     return session.chooseFile(arguments.front(), filter);
 }
@@ -233,14 +234,14 @@ const std::vector<Word>& words() {
     using Numbers = std::vector<short>;
     constexpr std::size_t kMostEngines = 100;
     static const std::vector<Word> all = {
-        {"help [WORD]", "explains the words, or one", 0, 1, help},
-        simpleWord("show", "shows what is open; the menus when nothing is", &Session::show),
-        {"wait [SECONDS]", "lets transfers go on until they have ended, or so long", 0, 1, wait},
+        {"help [COMMAND]", "explains all commands, or one", 0, 1, help},
+        simpleWord("show", "shows what is open, or the menus if nothing is", &Session::show),
+        {"wait [SECONDS]", "waits until all transfers have finished, or for SECONDS", 0, 1, wait},
         {"trace on|off", "shows every call between host and add-ons", 1, 1, trace},
-        simpleWord("quit", "closes what is open, unloads the add-ons and ends", &Session::quit),
+        simpleWord("quit", "closes what is open, unloads the add-ons and exits", &Session::quit),
         simpleWord("menu", "shows the menus of the loaded add-ons", &Session::showMenus),
-        {"choose [MENU.]ITEM", "chooses a menu item; without MENU, of menu 1", 1, 1, choose},
-        actionWord("click ITEM [DIALOG]", "clicks a button; without DIALOG, of the foremost", 1, 2,
+        {"choose [MENU.]ITEM", "chooses a menu item; MENU defaults to 1", 1, 1, choose},
+        actionWord("click ITEM [DIALOG]", "clicks a button; DIALOG defaults to the frontmost", 1, 2,
                    [](const Numbers& it) { return UserAction::click(it[1], it[0]); }),
         actionWord("select ITEM ROW [DIALOG]", "selects a row of a list", 2, 3,
                    [](const Numbers& it) { return UserAction::selectRow(it[2], it[0], it[1]); }),
@@ -256,18 +257,18 @@ const std::vector<Word>& words() {
                    [](const Numbers&) { return UserAction::close(); }),
         simpleWord("addons", "lists the loaded add-ons", &Session::listAddOns),
         {"load PATH [--no-table|--empty-table]",
-         "loads a bundle; or calls its entry points for trial, without the host's functions", 1, 2, load},
-        {"unload [ADDON] [--without-free-data]", "unloads an add-on; or leaves its free-data entry point out",
-         0, 2, unload},
+         "loads a bundle, or calls its entry points on trial without the host's functions", 1, 2, load},
+        {"unload [ADDON] [--without-free-data]", "unloads an add-on, or does so without calling FreeData", 0,
+         2, unload},
         {"reload [ADDON]", "unloads an add-on and loads it again", 0, 1, reload},
-        {"project [new|open PATH|save [PATH]]", "shows the open project, or opens another", 0, 2, project},
+        {"project [new|open PATH|save [PATH]]", "shows, creates, opens or saves the project", 0, 2, project},
         {"engines [NAME...]", "lists the rendering engines, or replaces them", 0, kMostEngines, engines},
         {"engine NUMBER|none", "makes a rendering engine the current one", 1, 1, engine},
         {"libraries [add PATH|remove PATH|embed PATH|embed none]",
          "lists the loaded libraries, or changes them", 0, 2, libraries},
         {"parts [TEXT]", "lists the library parts, or those with TEXT in their names", 0, 1, parts},
-        {"part NAME [TYPE]", "shows the library part that add-ons find", 1, 2, part},
-        simpleWord("commands", "lists the module commands that the add-ons answer", &Session::listCommands),
+        {"part NAME [TYPE]", "shows the library part that add-ons find under this name", 1, 2, part},
+        simpleWord("commands", "lists the module commands of the add-ons", &Session::listCommands),
     };
     return all;
 }
@@ -276,11 +277,11 @@ namespace {
 
 Refusal runLine(Session& session, const std::string& line) {
     Arguments arguments;
-    if (!splitLine(line, arguments)) return "a quote is left open";
+    if (!splitLine(line, arguments)) return "a quotation mark is missing";
     if (arguments.empty() || arguments.front().starts_with('#')) return kDone;
     const Word* const word = findWord(arguments.front());
     if (word == nullptr) {
-        return "unknown word " + inQuotes(arguments.front()) + "; \"help\" lists the words";
+        return "unknown command " + inQuotes(arguments.front()) + "; \"help\" lists the commands";
     }
     arguments.erase(arguments.begin());
     const bool fits = arguments.size() >= word->minArguments && arguments.size() <= word->maxArguments;

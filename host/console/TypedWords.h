@@ -16,7 +16,7 @@ struct Word {
     std::string explanation;
     std::size_t minArguments;
     std::size_t maxArguments;
-    /// Carries the word out; an empty refusal stands for the usage.
+    /// Carries the word out; an empty refusal means the usage.
     std::function<Session::Refusal(Session&, const Arguments&)> run;
 
     std::string name() const { return usage.substr(0, usage.find(' ')); }
@@ -25,7 +25,7 @@ struct Word {
 /// Every word, in the order in which "help" lists them.
 const std::vector<Word>& words();
 
-/// Carries out one line, and tells why not. An unknown word or a wrong number of arguments is refused.
+/// Carries out one line, and tells why not. An unknown command or a wrong number of arguments is refused.
 void carryOut(Session& session, const std::string& line);
 
 }  // namespace host

@@ -22,8 +22,8 @@ public:
     virtual bool pause(int milliseconds) = 0;
 };
 
-/// What a person can do with the host: the words, and one stream of events that tells what comes of them. Any
-/// face may drive it. A word never waits for the user itself and shows nothing: while an add-on asks him
+/// What a person can do with the host: the words, and one stream of events that reports what comes of them.
+/// Any face may drive it. A word never waits for the user itself and shows nothing: while an add-on asks him
 /// something, the face is let wait, and carries out further words meanwhile. A word that is refused returns
 /// why, in one line; nothing has changed then.
 ///
@@ -52,17 +52,17 @@ public:
     [[nodiscard]] Refusal act(const platform::UserAction& action);
     [[nodiscard]] Refusal chooseFile(const std::string& path, int filter);
     [[nodiscard]] Refusal chooseFolder(const std::string& path);
-    /// Lets the run loop go on until no transfer is left, at most `seconds`; without limit when negative.
+    /// Runs the run loop until no transfer is left, at most for `seconds`; no limit if negative.
     void wait(double seconds);
     void startTrace() { trace_.start(); }
     void stopTrace() { trace_.stop(); }
-    /// Documents and web pages are told of from now on instead of being opened.
+    /// From now on, documents and web pages are reported instead of opened.
     void recordOpened();
 
     void listAddOns();
     [[nodiscard]] Refusal load(const std::string& path);
     [[nodiscard]] Refusal probe(const std::string& path, ProbeTable table);
-    /// An empty name stands for the only add-on.
+    /// An empty name means the only add-on.
     [[nodiscard]] Refusal unload(const std::string& name, FreeDataCall freeData);
     [[nodiscard]] Refusal reload(const std::string& name);
 
@@ -82,7 +82,7 @@ public:
     void embedNoLibrary();
     /// The parts with `text` in their names.
     void listParts(const std::string& text);
-    /// The part that add-ons find by this name; an empty type stands for any.
+    /// The part that add-ons find by this name; an empty type means any.
     [[nodiscard]] Refusal showPart(const std::string& name, const std::string& type);
     void listCommands();
 

@@ -66,7 +66,7 @@ Refusal Session::act(const UserAction& action) {
 Refusal Session::chooseFile(const std::string& path, int filter) {
     const auto* const chooser = DialogControl::instance().activeFileChooser();
     if (chooser != nullptr && chooser->kind == platform::FileChooserState::Kind::Folder) {
-        return "a folder is to be chosen, not a file";
+        return "the chooser expects a folder, not a file";
     }
     return act(UserAction::chooseFile(path, filter - 1));
 }
@@ -74,7 +74,7 @@ Refusal Session::chooseFile(const std::string& path, int filter) {
 Refusal Session::chooseFolder(const std::string& path) {
     const auto* const chooser = DialogControl::instance().activeFileChooser();
     if (chooser != nullptr && chooser->kind != platform::FileChooserState::Kind::Folder) {
-        return "a file is to be chosen, not a folder";
+        return "the chooser expects a file, not a folder";
     }
     return act(UserAction::chooseFile(path));
 }
@@ -91,7 +91,7 @@ void Session::wait(double seconds) {
         const double waited = std::chrono::duration<double>(Clock::now() - start).count();
         if ((seconds >= 0 && waited >= seconds) || !face_.pause(calls == 0 ? kSliceMs : 0)) break;
     }
-    tell(event::Note{"the transfer goes on"});
+    tell(event::Note{"the transfer has not finished"});
 }
 
 void Session::recordOpened() {
@@ -148,7 +148,7 @@ AddOn* Session::findAddOn(const std::string& name, Refusal& refusal) const {
     if (found == nullptr) {
         refusal = !name.empty()    ? "no add-on " + inQuotes(name) + " is loaded"
                   : addOns.empty() ? "no add-on is loaded"
-                                   : "several add-ons are loaded; say which";
+                                   : "several add-ons are loaded; name one";
     }
     return found;
 }
@@ -186,7 +186,7 @@ void Session::startProject() {
 }
 
 Refusal Session::setProject(const std::string& path) {
-    if (!host_.project().setFile(path)) return "a project needs the path of a file";
+    if (!host_.project().setFile(path)) return "the path of a project file is missing or not valid";
     showProject();
     return std::nullopt;
 }
@@ -212,7 +212,7 @@ void Session::replaceEngines(const std::vector<std::string>& names) {
 }
 
 Refusal Session::setEngine(int number) {
-    if (!host_.renderingEngines().setCurrent(number)) return "there is no rendering engine of this number";
+    if (!host_.renderingEngines().setCurrent(number)) return "there is no rendering engine with this number";
     showEngine(number);
     return std::nullopt;
 }
@@ -295,7 +295,7 @@ void Session::listCommands() {
             any = true;
         }
     }
-    if (!any) tell(event::Note{"no command is published"});
+    if (!any) tell(event::Note{"no module command is published"});
 }
 
 }  // namespace host

@@ -36,20 +36,20 @@ public:
     void setLayouts(std::optional<LayoutSource> source);
 
     /// Carries out what the user did, or tells the presenter why not. While something modal is open, only its
-    /// topmost can be acted on; dialog ID 0 stands for it.
+    /// topmost can be acted on; dialog ID 0 means that one.
     void perform(const UserAction& action);
 
     const DialogState* find(short dialogID) const;
     /// IDs of the open dialogs, the foremost first; those that are not yet shown too.
     std::vector<short> openDialogs() const;
-    /// The modal dialog that waits for the user; 0 when none is open or an alert or chooser lies above it.
+    /// The modal dialog that waits for the user; 0 when none is open or an alert or chooser is above it.
     short activeModalDialog() const;
     const AlertState* activeAlert() const;
     const FileChooserState* activeFileChooser() const;
     /// Whether a modal dialog, an alert or a chooser is open: add-on code is being run just now.
     bool isModal() const { return !frames_.empty(); }
 
-    /// Ends every modeless dialog whose callback lies in the image that contains `address`, with
+    /// Ends every modeless dialog whose callback is in the image that contains `address`, with
     /// DG_MSG_CLOSE.
     void closeDialogsOfImage(const void* address);
 

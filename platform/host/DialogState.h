@@ -21,7 +21,7 @@ struct ListRow {
     bool selected = false;
 };
 
-/// Where a tab field lies and how its text is set.
+/// Where a tab field is and how its text is set.
 struct ListField {
     short begin = 0;
     short end = 0;

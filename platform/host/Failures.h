@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-/// What goes wrong where an add-on does not or cannot tell of it, so that its host does. Main thread only. A
+/// Failures that an add-on does not or cannot report, so that its host does. Main thread only. A
 /// handler must not throw; without one, also after setting an empty one, each failure is a line of the
 /// diagnostic print (platform/host/Diagnostics.h).
 namespace platform {
@@ -15,7 +15,7 @@ namespace platform {
 struct CallbackFailure {
     std::string callback;  ///< "timer callback", "stream callback", "callback of dialog 7 at message click"
     std::string reason;    ///< what the exception says; empty when it says nothing
-    const void* function;  ///< the callback itself, which lies in the add-on's image
+    const void* function;  ///< the callback itself, which is in the add-on's image
 };
 
 using CallbackFailureHandler = std::function<void(const CallbackFailure&)>;

@@ -10,7 +10,7 @@
 namespace platform {
 
 /// Requests for `host`:`port` are sent to `address`:`connectPort`; the request itself stays the same. An
-/// empty host or address stands for any host, for the same address; port 0 for any port, for the same port.
+/// empty host means any host, an empty address the same address; port 0 any port or the same port.
 struct ConnectRule {
     std::string host;
     int port = 0;
@@ -19,7 +19,7 @@ struct ConnectRule {
     friend bool operator==(const ConnectRule&, const ConnectRule&) = default;
 };
 
-/// Reads "NAME:PORT=ADDRESS:PORT"; an IPv6 address stands in brackets. Nothing when it is not of that form.
+/// Reads "NAME:PORT=ADDRESS:PORT"; an IPv6 address is in brackets. Nothing when it is not of that form.
 std::optional<ConnectRule> parseConnectRule(std::string_view text);
 
 /// For the streams opened from now on; the first rule that fits counts.

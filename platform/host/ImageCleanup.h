@@ -8,7 +8,7 @@
 namespace platform {
 
 /// Start of the loaded image (program or shared object) that contains the function or object at `address`;
-/// null when it lies in none.
+/// null when it is in none.
 const void* imageOf(const void* address);
 template <typename Result, typename... Arguments>
 const void* imageOf(Result (*function)(Arguments...)) {

@@ -25,7 +25,7 @@ std::string describe(const ResourceProblem& problem);
 
 using ResourceProblemSink = std::function<void(const ResourceProblem&)>;
 
-/// Sets who hears of problems; each is told once, when its file is first read. Without a sink (also after
+/// Sets who receives problems; each is reported once, when its file is first read. Without a sink (also after
 /// setting an empty one) they go to the host's diagnostic print.
 void setResourceProblemSink(ResourceProblemSink sink);
 

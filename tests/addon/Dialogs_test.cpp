@@ -61,7 +61,8 @@ protected:
 TEST_F(Report, HoldsTheFiveLinesInTheCurrentLanguageAndAnEmptyOne) {
     const std::pair<short, const char*> cases[] = {
         {5,
-         "TessaroLibrary\nバージョン: 22.0.4.2200\nビルド日: 03/08/2018\nシステム: Mactel\nArchiCAD 22\n\n"},
+         "TessaroLibrary\nバージョン： 22.0.4.2200\nビルド日： 03/08/2018\nシステム： Mactel\nArchiCAD "
+         "22\n\n"},
         {0,
          "TessaroLibrary\nVersione: 22.0.4.2200\nData di compilazione: 03/08/2018\nSistema: Mactel\n"
          "ArchiCAD 22\n\n"},

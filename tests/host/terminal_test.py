@@ -86,7 +86,7 @@ def main():
         terminal.type("wait\r")
         time.sleep(0.3)
         os.kill(terminal.process, signal.SIGINT)
-        terminal.expect("the transfer goes on")
+        terminal.expect("the transfer has not finished")
         assert terminal.end() == 0
     return 0
 

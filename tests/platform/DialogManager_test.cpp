@@ -237,7 +237,7 @@ TEST_F(DialogManagerTest, AnAlertInACallbackLetsNothingElseBeUsedUntilItIsAnswer
     EXPECT_THAT(answers, ElementsAre(1, 1, 2, 1)) << "closing answers the cancel button or the only one";
     user.log.resize(5);
     EXPECT_THAT(user.log, ElementsAre("shown 32700", "alert -1 [|Save?|] [Yes|No|]",
-                                      "refused: an alert waits for its answer",
+                                      "refused: an alert is waiting for an answer",
                                       "refused: the alert has no button 3", "alert answered 1"));
 }
 

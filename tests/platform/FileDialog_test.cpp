@@ -50,7 +50,7 @@ TEST(FileDialog, TheUserSeesTitleFolderNameAndFiltersAndCanOnlyChoose) {
     EXPECT_EQ(path(dialog.GetSelectedFile(1)), "no location");
     EXPECT_EQ(dialog.GetSelectedFilter(), 1);
     EXPECT_THAT(user.log, testing::ElementsAre("chooser save [Salva] [/a] [report.txt]",
-                                               "refused: a file chooser waits for a choice",
+                                               "refused: a file chooser is waiting for a choice",
                                                "refused: the path is empty",
                                                "refused: the chooser has no filter 3", "chooser closed"));
     const auto& filters = user.choosers.front().filters;

@@ -210,7 +210,7 @@ TEST_F(ResourceManager, AnEntryThatIsNotWhatItShouldBeIsLeftOutAndTold) {
              {"layouts.toml",
               "[dialog.1]\nsize = [10, 10]\nitems = [\n{ number = 1, kind = 'text', frame = [0,0,1,1] },\n"
               "{ number = 1, kind = 'text', frame = [0,0,1,1] },\n]\n",
-              ":5: the dialog has two items of this number"},
+              ":5: the dialog has two items with this number"},
          }) {
         std::filesystem::remove_all(bundle_ + "/Resources");
         write("resources.toml", kIndex);

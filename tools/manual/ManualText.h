@@ -5,7 +5,7 @@
 
 namespace manual {
 
-/// What stands on the cover: the level 1 heading and the two paragraphs behind it.
+/// What the cover shows: the level 1 heading and the two paragraphs after it.
 struct Cover {
     QString title;
     QString subtitle;

@@ -27,7 +27,7 @@ bool belongsToNext(const QTextBlock& block) {
     return block.isValid() && (block.blockFormat().headingLevel() > 0 || image);
 }
 
-/// The first of the headings and pictures that must stand on the same page as the block.
+/// The first of the headings and pictures that must be on the same page as the block.
 QTextBlock leaderOf(QTextBlock block) {
     while (belongsToNext(block.previous()))
         block = block.previous();

@@ -10,7 +10,7 @@ struct OpenDialog {
     DialogState state;
     DGCallback callback = nullptr;
     DGUserData userData = 0;
-    std::set<short> ownTexts;  ///< items whose text the add-on has set; 0 stands for the title
+    std::set<short> ownTexts;  ///< items whose text the add-on has set; 0 is the title
     int brackets = 0;          ///< DGBeginMoveGrowItems without its end
     bool closing = false;      ///< DG_MSG_CLOSE is being or has been sent
     bool closed = false;

@@ -11,7 +11,7 @@ std::string dialogName(const OpenDialog& dialog) {
     return "dialog " + std::to_string(dialog.state.id);
 }
 
-/// The item that the close box of a modal dialog stands for; null when the dialog has neither.
+/// The item that the close box of a modal dialog clicks; null when the dialog has neither.
 const DialogItem* closingItem(const OpenDialog& dialog) {
     const DialogItem* const cancel = dialog.state.find(kCancelItem);
     return cancel != nullptr ? cancel : dialog.state.find(kOkItem);
@@ -65,7 +65,7 @@ void DialogControl::performOnAlert(ModalFrame& frame, const UserAction& action) 
             frame.answer = frame.alert->hasButton(kCancelItem) ? kCancelItem : kOkItem;
             break;
         default:
-            return refuse("an alert waits for its answer");
+            return refuse("an alert is waiting for an answer");
     }
     frame.answered = true;
 }
@@ -83,7 +83,7 @@ void DialogControl::performOnChooser(ModalFrame& frame, const UserAction& action
         case UserAction::Kind::Abandon:
             break;
         default:
-            return refuse("a file chooser waits for a choice");
+            return refuse("a file chooser is waiting for a choice");
     }
     frame.answered = true;
 }

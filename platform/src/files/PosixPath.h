@@ -12,7 +12,7 @@ namespace platform {
 /// UTF-8.
 GS::UniString textOfPosixBytes(std::string_view bytes);
 
-/// The way back. False, `bytes` undefined, when the text holds a zero unit or a surrogate that stands for
+/// The way back. False, `bytes` undefined, when the text holds a zero unit or a surrogate that represents
 /// nothing.
 bool posixBytesOfText(const GS::UniString& text, std::string& bytes);
 

@@ -54,7 +54,7 @@ std::filesystem::path linksFollowed(std::filesystem::path path) {
     return path;
 }
 
-/// Whether `name` still stands for this file: between opening and locking it may have moved on.
+/// Whether `name` still denotes this file: between opening and locking it may have moved on.
 bool standsUnder(int file, int folder, const std::string& name) {
     struct stat opened {};
     struct stat named {};

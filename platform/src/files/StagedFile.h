@@ -10,8 +10,8 @@ namespace platform {
 /// file that does not exist.
 ///
 /// The staged file's name is made from the target's name alone, so that the next replacement of the same
-/// target finds what a killed process left behind. A lock tells one that is being written from a left one.
-/// Results are errno values, 0 for success.
+/// target finds what a killed process left behind. A lock distinguishes a file being written from one left
+/// behind. Results are errno values, 0 for success.
 class StagedFile {
 public:
     StagedFile() = default;

@@ -20,5 +20,5 @@ std::optional<void*> infoOf(const Context* context) {
 }
 
 struct CFURL {
-    std::string text;  // only characters that may stand in a URL
+    std::string text;  // only characters that a URL may contain
 };

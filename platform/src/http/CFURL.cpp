@@ -23,7 +23,7 @@ std::optional<unsigned> hexValue(char digit) {
     return static_cast<unsigned>(value);
 }
 
-/// The byte of the percent escape at `position`, if one stands there.
+/// The byte of the percent escape at `position`, if there is one.
 std::optional<char> escapedByte(std::string_view text, std::size_t position) {
     if (text[position] != '%' || text.size() - position < 3) return std::nullopt;
     const auto high = hexValue(text[position + 1]);

@@ -105,7 +105,7 @@ std::size_t CFReadStream::bytesArrived(char* bytes, std::size_t size, std::size_
     std::memcpy(self->buffer_.get() + self->filled_, bytes, arrived);
     self->filled_ += arrived;
     self->noteChange();
-    // libcurl would otherwise go on to receive as long as the server sends, and hold the loop.
+    // Otherwise libcurl would keep receiving as long as the server sends, and block the loop.
     if (self->filled_ >= kEnough && !self->paused_) {
         self->paused_ = true;
         self->engine_.curl().easyPause(self->easy_, CURLPAUSE_RECV);
@@ -124,7 +124,7 @@ CFIndex CFReadStream::read(std::uint8_t* target, CFIndex count) {
     return static_cast<CFIndex>(taken);
 }
 
-/// Lets a server that had to wait go on, if there is room.
+/// Lets a waiting server continue if there is room.
 void CFReadStream::resume() {
     if (!paused_ || filled_ != 0) return;
     paused_ = false;

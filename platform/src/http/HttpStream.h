@@ -10,7 +10,7 @@
 /// not read yet are at most kBufferSize: when they are not read the server is made to wait, so memory does
 /// not grow.
 ///
-/// Its creator holds one reference until CFRelease; an event that is being told may outlive that.
+/// Its creator holds one reference until CFRelease; an event that is being reported may outlive that.
 struct CFReadStream : std::enable_shared_from_this<CFReadStream> {
 public:
     enum class State { New, Running, Complete, Failed, Closed };

@@ -14,7 +14,7 @@ struct CFRunLoopTimer {
     double fireDate;
     CFRunLoopTimerCallBack callBack;
     void* info;
-    const void* image;  // that the callback lies in
+    const void* image;  // that contains the callback
     bool valid = true;
     std::optional<platform::RunLoop::TimerId> scheduled;
 };

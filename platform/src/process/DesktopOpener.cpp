@@ -69,7 +69,7 @@ bool endsWithin(int descriptor, int patienceMs) {
     }
 }
 
-/// A process that goes on is collected later; one that cannot be watched is left to the end of the host.
+/// A process that is still running is reaped later; one that cannot be watched, when the host exits.
 void waitFor(pid_t process, int patienceMs) {
     const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
     if (descriptor < 0) return;

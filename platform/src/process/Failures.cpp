@@ -54,7 +54,7 @@ void noteReplacement(const std::string& path, int error) {
         handlers().failedPaths.erase(path);
     } else if (handlers().failedPaths.insert(path).second) {
         if (handlers().replacement) return handlers().replacement({path, std::strerror(error)});
-        DBPrintf("%s keeps its old content: %s\n", path.c_str(), std::strerror(error));
+        DBPrintf("%s could not be written: %s\n", path.c_str(), std::strerror(error));
     }
 }
 

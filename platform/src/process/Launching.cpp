@@ -40,7 +40,7 @@ std::string pathArgument(const std::string& path) {
     return ambiguous ? "./" + path : path;
 }
 
-/// The address with everything that may not stand in one written as %XX.
+/// The address with every character that it may not contain written as %XX.
 std::string addressArgument(const std::string& address) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string argument;

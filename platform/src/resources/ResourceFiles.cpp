@@ -205,7 +205,7 @@ std::optional<Value> named(const std::pair<std::string_view, Value> (&values)[Co
     return std::nullopt;
 }
 
-/// Reads `count` numbers from the list under `name`; false, and a problem told, when they are not there.
+/// Reads `count` numbers from the list under `name`; false, with a problem reported, if they are missing.
 bool readNumbers(TomlFile& file, const toml::table& table, std::string_view name, short* numbers,
                  std::size_t count) {
     const toml::node* node = table.get(name);
@@ -260,7 +260,7 @@ void readItem(TomlFile& file, const toml::node& node, DialogLayout& dialog) {
     const bool numberIsUsed =
         std::any_of(dialog.items.begin(), dialog.items.end(),
                     [&item](const LayoutItem& other) { return other.number == item.number; });
-    if (numberIsUsed) return file.problem(table->source(), "the dialog has two items of this number");
+    if (numberIsUsed) return file.problem(table->source(), "the dialog has two items with this number");
     dialog.items.push_back(item);
 }
 

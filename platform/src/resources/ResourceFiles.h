@@ -8,7 +8,7 @@
 #include <vector>
 
 /// The resource files of a bundle as plain data. A file that cannot be read gives empty data, an entry that
-/// is not what it should be is left out; both are told in `problems`.
+/// is not valid is skipped; both are reported in `problems`.
 namespace platform {
 
 using NumberedTexts = std::map<int, std::string>;

@@ -35,7 +35,7 @@ void tell(const ResourceProblems& problems) {
     }
 }
 
-/// One copy of a localised resource: the number that stands in the files, and the language.
+/// One copy of a localised resource: the number in the files, and the language.
 struct LocalisedId {
     int base;
     int language;
@@ -205,7 +205,7 @@ private:
     static constexpr const char* kFramework = "/framework";
 
     std::string folder_;
-    std::string framework_;  // resources that stand in where the add-on's own lack them; empty for none
+    std::string framework_;  // resources used where the add-on's own lack them; empty for none
     std::optional<ResourceIndex> index_;
     NumberedTexts frameworkLanguages_;
     std::map<int, ResourceTexts> texts_;

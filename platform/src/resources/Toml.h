@@ -16,6 +16,8 @@ struct ParserFailure {};
 
 }  // namespace platform
 
+#include <cstdint>
+
 #undef NDEBUG
 #define TOML_ASSERT(condition) ((condition) ? static_cast<void>(0) : platform::throwParserFailure())
 #include <toml++/impl/preprocessor.h>

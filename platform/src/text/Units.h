@@ -23,7 +23,7 @@ inline bool isSurrogate(std::uint32_t unit) {
 
 /// One character taken from UTF-16.
 struct Character {
-    std::uint32_t codePoint;  ///< a surrogate's value when it stands without its partner
+    std::uint32_t codePoint;  ///< a surrogate's value if it has no partner
     int units;                ///< 1, or 2 for a pair
 };
 

@@ -26,7 +26,7 @@ inline std::uint32_t encodedBytes(std::uint32_t c) {
     return 0x808080F0 | c >> 18 | (c >> 4 & 0x3F00) | (c << 10 & 0x3F0000) | (c << 24 & 0x3F000000);
 }
 
-// Where an encoding stands: units read and bytes written.
+// How far an encoding has come: units read and bytes written.
 struct Place {
     long in;
     long out;
