@@ -1,6 +1,7 @@
 #include "tools/UpdateServer.h"
 
 #include "host/ExitCodes.h"
+#include "host/Printable.h"
 
 #include <httplib.h>
 #include <signal.h>
@@ -25,17 +26,11 @@ namespace fs = std::filesystem;
 constexpr const char* kVersionsFiles[] = {"update_plugins/versions16.txt",
                                           "update_plugins/versions_plus.txt"};
 
-int fail(int code, const std::string& what) {
-    std::cerr << "tessaro serve: " << what << std::endl;
-    return code;
-}
+using host::printable;
 
-/// What a client sent, fit for one line of a terminal.
-std::string printable(const std::string& text) {
-    std::string safe;
-    for (const char character : text)
-        safe += character >= ' ' && character <= '~' ? character : '?';
-    return safe;
+int fail(int code, const std::string& what) {
+    std::cerr << "tessaro serve: " << printable(what) << std::endl;
+    return code;
 }
 
 void printRequest(const httplib::Request& request, const httplib::Response& answer) {
@@ -128,8 +123,9 @@ int serve(const ServeOptions& options) {
         if (!fs::exists(folder / file, error))
             std::cerr << "tessaro serve: note: there is no " << file << '\n';
     }
-    std::cout << "serving " << folder.string() << " at http://" << authority << "/ (ctrl-C ends)"
+    std::cout << "serving " << printable(folder.string()) << " at http://" << authority << "/ (ctrl-C ends)"
               << std::endl;
+    if (!std::cout) return fail(host::kExitUnreadable, "the output cannot be written");
 
     std::thread listener([&server] { server.listen_after_bind(); });
     while (!server.is_running())

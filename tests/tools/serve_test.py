@@ -87,9 +87,9 @@ class ServeTest(unittest.TestCase):
                 self.assertNotIn(b"secret", content)
                 self.assertRegex(server.printed(), r"^GET /[ -~]* 40[04] \d+ bytes to 127.0.0.1$")
             with socket.create_connection(("127.0.0.1", server.port), timeout=10) as raw:
-                raw.sendall(b"GET /a\x1b[31m\xc3 HTTP/1.1\r\nConnection: close\r\n\r\n")
+                raw.sendall(b"GET /a\x1b[31m\xc3\xe2\x80\xae HTTP/1.1\r\nConnection: close\r\n\r\n")
                 raw.recv(4096)
-            self.assertRegex(server.printed(), r"^GET /a\?\[31m\? 40[04] \d+ bytes to 127.0.0.1$")
+            self.assertRegex(server.printed(), r"^GET /a\\x1B\[31m\\xC3\\xE2\\x80\\xAE 40[04] \d+ bytes to 127.0.0.1$")
             code, _, errors = server.end()
             self.assertEqual(code, 0)
             self.assertEqual(errors.count("note: there is no update_plugins/versions"), 2)
@@ -120,6 +120,9 @@ class ServeTest(unittest.TestCase):
                 self.assertEqual(result.returncode, code, arguments)
                 self.assertIn(says, result.stderr)
                 self.assertEqual(result.stdout, "")
+        with open("/dev/full", "wb") as full:
+            result = subprocess.run([TESSARO, "serve", SAMPLE, "--port", "0"], stdout=full, timeout=20)
+            self.assertEqual(result.returncode, 3)
 
     def test_other_commands_do_not_load_the_server_library(self):
         trace = subprocess.run([TESSARO, "--help"], env={**os.environ, "LD_DEBUG": "libs"}, capture_output=True,
