@@ -31,6 +31,7 @@ struct File::State {
     bool toBeRecovered = false;
     off_t positionBefore = 0;
     off_t lengthBefore = 0;
+    bool placeKnown = false;     // both are those of the next write, which asks the system for nothing
     std::uint64_t heldBack = 0;  // bytes of which the disk has not been told
 
     int stage();
@@ -61,6 +62,7 @@ int File::State::openDirectly() {
 
 /// Notes where a write begins, for recovery.
 GSErrCode File::State::noteBefore() {
+    if (placeKnown) return kNoError;
     struct stat information {};
     positionBefore = lseek(descriptor, 0, SEEK_CUR);
     if (positionBefore < 0 || fstat(descriptor, &information) != 0) return errorOfErrno(errno);
@@ -131,7 +133,7 @@ GSErrCode File::Open(OpenMode mode, AccessDeniedTreatment) {
     if (state_->status != kNoError) return state_->status;
     if (IsOpen()) return kErrBusy;
     state_->mode = mode;
-    state_->someWriteSucceeded = state_->toBeRecovered = false;
+    state_->someWriteSucceeded = state_->toBeRecovered = state_->placeKnown = false;
     state_->writeError = 0;
     state_->heldBack = 0;
     if (!state_->staged.isOpen()) {
@@ -182,6 +184,7 @@ GSErrCode File::GetRemainingLength(std::uint64_t* length) const {
 GSErrCode File::SetPosition(std::uint64_t position) {
     if (!IsOpen()) return kErrNotOpen;
     if (position > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) return kErrEndOfFile;
+    state_->placeKnown = false;
     return lseek(state_->descriptor, static_cast<off_t>(position), SEEK_SET) < 0 ? errorOfErrno(errno)
                                                                                  : kNoError;
 }
@@ -190,6 +193,7 @@ GSErrCode File::Read(char* buffer, std::uint32_t count, std::uint32_t* bytesRead
     if (bytesRead != nullptr) *bytesRead = 0;
     const bool readable = state_->mode == ReadMode || state_->mode == ReadWriteMode;
     if (!IsOpen() || (count > 0 && !readable)) return kErrNotOpen;
+    state_->placeKnown = false;
     std::uint32_t done = 0;
     while (done < count) {
         const ssize_t step = ::read(state_->descriptor, buffer + done, count - done);
@@ -221,8 +225,16 @@ GSErrCode File::Write(const char* bytes, std::uint64_t count, std::uint64_t* byt
     if (bytesWritten != nullptr) *bytesWritten = done;
     if (error == 0) {
         state_->someWriteSucceeded = true;
+        // Nobody else changes a staged file; what is appended may not begin at the position.
+        state_->placeKnown =
+            state_->staged.isOpen() && state_->mode != WriteAppendMode && !state_->toBeRecovered;
+        if (state_->placeKnown) {
+            state_->positionBefore += static_cast<off_t>(done);
+            state_->lengthBefore = std::max(state_->lengthBefore, state_->positionBefore);
+        }
         return kNoError;
     }
+    state_->placeKnown = false;
     state_->writeError = error;
     state_->toBeRecovered = true;
     return errorOfErrno(error);
