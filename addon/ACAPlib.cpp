@@ -85,7 +85,7 @@ int GSInitImage() {
     std::atexit(GSTermImage);
     const GSCFXBundleRef bundle = GSCFXBundleCreateFromMachHeader(&sImported);
     const std::string path = bundle != nullptr ? GSCFXBundlePath(bundle) : std::string();
-    if (path.size() < kBundlePathSize) path.copy(sBundlePath, path.size());
+    if (path.size() < kBundlePathSize) sBundlePath[path.copy(sBundlePath, path.size())] = 0;
     sResModule = sBundlePath[0] != 0 ? RSOpenResourceFile(sBundlePath) : kNoResModule;
     if (bundle != nullptr) GSCFXBundleRelease(bundle);
     return 0;

@@ -124,7 +124,7 @@ int KW_File::ReadBin(const KW_Location& location, char* buffer, unsigned long* s
     return codeOf(source.file->Close());
 }
 
-int KW_File::ReadBin(const KW_Location& location, std::string& bytes, std::uint32_t most) {
+int KW_File::ReadWhole(const KW_Location& location, std::string& bytes, std::uint32_t most) {
     KW_File source;
     const int opened = source.Open(location, OpenMode_Read);
     if (source.file->GetStatus() == IO::kErrNotFound) {

@@ -57,9 +57,9 @@ public:
     /// tell.
     static int ReadBin(const KW_Location& location, char* buffer, unsigned long* size, bool* exists,
                        const unsigned long& position);
-    /// The same for who must know: the whole file, which is refused with 6 when it has more than `most`
-    /// bytes. A missing file is 0 without bytes, one that cannot be read its code with `bytes` unchanged.
-    static int ReadBin(const KW_Location& location, std::string& bytes, std::uint32_t most);
+    /// Reads the whole file, which is refused with 6 when it has more than `most` bytes. A missing file is 0
+    /// without bytes, one that cannot be read its code with `bytes` unchanged.
+    static int ReadWhole(const KW_Location& location, std::string& bytes, std::uint32_t most);
     /// Replaces the file's content by `size` bytes, or appends them. Without `create` a missing file is 6,
     /// and stays missing. The result is that of writing, not that of the closing after it.
     static int WriteBin(const KW_Location& location, const char* data, long size, bool append, bool create);

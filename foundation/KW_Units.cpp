@@ -20,10 +20,6 @@ void KW_SetUnits(KW_String& text, KW_Units units) {
     text.length = static_cast<unsigned int>(units.size());
 }
 
-bool KW_UnitsEqual(KW_Units a, KW_Units b) {
-    return std::ranges::equal(a, b);
-}
-
 KW_Units KW_TakeLine(KW_Units& text) {
     const unsigned long end = findEither(text.data(), text.size(), 0, '\n', '\r');
     const KW_Units line = text.first(end);

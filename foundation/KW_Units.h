@@ -28,8 +28,6 @@ inline GS::UniString KW_UniStringOf(const KW_String& text) {
 /// Makes the text a copy of the units, which are not its own; empty, not null, for none.
 void KW_SetUnits(KW_String& text, KW_Units units);
 
-bool KW_UnitsEqual(KW_Units a, KW_Units b);
-
 /// Takes the first line off `text`, its end (LF, CR LF or CR) with it. The line comes without its end.
 KW_Units KW_TakeLine(KW_Units& text);
 

@@ -1,5 +1,6 @@
 #include "settings/KW_AddonSettings.h"
 
+#include "platform/FileSystem.h"
 #include "settings/AddonIdentity.h"
 
 namespace {
@@ -85,7 +86,9 @@ bool KW_AddonSettings_Save(KW_AddonSettings_Type type) {
     const SettingsSet set = setOf(type);
     KW_Location location;
     if (KW_AddonSettings_GetLocation(type, location) != kNoError) return false;
-    if (set.file == FileState::Unread && location.IsFile()) return false;
+    if (set.file == FileState::Unread && IO::File(location, IO::File::Fail).GetStatus() != IO::kErrNotFound) {
+        return false;
+    }
     if (set.file == FileState::Damaged && !KW_SettingsFile_KeepDamaged(location)) return false;
     if (!KW_SettingsFile_Write(location, set.list)) return false;
     set.file = FileState::Replaceable;

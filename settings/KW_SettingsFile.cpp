@@ -66,7 +66,7 @@ void markLineBreaks(std::string& image, std::size_t start) {
 
 /// The file's bytes with their halves in order; false when it is too large or cannot be read.
 bool readFile(const KW_Location& location, std::string& text) {
-    if (KW_File::ReadBin(location, text, kKW_SettingsFile_MaxFileSize) != 0) return false;
+    if (KW_File::ReadWhole(location, text, kKW_SettingsFile_MaxFileSize) != 0) return false;
     KW_SettingsFile_ExchangeHalves(text.data(), text.size());
     return true;
 }
@@ -137,8 +137,7 @@ bool KW_SettingsFile_Write(const KW_Location& location, const KW_List<KW_Setting
 bool KW_SettingsFile_KeepDamaged(const KW_Location& location) {
     std::string text;
     if (!readFile(location, text)) return false;
-    KW_List<KW_Setting> entries;
-    if (KW_SettingsFile_Parse(text.data(), text.size(), entries) == KW_SettingsFile_Result::Read) return true;
+    if (text.empty()) return true;
     KW_Location copy(location);
     copy += ".damaged";
     return replaceFile(copy, text);

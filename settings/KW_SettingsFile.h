@@ -50,6 +50,6 @@ void KW_SettingsFile_ExchangeHalves(char* bytes, unsigned long size);
 /// not take the old one's place: the old file stands.
 [[nodiscard]] bool KW_SettingsFile_Write(const KW_Location& location, const KW_List<KW_Setting>& list);
 
-/// Copies a file that does not parse to the same name with ".damaged" behind it, replacing an older copy. A
-/// file that parses, or is missing, is not copied. False when the file could not be read or copied.
+/// Copies a file whose entries are not known to the same name with ".damaged" behind it, replacing an older
+/// copy. A file that is empty or missing is not copied. False when the file could not be read or copied.
 [[nodiscard]] bool KW_SettingsFile_KeepDamaged(const KW_Location& location);

@@ -33,17 +33,15 @@ bool KW_AddonUpdate_GetFileLocation(KW_Location& location);
 void KW_AddonUpdate_TakeTokens(KW_Units line, std::vector<KW_Units>& tokens);
 
 /// The kind of the line with these tokens, a KW_AddonUpdate_LineKind.
-int KW_AddonUpdate_CheckVersionFormat(std::span<const KW_Units> tokens);
+int KW_AddonUpdate_KindOf(std::span<const KW_Units> tokens);
 int KW_AddonUpdate_CheckVersionFormat(KW_List<KW_String>& tokens);
 
 /// dd/mm/yyyy turned into yyyymmdd, so that dates compare as text; of a shorter text what it has.
-KW_String KW_AddonUpdate_FormatDate(KW_Units date);
-inline KW_String KW_AddonUpdate_FormatDate(KW_String& date) {
-    return KW_AddonUpdate_FormatDate(KW_UnitsOf(date));
-}
+KW_String KW_AddonUpdate_ArrangeDate(KW_Units date);
+KW_String KW_AddonUpdate_FormatDate(KW_String& date);
 
 /// Takes the text lines ("# ...") off the front of `rest` and joins them by line feeds.
-KW_String KW_AddonUpdate_ReadText(KW_Units& rest);
+KW_String KW_AddonUpdate_TakeText(KW_Units& rest);
 /// The same right behind lines[index], which is left on the last of them, or on the number of lines when
 /// these ran out.
 KW_String KW_AddonUpdate_ReadText(long& index, KW_List<KW_String>& lines);

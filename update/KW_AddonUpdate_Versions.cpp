@@ -129,7 +129,7 @@ void fillAddon(KW_AddonUpdate_Addon& addon, const Tokens& tokens) {
     // "22" of "(AC220)", whose last digit is the minor version
     const KW_Units hostTag = tokenAt(tokens, 2);
     addon.hostVersion = numberOf(part(hostTag, 3, std::max<std::size_t>(hostTag.size(), 5) - 5));
-    addon.date = KW_AddonUpdate_FormatDate(tokenAt(tokens, 3));
+    addon.date = KW_AddonUpdate_ArrangeDate(tokenAt(tokens, 3));
     setToken(addon.dateText, tokenAt(tokens, 3));
 
     addon.languages.Reset();
@@ -148,7 +148,7 @@ void fillAddon(KW_AddonUpdate_Addon& addon, const Tokens& tokens) {
 
 void fillLibrary(KW_AddonUpdate_Library& library, const Tokens& tokens) {
     setToken(library.name, tokenAt(tokens, 0));
-    library.date = KW_AddonUpdate_FormatDate(tokenAt(tokens, 1));
+    library.date = KW_AddonUpdate_ArrangeDate(tokenAt(tokens, 1));
     setToken(library.dateText, tokenAt(tokens, 1));
     library.inSuite = true;
     for (std::size_t i = 2; i < tokens.size(); ++i)
@@ -168,9 +168,9 @@ KW_String joinTextLines(Next next) {
 
 KW_AddonUpdate_Message takeMessage(const Tokens& tokens, KW_Units& rest) {
     KW_AddonUpdate_Message message;
-    message.firstDate = KW_AddonUpdate_FormatDate(tokenAt(tokens, 1));
-    message.secondDate = KW_AddonUpdate_FormatDate(tokenAt(tokens, 2));
-    message.text = KW_AddonUpdate_ReadText(rest);
+    message.firstDate = KW_AddonUpdate_ArrangeDate(tokenAt(tokens, 1));
+    message.secondDate = KW_AddonUpdate_ArrangeDate(tokenAt(tokens, 2));
+    message.text = KW_AddonUpdate_TakeText(rest);
     const int url = message.text.IndexOf(KW_SystemText("http://"), 0);
     if (url >= 0) {
         message.url = message.text.Substring(static_cast<unsigned int>(url));
@@ -195,7 +195,7 @@ void KW_AddonUpdate_TakeTokens(KW_Units line, std::vector<KW_Units>& tokens) {
         tokens.push_back(token);
 }
 
-int KW_AddonUpdate_CheckVersionFormat(std::span<const KW_Units> tokens) {
+int KW_AddonUpdate_KindOf(std::span<const KW_Units> tokens) {
     if (tokens.size() >= 2 && tokens[1].size() == 10 && isDate(tokens[1])) return KW_AddonUpdate_LibraryLine;
     const bool isAddon =
         tokens.size() >= 4 && isVersion(tokens[1]) && isHostTag(tokens[2]) && isDate(tokens[3]);
@@ -206,15 +206,19 @@ int KW_AddonUpdate_CheckVersionFormat(KW_List<KW_String>& tokens) {
     Tokens units;
     for (long i = 0; i < tokens.count; ++i)
         units.push_back(KW_UnitsOf(tokens[i]));
-    return KW_AddonUpdate_CheckVersionFormat(units);
+    return KW_AddonUpdate_KindOf(units);
 }
 
-KW_String KW_AddonUpdate_FormatDate(KW_Units date) {
+KW_String KW_AddonUpdate_ArrangeDate(KW_Units date) {
     std::array<unsigned short, 8> arranged;
     auto end = arranged.begin();
     for (const KW_Units piece : {part(date, 6, 4), part(date, 3, 2), part(date, 0, 2)})
         end = std::ranges::copy(piece, end).out;
     return stringOf({arranged.begin(), end});
+}
+
+KW_String KW_AddonUpdate_FormatDate(KW_String& date) {
+    return KW_AddonUpdate_ArrangeDate(KW_UnitsOf(date));
 }
 
 void KW_AddonUpdate_SplitAddonVersion(KW_String line, KW_AddonUpdate_Addon& addon) {
@@ -229,7 +233,7 @@ void KW_AddonUpdate_SplitLibVersion(KW_String line, KW_AddonUpdate_Library& libr
     fillLibrary(library, tokensOf(line));
 }
 
-KW_String KW_AddonUpdate_ReadText(KW_Units& rest) {
+KW_String KW_AddonUpdate_TakeText(KW_Units& rest) {
     return joinTextLines([&rest] { return isTextLine(rest) ? KW_TakeLine(rest) : KW_Units(); });
 }
 
@@ -253,16 +257,16 @@ void KW_AddonUpdate_ReadVersions(const KW_String& text, KW_List<KW_AddonUpdate_M
             messages.AddData(takeMessage(tokens, rest), -1);
             continue;
         }
-        const int kind = KW_AddonUpdate_CheckVersionFormat(tokens);
+        const int kind = KW_AddonUpdate_KindOf(tokens);
         if (kind == KW_AddonUpdate_LibraryLine) {
             KW_AddonUpdate_Library library;
             fillLibrary(library, tokens);
-            library.text = KW_AddonUpdate_ReadText(rest);
+            library.text = KW_AddonUpdate_TakeText(rest);
             libraries.AddData(std::move(library), -1);
         } else if (kind == KW_AddonUpdate_AddonLine) {
             KW_AddonUpdate_Addon addon;
             fillAddon(addon, tokens);
-            addon.text = KW_AddonUpdate_ReadText(rest);
+            addon.text = KW_AddonUpdate_TakeText(rest);
             addons.AddData(std::move(addon), -1);
         }
     }

@@ -47,15 +47,15 @@ TEST_F(KW_FileTest, ReadBinReadsTheWholeFileOrAsMuchAsAskedFor) {
 TEST_F(KW_FileTest, ReadBinForWhoMustKnowTellsWhatItCannotRead) {
     temp_.write("f", "0123456789");
     std::string bytes = "before";
-    EXPECT_EQ(KW_File::ReadBin(at("f"), bytes, 9), 6);
+    EXPECT_EQ(KW_File::ReadWhole(at("f"), bytes, 9), 6);
     {
         const ResourceLimit noMoreFiles(RLIMIT_NOFILE, 0);
-        EXPECT_EQ(KW_File::ReadBin(at("f"), bytes, 10), 5);
+        EXPECT_EQ(KW_File::ReadWhole(at("f"), bytes, 10), 5);
     }
     EXPECT_EQ(bytes, "before");
-    EXPECT_EQ(KW_File::ReadBin(at("f"), bytes, 10), 0);
+    EXPECT_EQ(KW_File::ReadWhole(at("f"), bytes, 10), 0);
     EXPECT_EQ(bytes, "0123456789");
-    EXPECT_EQ(KW_File::ReadBin(at("missing"), bytes, 9), 0);
+    EXPECT_EQ(KW_File::ReadWhole(at("missing"), bytes, 9), 0);
     EXPECT_EQ(bytes, "");
 }
 

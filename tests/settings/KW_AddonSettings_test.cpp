@@ -195,11 +195,12 @@ TEST_F(AddonSettings, ADamagedFileIsKeptAsideBeforeItIsSavedOver) {
         // Once: what is saved now is sound.
         temp_.write(aside, "rescued");
         EXPECT_TRUE(KW_AddonSettings_Save(kThis));
+        EXPECT_EQ(temp_.read(aside), "rescued");
         temp_.write(kThisFile, damaged);
         EXPECT_FALSE(KW_AddonSettings_Load(kThis, false));
         temp_.write(kThisFile, exchanged("$mended: 1\n"));
         EXPECT_TRUE(KW_AddonSettings_Save(kThis));
-        EXPECT_EQ(temp_.read(aside), "rescued") << "another mended the file meanwhile";
+        EXPECT_EQ(temp_.read(aside), exchanged("$mended: 1\n")) << "another mended the file meanwhile";
     }
 }
 
