@@ -76,21 +76,19 @@ TEST_F(FileTest, TheOldContentStandsUntilAReplacementIsClosedAndTwoOfThemDoNotMi
 
 TEST_F(FileTest, AReplacementWhoseWritesAllFailedLeavesWhatWasThere) {
     temp_.write("old", "old");
+    const std::string tooMuch(5000, 'x');
     const std::string failure = temp_.path("old") + ": File too large\n";
-    {
-        const ResourceLimit limit(RLIMIT_FSIZE, 100);
-        EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
-        EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
-        EXPECT_EQ(failures_, failure) << "told once";
-        EXPECT_EQ(replace(temp_.path("new"), std::string(5000, 'x')), kErrNoSpace);
-        EXPECT_EQ(temp_.read("old"), "old");
-        EXPECT_FALSE(temp_.has("new"));
-        EXPECT_EQ(temp_.count(), 1);
-        failures_.clear();
-        EXPECT_EQ(replace(temp_.path("old"), "short"), kNoError);
-        EXPECT_EQ(replace(temp_.path("old"), std::string(5000, 'x')), kErrNoSpace);
-        EXPECT_EQ(failures_, failure) << "again after a success";
-    }
+    const ResourceLimit limit(RLIMIT_FSIZE, 100);
+    EXPECT_EQ(replace(temp_.path("old"), tooMuch), kErrNoSpace);
+    EXPECT_EQ(replace(temp_.path("old"), tooMuch), kErrNoSpace);
+    EXPECT_EQ(failures_, failure) << "told once";
+    EXPECT_EQ(replace(temp_.path("new"), tooMuch), kErrNoSpace);
+    EXPECT_EQ(temp_.read("old"), "old");
+    EXPECT_EQ(temp_.count(), 1);
+    failures_.clear();
+    EXPECT_EQ(replace(temp_.path("old"), "short"), kNoError);
+    EXPECT_EQ(replace(temp_.path("old"), tooMuch), kErrNoSpace);
+    EXPECT_EQ(failures_, failure) << "again after a success";
 }
 
 TEST_F(FileTest, RecoveryTakesBackOnlyTheWriteThatFailed) {
@@ -113,29 +111,23 @@ TEST_F(FileTest, RecoveryTakesBackOnlyTheWriteThatFailed) {
     }
 }
 
-TEST_F(FileTest, AReplacementKeepsPermissions) {
-    for (const mode_t mode : {0600u, 0644u, 0640u, 0755u, 04755u}) {
-        temp_.write("f", "old");
-        ASSERT_EQ(chmod(temp_.path("f").c_str(), mode), 0);
-        ASSERT_EQ(replace(temp_.path("f"), "new"), kNoError);
-        EXPECT_EQ(modeOf(temp_.path("f")), mode);
-    }
-    const mode_t mask = umask(027);
-    EXPECT_EQ(replace(temp_.path("fresh"), "new"), kNoError);
-    umask(mask);
-    EXPECT_EQ(modeOf(temp_.path("fresh")), 0640u);
-}
-
-TEST_F(FileTest, OfASymbolicLinkTheTargetIsReplaced) {
+TEST_F(FileTest, AReplacementKeepsPermissionsAndLinks) {
     temp_.write("elsewhere/target", "old");
     std::filesystem::create_symlink("elsewhere/target", temp_.path("link"));
     std::filesystem::create_symlink("elsewhere/created", temp_.path("dangling"));
-    EXPECT_EQ(replace(temp_.path("link"), "new"), kNoError);
-    EXPECT_EQ(replace(temp_.path("dangling"), "made"), kNoError);
-    for (const char* const link : {"link", "dangling"})
-        EXPECT_TRUE(std::filesystem::is_symlink(temp_.path(link)));
-    EXPECT_EQ(temp_.read("elsewhere/target"), "new");
-    EXPECT_EQ(temp_.read("elsewhere/created"), "made");
+    const mode_t mask = umask(027);
+    for (const mode_t mode : {0600u, 0755u, 04755u}) {
+        ASSERT_EQ(chmod(temp_.path("link").c_str(), mode), 0);
+        for (const char* const link : {"link", "dangling"}) {
+            EXPECT_EQ(replace(temp_.path(link), "new"), kNoError);
+            EXPECT_TRUE(std::filesystem::is_symlink(temp_.path(link)));
+        }
+        EXPECT_EQ(modeOf(temp_.path("elsewhere/target")), mode);
+    }
+    umask(mask);
+    EXPECT_EQ(modeOf(temp_.path("elsewhere/created")), 0640u);
+    for (const char* const target : {"target", "created"})
+        EXPECT_EQ(temp_.read(std::string("elsewhere/") + target), "new");
 }
 
 TEST_F(FileTest, WhatAKilledReplacementLeavesIsHiddenAndGoesWithTheNextOne) {
@@ -145,8 +137,8 @@ TEST_F(FileTest, WhatAKilledReplacementLeavesIsHiddenAndGoesWithTheNextOne) {
         if (child == 0) {
             File first(at(temp_.path("f")));
             File second(at(temp_.path("f")));
-            (void)first.Open(File::WriteEmptyMode, ReportAccessDenied);
-            (void)second.Open(File::WriteEmptyMode, ReportAccessDenied);
+            for (File* const file : {&first, &second})
+                (void)file->Open(File::WriteEmptyMode, ReportAccessDenied);
             (void)write(second, "half");
             const File fresh(at(temp_.path("new")), File::Create);
             kill(getpid(), SIGKILL);
@@ -156,14 +148,11 @@ TEST_F(FileTest, WhatAKilledReplacementLeavesIsHiddenAndGoesWithTheNextOne) {
     EXPECT_EQ(temp_.read("f"), "old");
     EXPECT_FALSE(temp_.has("new"));
     EXPECT_EQ(temp_.count(), 4);
-    int listed = 0;
-    const auto count = [](Folder&, const Name&, bool, void* context) {
-        ++*static_cast<int*>(context);
+    const auto isF = [](Folder&, const Name& name, bool, void*) {
+        EXPECT_EQ(name.ToUniString(), GS::UniStringFromUtf8("f"));
         return true;
     };
-    EXPECT_EQ(Folder(at(temp_.path())).Enumerate(count, &listed), kNoError);
-    EXPECT_EQ(listed, 1);
-
+    EXPECT_EQ(Folder(at(temp_.path())).Enumerate(isF, nullptr), kNoError);
     for (const char* const name : {"f", "new"}) {
         EXPECT_EQ(replace(temp_.path(name), "new"), kNoError);
         EXPECT_EQ(temp_.read(name), "new");
@@ -220,26 +209,24 @@ TEST_F(FileTest, SpecialFilesAreWrittenToDirectly) {
 
 TEST_F(FileTest, CreationMakesAnEmptyFileOnlyWhereNoneIs) {
     temp_.write("f", "old");
-    temp_.makeFolder("folder");
+    const std::string longest(255, 'n');
     EXPECT_EQ(File(at(temp_.path("new")), File::Fail).GetStatus(), kErrNotFound);
     EXPECT_FALSE(temp_.has("new"));
     const std::pair<std::string, GSErrCode> cases[] = {
         {"new", kNoError},
         {"f", kNoError},
-        {"folder", kErrWrongType},
+        {".", kErrWrongType},
         {"no folder/f", kErrNotFound},
         {"f/f", kErrNotFound},
-        {std::string(255, 'n'), kNoError},  // the longest name there can be
-        {std::string(256, 'n'), kErrBadLocation},
+        {longest, kNoError},
+        {longest + 'n', kErrBadLocation},
     };
     for (const auto& [name, status] : cases) {
         EXPECT_EQ(File(at(temp_.path(name)), File::Create).GetStatus(), status) << name;
         if (status == kNoError) {
-            EXPECT_TRUE(temp_.has(name)) << name;
+            EXPECT_EQ(temp_.has(name) ? temp_.read(name) : "missing", name == "f" ? "old" : "") << name;
         }
     }
-    EXPECT_EQ(temp_.read("f"), "old");
-    const std::string longest(255, 'n');
     EXPECT_EQ(replace(temp_.path(longest), "content"), kNoError);
     EXPECT_EQ(temp_.read(longest), "content");
 }
@@ -249,21 +236,20 @@ TEST_F(FileTest, ReadingCountsFromThePosition) {
     File file(at(temp_.path("f")));
     ASSERT_EQ(file.Open(File::ReadMode, ReportAccessDenied), kNoError);
     std::uint32_t whole = 0;
-    std::uint64_t rest = 0;
-    EXPECT_EQ(file.SetPosition(7) | file.GetLength(&whole) | file.GetRemainingLength(&rest), kNoError);
-    EXPECT_EQ(whole, 10u);
-    EXPECT_EQ(rest, 3u);
+    for (const std::uint64_t position : {11u, 10u, 7u}) {
+        std::uint64_t rest = 99;
+        EXPECT_EQ(file.SetPosition(position) | file.GetRemainingLength(&rest), kNoError);
+        EXPECT_EQ(rest, position == 7 ? 3u : 0u);
+    }
     char bytes[10] = {};
     std::uint32_t count = 99;
     EXPECT_EQ(file.Read(bytes, 10, &count), kErrEndOfFile);
-    EXPECT_EQ(count, 3u);
-    EXPECT_STREQ(bytes, "789");
-    EXPECT_EQ(file.SetPosition(11) | file.GetRemainingLength(&rest), kNoError);
-    EXPECT_EQ(rest, 0u);
-    EXPECT_EQ(write(file, "x"), kErrNotOpen);
+    EXPECT_EQ(std::string(bytes, count), "789");
+    EXPECT_EQ(file.GetLength(&whole), kNoError);
     std::filesystem::resize_file(temp_.path("f"), std::uintmax_t{1} << 32);
     EXPECT_EQ(file.GetLength(&whole), kErrTooLarge) << "more than 32 bits";
     EXPECT_EQ(whole, 10u);
+    EXPECT_EQ(write(file, "x"), kErrNotOpen);
 }
 
 TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwrittenAndOnlyTheReadingOnesCanRead) {
@@ -302,16 +288,13 @@ TEST_F(FileTest, InPlaceModesKeepWhatIsNotOverwrittenAndOnlyTheReadingOnesCanRea
 
 TEST_F(FileTest, WithoutTheRightToWriteNothingIsReplaced) {
     temp_.write("folder/f", "old");
+    const bool isRoot = getuid() == 0;
+    chmod(temp_.path().c_str(), 0755);
+    chmod(temp_.path("folder/f").c_str(), isRoot ? 0644 : 0444);
+    chmod(temp_.path("folder").c_str(), isRoot ? 0755 : 0555);
     const pid_t child = fork();
     if (child == 0) {  // as an ordinary user, also when the tests run as root
-        chmod(temp_.path().c_str(), 0755);
-        chmod(temp_.path("folder").c_str(), 0755);
-        if (getuid() == 0) {
-            if (setgid(65534) != 0 || setuid(65534) != 0) _exit(9);
-        } else {
-            chmod(temp_.path("folder/f").c_str(), 0444);
-            chmod(temp_.path("folder").c_str(), 0555);
-        }
+        if (isRoot && (setgid(65534) != 0 || setuid(65534) != 0)) _exit(9);
         const bool refused = replace(temp_.path("folder/f"), "new") == kErrAccessDenied &&
                              replace(temp_.path("folder/new"), "new") == kErrAccessDenied;
         _exit(refused ? 0 : 1);

@@ -31,14 +31,11 @@ int launchAddress(const std::string& address) {
     return result;
 }
 
-TEST(Launching, EveryPathReachesTheOpenerAsOneArgumentThatIsNoOptionAndNoAddressAndRunsNothing) {
+TEST(Launching, NoPathReachesTheOpenerAsAnOptionOrAnAddressOrRunsSomething) {
     const std::pair<const char*, const char*> cases[] = {
-        {"/tmp/a'; touch x; \"b\" $(touch x) `touch x`*\\",
-         "/tmp/a'; touch x; \"b\" $(touch x) `touch x`*\\"},
-        {"/tmp/caff\xC3\xA8\xFF\n", "/tmp/caff\xC3\xA8\xFF\n"},
+        {"/tmp/$(touch x) `touch x`*\\\n", "/tmp/$(touch x) `touch x`*\\\n"},
         {"-rf", "./-rf"},
         {"http://a/b", "./http://a/b"},
-        {"a.pdf", "a.pdf"},
         {"folder/-x:b", "folder/-x:b"},
     };
     for (const auto& [path, argument] : cases) {
@@ -47,9 +44,6 @@ TEST(Launching, EveryPathReachesTheOpenerAsOneArgumentThatIsNoOptionAndNoAddress
         EXPECT_THAT(opener.arguments(), ElementsAre("1", argument));
         EXPECT_FALSE(std::filesystem::exists("x")) << path;
     }
-}
-
-TEST(Launching, AnOpenerThatCannotBeStartedIsAnError) {
     platform::setOpenerProgram("/no/such/opener");
     EXPECT_NE(OpenDocument("/tmp"), 0);
     EXPECT_EQ(launchAddress("http://www.tessaro.example/"), kICNoOpener);
@@ -93,36 +87,28 @@ TEST(Launching, TheCallReturnsWhenTheOpenerHasFinishedWhichHasNoDescriptorAndNoI
 TEST(Launching, OnlyWebAddressesAreHandedOnWithWhatMayNotStandInThemEscaped) {
     const FakeOpener opener;
     for (const char* const address :
-         {"HTTPS://a.example/?x=1&y=2#z", "http://a.example/a b\"<>`$(x)\n\x8E%20"}) {
+         {"HTTPS://a.example/?x=1&y=2#z", "http://a.example/a b\"<>`$(x)\n\x8E%20"})
         EXPECT_EQ(launchAddress(address), 0) << address;
-    }
     EXPECT_THAT(opener.arguments(), ElementsAre("1", "HTTPS://a.example/?x=1&y=2#z", "1",
                                                 "http://a.example/a%20b%22%3C%3E%60$(x)%0A%C3%A9%20"));
-    for (const char* const address :
-         {"", "http://", "http:", "httpx://a", "file:///etc/passwd", "ftp://a.example/",
-          "javascript:alert(1)", "/tmp/a.html", " http://a.example/", "-http://a"}) {
+    for (const std::string& address :
+         {std::string(), std::string("http://a\0b", 10), std::string("http:///a"), std::string("http://?a"),
+          std::string("http:/a/b"), std::string("httpx://a"), std::string("ftp://a.example/"),
+          std::string("javascript:alert(1)"), std::string(" http://a.example/")})
         EXPECT_EQ(launchAddress(address), kICNoAddress) << address;
-    }
-    EXPECT_EQ(launchAddress(std::string("http://a\0b", 10)), kICNoAddress);
     EXPECT_EQ(opener.arguments().size(), 4U) << "nothing else was started";
 }
 
 TEST(Launching, TheServiceRefusesWrongArguments) {
-    const unsigned char noHint[] = {0};
-    const std::string address = "http://a.example/";
-    const auto length = static_cast<long>(address.size());
     ICInstance service = 0;
     EXPECT_EQ(ICStart(nullptr, 0), kICBadArgument);
-    EXPECT_EQ(ICStop(0), kICBadArgument);
     ASSERT_EQ(ICStart(&service, 0), 0);
     const struct {
         ICInstance service;
         long start, end;
-    } cases[] = {{0, 0, length}, {service, 0, length + 1}, {service, 3, 2}, {service, -1, 2}};
-    for (auto each : cases) {
-        EXPECT_EQ(ICLaunchURL(each.service, noHint, address.data(), length, &each.start, &each.end),
-                  kICBadArgument);
-    }
+    } cases[] = {{0, 0, 9}, {service, 0, 10}, {service, 3, 2}, {service, -1, 2}};
+    for (auto each : cases)
+        EXPECT_EQ(ICLaunchURL(each.service, nullptr, "http://a/", 9, &each.start, &each.end), kICBadArgument);
     EXPECT_EQ(ICStop(service), 0);
     EXPECT_EQ(ICStop(service), kICBadArgument) << "closed once already";
 }

@@ -65,11 +65,20 @@ protected:
         if (!RSGetIndString_ParamAdapter(RSStringLocalised, buffer, resID, index, module_)) return "(none)";
         return GS::UniStringToUtf8(GS::UniString(buffer));
     }
+    /// "TITLE|ITEM|ITEM", or "(none)".
+    std::string menu(short resID) {
+        if (!platform::getMenuResource(module_, resID, menu_)) return "(none)";
+        std::string texts = menu_.title;
+        for (const std::string& item : menu_.items)
+            texts += '|' + item;
+        return texts;
+    }
 
     const TemporaryFolder folder_;
     const std::string bundle_ = folder_.path();
     RSResModule module_ = kNoResModule;
     std::vector<std::string> problems_;
+    platform::MenuResource menu_;
 };
 
 TEST_F(ResourceManager, OpensOnlyFoldersThatHoldResources) {
@@ -99,8 +108,6 @@ TEST_F(ResourceManager, AStringIsFoundByBaseAndLanguage) {
         {1011, 1, "(none)"},  // the language has no such table
         {999, 1, "(none)"},
         {1000, 0, "(none)"},
-        {1000, -1, "(none)"},
-        {-1, 1, "(none)"},
     };
     for (const auto& [resID, index, text] : cases)
         EXPECT_EQ(string(resID, index), text) << resID << ", " << index;
@@ -112,19 +119,15 @@ TEST_F(ResourceManager, AStringIsFoundByBaseAndLanguage) {
 
 TEST_F(ResourceManager, ATextFillsTheBufferToItsLastUnitAndNotBeyond) {
     const std::string fits(kRSStringBufferUnits - 1, 'x');
-    // A character of two code units each: 499 of them and one "x" fill 999 units.
-    std::string pairs = "x";
+    std::string pairs = "x";  // and 499 characters of two code units each: 999 units
     for (int i = 0; i < 499; ++i)
         pairs += "\xF0\x9F\x99\x82";
     write("texts.ita.toml", "[strings.1000]\n1 = '" + fits + "'\n2 = '" + fits + "x'\n3 = '" + pairs +
                                 "'\n4 = '" + pairs + "x'\n");
     open();
     EXPECT_EQ(string(1000, 1), fits);
+    EXPECT_EQ(string(1000, 2), "(none)");
     EXPECT_EQ(string(1000, 3), pairs);
-    unsigned short untouched = 0xABCD;
-    for (const short index : {2, 4})
-        EXPECT_FALSE(RSGetIndString_ParamAdapter(RSStringLocalised, &untouched, 1000, index, module_));
-    EXPECT_EQ(untouched, 0xABCD);
     EXPECT_THAT(problems_, ElementsAre("texts.ita.toml:3: text \"2\" is longer than 999 units",
                                        "texts.ita.toml:5: text \"4\" is longer than 999 units"));
 }
@@ -145,7 +148,7 @@ TEST_F(ResourceManager, FilesAreReadAtFirstUseAndABrokenOrMissingOneIsToldOnce) 
                                        "texts.rus.toml: the file cannot be read"));
 }
 
-TEST_F(ResourceManager, HandlesOfOneBundleShareWhatWasReadAndAClosedOneFindsNothing) {
+TEST_F(ResourceManager, HandlesOfOneBundleShareWhatWasReadUntilTheLastIsClosedAndAClosedOneFindsNothing) {
     write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = 2\n[menu.2000]\ntitle = 'Menu'\n");
     open();
     const RSResModule hosts = module_;
@@ -160,69 +163,52 @@ TEST_F(ResourceManager, HandlesOfOneBundleShareWhatWasReadAndAClosedOneFindsNoth
     EXPECT_EQ(RSCloseResourceFile(module_), -1);
     EXPECT_EQ(RSRemoveModuleImageCache(module_), 0);
     EXPECT_EQ(string(1000, 1), "(none)");
-    platform::MenuResource menu;
-    EXPECT_FALSE(platform::getMenuResource(module_, 2000, menu));
+    EXPECT_FALSE(platform::getMenuResource(module_, 2000, menu_));
     EXPECT_EQ(platform::findDialogLayout(module_, 1), nullptr);
     EXPECT_EQ(platform::findIcon(module_, 50), nullptr);
-
-    write("texts.ita.toml", "[strings.1000]\n1 = 'ein anderer'\n");
-    const RSResModule closed = module_;
+    write("texts.ita.toml", "[strings.1000]\n1 = 'un altro'\n");
     open();
-    EXPECT_NE(module_, closed);
-    EXPECT_EQ(string(1000, 1), "ein anderer");
+    EXPECT_EQ(string(1000, 1), "un altro");
 }
 
 TEST_F(ResourceManager, AnEntryThatIsNotWhatItShouldBeIsLeftOutAndTold) {
-    struct Case {
-        const char* file;
-        std::string content;
-        const char* problem;
+    const char* const texts = "texts.ita.toml";
+    const char* const index = "resources.toml";
+    const char* const layouts = "layouts.toml";
+    const std::string dialog = "[dialog.1]\nsize = [10, 10]\nitems = [\n";
+    const std::string item = "{ number = 1, kind = 'text', frame = [0,0,1,1]";
+    const std::tuple<const char*, std::string, const char*> cases[] = {
+        {texts, "[strings.1000]\n1 = 5\n", ":2: \"1\" is not a text in quotes"},
+        {texts, "[strings.1000]\n1x = 'a'\n", ":2: \"1x\" is not a number"},
+        {texts, "[strings.40000]\n1 = 'a'\n", ":1: \"40000\" is not a number"},
+        {texts, "[string.1000]\n1 = 'a'\n", ":1: unknown heading \"string\""},
+        {texts, "[strings]\n1000 = 'a'\n", ":2: \"1000\" is not a table"},
+        {texts, "[strings.1000]\n1 = 4/'\xC3\xA8 ciao\n", ":2: "},
+        {texts, "[strings.1000]\n1 = 'ci\xC3\xB2'\n\xC3\xA8 = ''\n", ":3: "},
+        {texts, "[strings.1000]\n1 = 1.\"\xC3\xA8\"\n", ":2: "},
+        {texts, std::string(256 * 1024 + 1, '#'), ": the file is larger than 256 KiB"},
+        {texts, "[strings.1000]\n1 = ['a',} ]\n2 = 'b'\n", ":2: the file is malformed here"},
+        {index, "strings = [1000]\n[languages]\nita = 0\nrus = 0\n", ":4: language number 0 is used twice"},
+        {index, "fallback = 'eng'\n[languages]\nita = 0\n", ":1: fallback \"eng\" is not a language"},
+        {index, "[languages]\n\"../ita\" = 0\n", ":2: \"../ita\" is not a name of a language"},
+        {index, "[languages]\nita = -1\n", ":2: \"ita\" is not a number from 0 to 99"},
+        {index, "[menus]\n2000 = { items = 5 }\n", ":2: menu 2000 lacks"},
+        {layouts, "[dialog.1]\nsize = [10]\nitems = []\n", ":2: \"size\" is not a list of 2 numbers"},
+        {layouts, "[dialog.1]\nsize = [10, 99999]\nitems = []\n", ":2: \"size\" is not a number"},
+        {layouts, dialog + "{ number = 1, kind = 'knob' }]\n", ":4: an item lacks"},
+        {layouts, dialog + item + ", anchors = ['middle'] }]\n", ":4: \"anchors\" is not"},
+        {layouts, dialog + item + " },\n" + item + " }]\n", ":5: the dialog has two items with this number"},
     };
-    for (const Case& each : std::vector<Case>{
-             {"texts.ita.toml", "[strings.1000]\n1 = 5\n", ":2: \"1\" is not a text in quotes"},
-             {"texts.ita.toml", "[strings.1000]\n1x = 'a'\n", ":2: \"1x\" is not a number"},
-             {"texts.ita.toml", "[strings.40000]\n1 = 'a'\n", ":1: \"40000\" is not a number"},
-             {"texts.ita.toml", "[string.1000]\n1 = 'a'\n", ":1: unknown heading \"string\""},
-             {"texts.ita.toml", "[strings]\n1000 = 'a'\n", ":2: \"1000\" is not a table"},
-             {"texts.ita.toml", "[strings.1000]\n1 = '\xFF'\n", ":2: "},
-             {"texts.ita.toml", "[strings.1000]\n1 = 4/'\xC3\xA8 ciao\n", ":2: "},
-             {"texts.ita.toml", "[strings.1000]\n1 = 'ci\xC3\xB2'\n\xC3\xA8 = ''\n", ":3: "},
-             {"texts.ita.toml", "[strings.1000]\n1 = 1.\"\xC3\xA8\"\n", ":2: "},
-             {"texts.ita.toml", std::string(256 * 1024 + 1, '#'), ": the file is larger than 256 KiB"},
-             {"texts.ita.toml", "[strings.1000]\n1 = ['a',} ]\n2 = 'b'\n", ":2: the file is malformed here"},
-             {"resources.toml", "strings = [1000]\n[languages]\nita = 0\nrus = 0\n",
-              ":4: language number 0 is used twice"},
-             {"resources.toml", "fallback = 'eng'\n[languages]\nita = 0\n",
-              ":1: fallback \"eng\" is not a language"},
-             {"resources.toml", "[languages]\n\"../ita\" = 0\n",
-              ":2: \"../ita\" is not a name of a language"},
-             {"resources.toml", "[languages]\nita = -1\n", ":2: \"ita\" is not a number from 0 to 99"},
-             {"resources.toml", "[menus]\n2000 = { items = 5 }\n", ":2: menu 2000 lacks"},
-             {"layouts.toml", "[dialog.1]\nsize = [10]\nitems = []\n",
-              ":2: \"size\" is not a list of 2 numbers"},
-             {"layouts.toml", "[dialog.1]\nsize = [10, 99999]\nitems = []\n", ":2: \"size\" is not a number"},
-             {"layouts.toml", "[dialog.1]\nsize = [10, 10]\nitems = [{ number = 1, kind = 'knob' }]\n",
-              ":3: an item lacks"},
-             {"layouts.toml",
-              "[dialog.1]\nsize = [10, 10]\nitems = [{ number = 1, kind = 'text', frame = [0,0,1,1], "
-              "anchors = ['middle'] }]\n",
-              ":3: \"anchors\" is not"},
-             {"layouts.toml",
-              "[dialog.1]\nsize = [10, 10]\nitems = [\n{ number = 1, kind = 'text', frame = [0,0,1,1] },\n"
-              "{ number = 1, kind = 'text', frame = [0,0,1,1] },\n]\n",
-              ":5: the dialog has two items with this number"},
-         }) {
-        std::filesystem::remove_all(bundle_ + "/Resources");
-        write("resources.toml", kIndex);
-        write("texts.ita.toml", "");
-        write("layouts.toml", "");
-        write(each.file, each.content);
+    for (const auto& [file, content, problem] : cases) {
+        for (const char* const other : {texts, layouts})
+            write(other, "");
+        write(index, kIndex);
+        write(file, content);
         problems_.clear();
         open();
         string(1000, 1);
         platform::findDialogLayout(module_, 1);
-        ASSERT_EQ(problems_.size(), 1u) << each.content << testing::PrintToString(problems_);
-        EXPECT_THAT(problems_[0], testing::StartsWith(std::string(each.file) + each.problem));
+        EXPECT_THAT(problems_, ElementsAre(testing::StartsWith(std::string(file) + problem))) << content;
         RSCloseResourceFile(module_);
     }
 }
@@ -236,56 +222,44 @@ TEST_F(ResourceManager, MenusAndDialogsBorrowTheTextsThatTheirLanguageLacks) {
           "[dialog.7]\ntitle = 'Title'\n3 = 'three'\n4 = 'four'\n");
     write("texts.rus.toml", "not toml");
     open();
-    platform::MenuResource menu;
-    ASSERT_TRUE(platform::getMenuResource(module_, 2001, menu));
-    EXPECT_EQ(menu.title, "Library");
-    EXPECT_THAT(menu.items, ElementsAre("one", "two"));
-    ASSERT_TRUE(platform::getMenuResource(module_, 2000, menu));
-    EXPECT_EQ(menu.title, "Libreria");
-    EXPECT_THAT(menu.items, ElementsAre("uno", "two"));
-    ASSERT_TRUE(platform::getMenuResource(module_, 2006, menu));
-    EXPECT_EQ(menu.title, "Library");
-    EXPECT_FALSE(platform::getMenuResource(module_, 2002, menu));
-    EXPECT_FALSE(platform::getMenuResource(module_, 1000, menu));
-    EXPECT_EQ(menu.title, "Library");
+    EXPECT_EQ(menu(2001), "Library|one|two");
+    EXPECT_EQ(menu(2000), "Libreria|uno|two");
+    EXPECT_EQ(menu(2006), "Library|one|two");
+    for (const short none : {2002, 1000})
+        EXPECT_EQ(menu(none), "(none)");
 
-    const auto text = [this](short item) {
-        return platform::dialogItemText(module_, 7, item, platform::languageInUse(module_));
-    };
-    EXPECT_EQ(text(3), "three");
-    string(1000, 1);  // a dialog has the language of the last string
-    EXPECT_EQ(text(3), "tre");
-    EXPECT_EQ(text(0), "Titolo");
-    EXPECT_EQ(text(4), "four");
-    string(1001, 1);
-    EXPECT_EQ(text(3), "three");
-    string(5, 1);  // no resource of any language
-    EXPECT_EQ(text(3), "three");
-    EXPECT_EQ(text(5), "");
-    EXPECT_EQ(platform::dialogItemText(module_, 8, 3, 0), "");
+    // A dialog has the language of the string that was asked for last.
+    const std::tuple<short, std::vector<short>, std::string> cases[] = {
+        {0, {3}, "three"}, {1000, {3, 0, 4}, "tre|Titolo|four"}, {1001, {3}, "three"}, {5, {3, 5}, "three|"}};
+    for (const auto& [resID, items, texts] : cases) {
+        string(resID, 1);
+        std::string found;
+        for (const short item : items)
+            found += (item == items.front() ? "" : "|") +
+                     platform::dialogItemText(module_, 7, item, platform::languageInUse(module_));
+        EXPECT_EQ(found, texts) << resID;
+    }
 }
 
 TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
     write("layouts.toml",
           "[dialog.7]\nsize = [300, 200]\ndefault = 2\nitems = [\n"
           "{ number = 3, kind = 'list', frame = [1, 2, 30, 40], anchors = ['right', 'bottom'] },\n"
-          "{ number = 1, kind = 'text', frame = [0, 0, 10, 10], bold = true },\n"
-          "{ number = 4, kind = 'icon', frame = [0, 0, 10, 10], icon = 50 },\n]\n");
+          "{ number = 1, kind = 'icon', frame = [5, 6, 7, 8], icon = 50, bold = true },\n]\n");
     open();
     const platform::DialogLayout* dialog = platform::findDialogLayout(module_, 7);
     ASSERT_NE(dialog, nullptr);
     EXPECT_THAT((std::array{dialog->resID, dialog->width, dialog->height, dialog->defaultItem}),
                 ElementsAre(7, 300, 200, 2));
-    ASSERT_EQ(dialog->items.size(), 3u);
-    const platform::LayoutItem& list = dialog->items[0];
-    EXPECT_EQ(list.number, 3);
-    EXPECT_EQ(list.kind, platform::DialogItemKind::List);
-    EXPECT_THAT((std::array{list.rect.left, list.rect.top, list.rect.width, list.rect.height}),
-                ElementsAre(1, 2, 30, 40));
-    EXPECT_EQ(list.anchors, platform::kAnchorRight | platform::kAnchorBottom);
-    EXPECT_TRUE(dialog->items[1].bold);
-    EXPECT_EQ(dialog->items[1].anchors, platform::kAnchorLeft | platform::kAnchorTop);
-    EXPECT_EQ(dialog->items[2].iconID, 50);
+    std::vector<std::vector<int>> items;
+    for (const platform::LayoutItem& each : dialog->items)
+        items.push_back({each.number, int(each.kind), each.rect.left, each.rect.top, each.rect.width,
+                         each.rect.height, each.anchors, each.bold, each.iconID});
+    using Kind = platform::DialogItemKind;
+    EXPECT_THAT(items, ElementsAre(ElementsAre(3, int(Kind::List), 1, 2, 30, 40,
+                                               platform::kAnchorRight | platform::kAnchorBottom, false, 0),
+                                   ElementsAre(1, int(Kind::Icon), 5, 6, 7, 8,
+                                               platform::kAnchorLeft | platform::kAnchorTop, true, 50)));
     EXPECT_EQ(platform::findDialogLayout(module_, 8), nullptr);
     EXPECT_THAT(problems_, IsEmpty());
 }
@@ -304,13 +278,12 @@ TEST_F(ResourceManager, PicturesAreKeptUntilTheCacheIsDropped) {
     write("icons/50.svg", "<svg></svg>");
     EXPECT_EQ(platform::findIcon(module_, 50), icon);
     ASSERT_NE(platform::findIcon(module_, 52), nullptr);
-    EXPECT_EQ(RSRemoveModuleImageCache(module_), 2);
-    EXPECT_EQ(platform::findIcon(module_, 50)->image, "<svg></svg>");
     EXPECT_EQ(platform::findIcon(module_, 53), nullptr);
-    EXPECT_THAT(problems_, IsEmpty());
-    ASSERT_NE(platform::findIcon(module_, 51), nullptr);
+    ASSERT_NE(platform::findIcon(module_, 51), nullptr) << "it has a label";
     EXPECT_EQ(platform::findIcon(module_, 51)->path, "");
     EXPECT_THAT(problems_, ElementsAre("icons/51.svg: the file cannot be read"));
+    EXPECT_EQ(RSRemoveModuleImageCache(module_), 2);
+    EXPECT_EQ(platform::findIcon(module_, 50)->image, "<svg></svg>");
 }
 
 TEST_F(ResourceManager, APictureIsNeverLookedForAtTheRootOfTheFileSystem) {
@@ -342,17 +315,14 @@ TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
     write("framework/texts.ita.toml", "[strings.1010]\n1 = 'uno'\n2 = 'due'\n[dialog.8]\n1 = 'otto'\n");
     write("framework/texts.int.toml", "[strings.1010]\n1 = 'one'\n");
     write("framework/layouts.toml",
-          "[dialog.7]\nsize = [20, 20]\nitems = []\n"
-          "[dialog.8]\nsize = [30, 30]\nitems = []\n");
-    write("framework/icons/50.svg", "framework");
-    write("framework/icons/51.svg", "framework");
+          "[dialog.7]\nsize = [20, 20]\nitems = []\n[dialog.8]\nsize = [30, 30]\nitems = []\n");
+    for (const char* const icon : {"50", "51"})
+        write(std::string("framework/icons/") + icon + ".svg", "framework");
     open();
     EXPECT_EQ(string(1010, 1), "uno");
     EXPECT_EQ(string(1010, 2), "own");
     EXPECT_EQ(platform::dialogItemText(module_, 8, 1, 0), "otto");
-    platform::MenuResource menu;
-    ASSERT_TRUE(platform::getMenuResource(module_, 2000, menu));
-    EXPECT_THAT(menu.items, ElementsAre("Voce"));
+    EXPECT_EQ(menu(2000), "Menu|Voce");
     EXPECT_EQ(platform::findDialogLayout(module_, 7)->width, 10);
     EXPECT_EQ(platform::findDialogLayout(module_, 8)->width, 30);
     EXPECT_EQ(platform::findIcon(module_, 50)->image, "own");
@@ -362,31 +332,29 @@ TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
     EXPECT_EQ(string(1011, 1), "one");
     EXPECT_THAT(problems_, ElementsAre("texts.int.toml: the file cannot be read"));
 
-    problems_.clear();
     RSCloseResourceFile(module_);
     std::filesystem::remove(bundle_ + "/Resources/layouts.toml");
     open();
     EXPECT_EQ(platform::findDialogLayout(module_, 7)->width, 20) << "it has no dialogs of its own";
-    EXPECT_THAT(problems_, IsEmpty());
+    EXPECT_EQ(problems_.size(), 1U);
 }
 
 TEST_F(ResourceManager, TheAddOnsOwnIconsAreLabelledAndItsDialogsHoldTheirItems) {
     std::filesystem::remove_all(bundle_ + "/Resources");
     std::filesystem::create_directory_symlink(TESSARO_LIBRARY_RESOURCES, bundle_ + "/Resources");
     open();
-    for (short language = 0; language < 7; ++language) {
-        const platform::IconResource* icon =
-            platform::findIcon(module_, static_cast<short>(32758 + language));
-        ASSERT_NE(icon, nullptr);
-        EXPECT_NE(icon->label, "");
+    for (short resID = 32758; resID < 32758 + 7; ++resID) {
+        const platform::IconResource* icon = platform::findIcon(module_, resID);
+        ASSERT_TRUE(icon != nullptr && !icon->label.empty()) << resID;
         EXPECT_THAT(icon->image, HasSubstr("<title>" + icon->label + "</title>"));
     }
     for (const short resID : {32500, 32501, 32734, 32755}) {
         const platform::DialogLayout* dialog = platform::findDialogLayout(module_, resID);
         ASSERT_NE(dialog, nullptr) << resID;
         for (const platform::LayoutItem& item : dialog->items) {
-            EXPECT_LE(item.rect.left + item.rect.width, dialog->width) << resID << " item " << item.number;
-            EXPECT_LE(item.rect.top + item.rect.height, dialog->height) << resID << " item " << item.number;
+            const bool fits = item.rect.left + item.rect.width <= dialog->width &&
+                              item.rect.top + item.rect.height <= dialog->height;
+            EXPECT_TRUE(fits) << resID << " item " << item.number;
         }
     }
     EXPECT_THAT(problems_, IsEmpty());
