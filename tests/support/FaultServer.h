@@ -87,7 +87,7 @@ const std::vector<Fault>& faults();
 /// The script of the fault of that name, which must exist.
 Script faultNamed(std::string_view name);
 
-/// The body that the faults send whole, in part, or dressed up.
+/// The body that the faults send whole or in part.
 inline constexpr std::string_view kFaultBody =
     "* versions of the Tessaro suite\n"
     "TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018 ita int fra ger spa jap rus\n"

@@ -64,20 +64,6 @@ Script always(Action action) {
     return [action](Connection& connection, const std::string&) { action(connection); };
 }
 
-std::string utf16(std::string_view ascii) {
-    std::string bytes = "\xFF\xFE";
-    for (const char character : ascii)
-        bytes += {character, '\0'};
-    return bytes;
-}
-
-std::string withLineEnds(std::string_view end) {
-    std::string text;
-    for (const char character : kFaultBody)
-        text += character == '\n' ? end : std::string_view(&character, 1);
-    return text;
-}
-
 }  // namespace
 
 const std::vector<Fault>& faults() {
@@ -100,7 +86,6 @@ const std::vector<Fault>& faults() {
         {"empty", serving(response(""))},
         {"empty-no-length", serving("HTTP/1.1 200 OK\r\n\r\n")},
         {"not-found", serving(response("<h1>Not found</h1>", "", "404 Not Found"))},
-        {"server-error", serving(response("<h1>Error</h1>", "", "500 Oops"))},
         {"redirect", countDown},
         {"redirect-loop", serving(redirectTo("/file"))},
         {"redirect-away", serving(redirectTo("ftp://127.0.0.1/file"))},
@@ -109,12 +94,6 @@ const std::vector<Fault>& faults() {
         {"binary", serving(response(patternedBody(70'000)))},
         {"compressed", serving(response("\x1F\x8B\x08 no real gzip", "Content-Encoding: gzip\r\n"))},
         {"garbage", serving("\x01\x02 what?\r\n\r\nnever")},
-        {"portal", serving(response("<html><title>Welcome</title>Please log in.</html>",
-                                    "Content-Type: text/html\r\n"))},
-        {"utf16", serving(response(utf16(kFaultBody)))},
-        {"bom", serving(response("\xEF\xBB\xBF" + std::string(kFaultBody)))},
-        {"cr", serving(response(withLineEnds("\r")))},
-        {"crlf", serving(response(withLineEnds("\r\n")))},
     };
     return all;
 }
