@@ -208,6 +208,14 @@ TEST_F(DialogManagerTest, AnAlertInACallbackLetsNothingElseBeUsedUntilItIsAnswer
     EXPECT_EQ(user.log[2], "refused: an alert is waiting for an answer");
 }
 
+TEST_F(DialogManagerTest, AnEmptyTextOfTheAddOnIsNotReplacedByTheOneOfItsResources) {
+    sAnswer = [](short, short dialog, short) -> short {
+        DGSetItemText(dialog, 5, uni(""));
+        return 0;
+    };
+    EXPECT_TRUE(control().find(openModeless())->find(5)->text.IsEmpty());
+}
+
 TEST_F(DialogManagerTest, ItemsFollowTheEdgesThatTheyAreAnchoredTo) {
     layout_.items[0].anchors = platform::kAnchorRight | platform::kAnchorBottom;
     layout_.items[1].anchors = platform::kAnchorLeft | platform::kAnchorRight;

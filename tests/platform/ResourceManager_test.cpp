@@ -22,20 +22,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr const char* kIndex =
-    "fallback = 'int'\n"
-    "strings = [1000, 1010, 1009]\n"
-    "[languages]\n"
-    "ita = 0\n"
-    "int = 1\n"
-    "rus = 6\n"
-    "[menus]\n"
-    "2000 = { items = 2, strings = 1000 }\n"
-    "[icons]\n"
-    "50 = 'Italiano'\n"
-    "51 = 'no picture'\n";
-
-/// A bundle folder that lives as long as the test, with the problems told about its files.
+/// A copy of the sample bundle that lives as long as the test, with the problems told about its files.
 class ResourceManager : public testing::Test {
 protected:
     ResourceManager() {
@@ -43,7 +30,7 @@ protected:
             problems_.push_back(
                 platform::describe(problem).substr(bundle_.size() + 11));  // after "/Resources/"
         });
-        write("resources.toml", kIndex);
+        fill("Resources");
     }
     ~ResourceManager() override {
         platform::setResourceProblemSink({});
@@ -53,6 +40,14 @@ protected:
     void write(const std::string& name, const std::string& content) {
         folder_.write("Resources/" + name, content);
     }
+
+    /// Makes the bundle's files those of a sample, beside which others stay.
+    void fill(const std::string& sample) {
+        std::filesystem::copy(
+            std::string(TEST_SAMPLES "/") + sample, bundle_ + "/Resources",
+            std::filesystem::copy_options::recursive | std::filesystem::copy_options::overwrite_existing);
+    }
+    void clear() { std::filesystem::remove_all(bundle_ + "/Resources"); }
 
     void open() {
         module_ = RSOpenResourceFile(bundle_.c_str());
@@ -82,7 +77,7 @@ protected:
 };
 
 TEST_F(ResourceManager, OpensOnlyFoldersThatHoldResources) {
-    std::filesystem::remove_all(bundle_ + "/Resources");
+    clear();
     const auto refuses = [](const char* path) { return RSOpenResourceFile(path) == kNoResModule; };
     EXPECT_TRUE(refuses(nullptr) && refuses("") && refuses(bundle_.c_str()));
     folder_.write("Resources", "a file");
@@ -90,11 +85,6 @@ TEST_F(ResourceManager, OpensOnlyFoldersThatHoldResources) {
 }
 
 TEST_F(ResourceManager, AStringIsFoundByBaseAndLanguage) {
-    write("texts.ita.toml",
-          "[strings.1000]\n1 = 'uno'\n[strings.1010]\n1 = 'altro'\n7 = ''\n"
-          "8 = '\xC3\xA8 \xE2\x82\xAC \xE6\x97\xA5 \xF0\x9F\x99\x82.'\n");
-    write("texts.int.toml", "[strings.1000]\n1 = 'one'\n2 = 'two'\n");
-    write("texts.rus.toml", "[strings.1000]\n1 = '\xD0\xB4\xD0\xB0 \xF0\x9F\x99\x82'\n");
     open();
     const std::tuple<short, short, const char*> cases[] = {
         {1000, 1, "uno"},
@@ -135,7 +125,8 @@ TEST_F(ResourceManager, ATextFillsTheBufferToItsLastUnitAndNotBeyond) {
 TEST_F(ResourceManager, FilesAreReadAtFirstUseAndABrokenOrMissingOneIsToldOnce) {
     write("resources.toml", "broken");
     open();
-    write("resources.toml", kIndex);
+    fill("Resources");
+    std::filesystem::remove(bundle_ + "/Resources/texts.rus.toml");
     write("texts.int.toml", "broken");
     write("texts.ita.toml", "[strings.1000]\n1 = 'uno'\n2 = unquoted\n");
     EXPECT_EQ(string(1000, 1), "(none)");
@@ -200,9 +191,7 @@ TEST_F(ResourceManager, AnEntryThatIsNotWhatItShouldBeIsLeftOutAndTold) {
         {layouts, dialog + item + " },\n" + item + " }]\n", ":5: the dialog has two items with this number"},
     };
     for (const auto& [file, content, problem] : cases) {
-        for (const char* const other : {texts, layouts})
-            write(other, "");
-        write(index, kIndex);
+        fill("Resources");
         write(file, content);
         problems_.clear();
         open();
@@ -214,17 +203,10 @@ TEST_F(ResourceManager, AnEntryThatIsNotWhatItShouldBeIsLeftOutAndTold) {
 }
 
 TEST_F(ResourceManager, MenusAndDialogsBorrowTheTextsThatTheirLanguageLacks) {
-    write("texts.ita.toml",
-          "[menu.2000]\ntitle = 'Libreria'\n[strings.1000]\n1 = 'uno'\n"
-          "[dialog.7]\ntitle = 'Titolo'\n3 = 'tre'\n");
-    write("texts.int.toml",
-          "[menu.2000]\ntitle = 'Library'\n[strings.1000]\n1 = 'one'\n2 = 'two'\n"
-          "[dialog.7]\ntitle = 'Title'\n3 = 'three'\n4 = 'four'\n");
-    write("texts.rus.toml", "not toml");
     open();
     EXPECT_EQ(menu(2001), "Library|one|two");
     EXPECT_EQ(menu(2000), "Libreria|uno|two");
-    EXPECT_EQ(menu(2006), "Library|one|two");
+    EXPECT_EQ(menu(2006), "Library|\xD0\xB4\xD0\xB0 \xF0\x9F\x99\x82|two");
     for (const short none : {2002, 1000})
         EXPECT_EQ(menu(none), "(none)");
 
@@ -242,10 +224,6 @@ TEST_F(ResourceManager, MenusAndDialogsBorrowTheTextsThatTheirLanguageLacks) {
 }
 
 TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
-    write("layouts.toml",
-          "[dialog.7]\nsize = [300, 200]\ndefault = 2\nitems = [\n"
-          "{ number = 3, kind = 'list', frame = [1, 2, 30, 40], anchors = ['right', 'bottom'] },\n"
-          "{ number = 1, kind = 'icon', frame = [5, 6, 7, 8], icon = 50, bold = true },\n]\n");
     open();
     const platform::DialogLayout* dialog = platform::findDialogLayout(module_, 7);
     ASSERT_NE(dialog, nullptr);
@@ -265,8 +243,6 @@ TEST_F(ResourceManager, ALayoutIsReadWithItsItems) {
 }
 
 TEST_F(ResourceManager, PicturesAreKeptUntilTheCacheIsDropped) {
-    write("icons/50.svg", "<svg/>");
-    write("icons/52.png", "PNG");
     open();
     EXPECT_EQ(platform::iconLabel(module_, 50), "Italiano");
     EXPECT_EQ(RSRemoveModuleImageCache(module_), 0);
@@ -287,14 +263,13 @@ TEST_F(ResourceManager, PicturesAreKeptUntilTheCacheIsDropped) {
 }
 
 TEST_F(ResourceManager, APictureIsNeverLookedForAtTheRootOfTheFileSystem) {
-    write("icons/50.svg", "<svg/>");
-    folder_.write("icons/52.svg", "another's");
+    folder_.write("icons/60.svg", "another's");
     const pid_t child = fork();
     if (child == 0) {
         if (getuid() != 0) unshare(CLONE_NEWUSER);
         if (chroot(bundle_.c_str()) != 0) _exit(2);
         module_ = RSOpenResourceFile("/.");
-        _exit(platform::findIcon(module_, 50) != nullptr && platform::findIcon(module_, 52) == nullptr ? 0
+        _exit(platform::findIcon(module_, 50) != nullptr && platform::findIcon(module_, 60) == nullptr ? 0
                                                                                                        : 1);
     }
     int status = -1;
@@ -304,20 +279,8 @@ TEST_F(ResourceManager, APictureIsNeverLookedForAtTheRootOfTheFileSystem) {
 }
 
 TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
-    write("resources.toml", "strings = [1000]\n[menus]\n2000 = { items = 1, strings = 1000 }\n");
-    write("texts.ita.toml",
-          "[strings.1010]\n2 = 'own'\n[menu.2000]\ntitle = 'Menu'\n[strings.1000]\n1 = 'Voce'");
-    write("layouts.toml", "[dialog.7]\nsize = [10, 10]\nitems = []\n");
-    write("icons/50.png", "own");
-    write("framework/resources.toml",
-          "fallback = 'int'\nstrings = [1010]\n[languages]\nita = 0\nint = 1\n"
-          "[icons]\n50 = 'fifty'\n51 = 'fifty-one'\n");
-    write("framework/texts.ita.toml", "[strings.1010]\n1 = 'uno'\n2 = 'due'\n[dialog.8]\n1 = 'otto'\n");
-    write("framework/texts.int.toml", "[strings.1010]\n1 = 'one'\n");
-    write("framework/layouts.toml",
-          "[dialog.7]\nsize = [20, 20]\nitems = []\n[dialog.8]\nsize = [30, 30]\nitems = []\n");
-    for (const char* const icon : {"50", "51"})
-        write(std::string("framework/icons/") + icon + ".svg", "framework");
+    clear();
+    fill("FrameworkResources");
     open();
     EXPECT_EQ(string(1010, 1), "uno");
     EXPECT_EQ(string(1010, 2), "own");
@@ -340,7 +303,7 @@ TEST_F(ResourceManager, TheFrameworksResourcesStandInWhereTheAddOnsLackThem) {
 }
 
 TEST_F(ResourceManager, TheAddOnsOwnIconsAreLabelledAndItsDialogsHoldTheirItems) {
-    std::filesystem::remove_all(bundle_ + "/Resources");
+    clear();
     std::filesystem::create_directory_symlink(TESSARO_LIBRARY_RESOURCES, bundle_ + "/Resources");
     open();
     for (short resID = 32758; resID < 32758 + 7; ++resID) {
