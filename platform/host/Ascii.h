@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 /// Letters, addresses and URLs in plain ASCII, whatever the process's locale.
@@ -31,6 +32,21 @@ constexpr bool mayStandInUrl(char character) {
     return (character >= '0' && character <= '9') ||
            (asciiLower(character) >= 'a' && asciiLower(character) <= 'z') ||
            std::string_view("-._~:/?#[]@!$&'()*+,;=").find(character) != std::string_view::npos;
+}
+
+inline constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+
+/// The text with every byte that a URL may not contain, and is not in `kept`, written as %XX.
+inline std::string percentEscaped(std::string_view text, std::string_view kept = "") {
+    std::string escaped;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (mayStandInUrl(character) || kept.find(character) != std::string_view::npos)
+            escaped += character;
+        else
+            escaped += {'%', kHexDigits[byte / 16], kHexDigits[byte % 16]};
+    }
+    return escaped;
 }
 
 }  // namespace platform

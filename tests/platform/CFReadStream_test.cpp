@@ -294,16 +294,23 @@ CFRunLoopTimerRef addTimer(double delay, char& name) {
     return timer;
 }
 
-TEST(ImageCleanup, LeavesStreamsAndTimersOfOtherImagesAlone) {
-    const FaultServer server(serving(response("body")));
+TEST(ImageCleanup, EndsStreamsAndTimersWhoseCallbacksLieInTheImageAndNoOthers) {
+    const FaultServer server(support::faultNamed("silent"));
     Client client(server.url());
     EXPECT_TRUE(CFReadStreamOpen(client.stream));
+    Client::run([&] { return client.events == "O"; });
     sFired.clear();
     char name = 'a';
-    CFRunLoopTimerRef timer = addTimer(0, name);
-    platform::endCallsIntoImage(platform::imageOf(&CFRunLoopGetMain));
-    Client::run([&] { return sFired == "a" && client.ended(); });
-    CFRelease(timer);
+    for (const bool here : {false, true}) {  // whether the callbacks lie in the image
+        CFRunLoopTimerRef timer = addTimer(0, name);
+        platform::endCallsIntoImage(here ? platform::imageOf(&curlIsLoaded)
+                                         : platform::imageOf(&CFRunLoopGetMain));
+        EXPECT_EQ(platform::transfersUnderWay(), here ? 0U : 1U);
+        Client::runOn();
+        EXPECT_EQ(sFired, "a") << "the first alone";
+        CFRelease(timer);
+    }
+    EXPECT_EQ(client.events, "O");
 }
 
 TEST(AddOnCalls, AnExceptionOfAStreamsOrTimersCallbackStopsThereAndIsTold) {

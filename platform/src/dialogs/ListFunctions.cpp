@@ -33,6 +33,8 @@ public:
     bool hasRow(short row) const {
         return list != nullptr && row >= 1 && static_cast<std::size_t>(row) <= list->rows.size();
     }
+    /// Whether the list has what `row` means: one of its rows, or all of them.
+    bool hasRows(short row) const { return list != nullptr && (row == DG_ALL_ITEMS || hasRow(row)); }
     bool hasField(short field) const {
         return list != nullptr && field >= 1 && static_cast<std::size_t>(field) <= list->fields.size();
     }
@@ -107,21 +109,18 @@ short DGListInsertItem(short dialogID, short item, short row) {
 void DGListDeleteItem(short dialogID, short item, short row) {
     const CallTrace trace("DGListDeleteItem", "dialog", dialogID, "item", item, "row", row);
     ListCall call(dialogID, item);
-    if (call.list == nullptr) return;
-    if (row == DG_ALL_ITEMS) {
+    if (!call.hasRows(row)) return;
+    if (row == DG_ALL_ITEMS)
         call.list->rows.clear();
-    } else if (call.hasRow(row)) {
+    else
         call.list->rows.erase(call.list->rows.begin() + (row - 1));
-    } else {
-        return;
-    }
     call.changed = true;
 }
 
 void DGListSelectItem(short dialogID, short item, short row) {
     const CallTrace trace("DGListSelectItem", "dialog", dialogID, "item", item, "row", row);
     ListCall call(dialogID, item);
-    if (call.list == nullptr || (row != DG_ALL_ITEMS && !call.hasRow(row))) return;
+    if (!call.hasRows(row)) return;
     for (ListRow& each : call.list->rows)
         each.selected = row == DG_ALL_ITEMS || &each == &call.row(row);
     call.changed = true;
@@ -130,7 +129,7 @@ void DGListSelectItem(short dialogID, short item, short row) {
 void DGListDeselectItem(short dialogID, short item, short row) {
     const CallTrace trace("DGListDeselectItem", "dialog", dialogID, "item", item, "row", row);
     ListCall call(dialogID, item);
-    if (call.list == nullptr || (row != DG_ALL_ITEMS && !call.hasRow(row))) return;
+    if (!call.hasRows(row)) return;
     for (ListRow& each : call.list->rows) {
         if (row == DG_ALL_ITEMS || &each == &call.row(row)) each.selected = false;
     }

@@ -10,11 +10,10 @@
 #include <string>
 #include <string_view>
 
+using platform::kHexDigits;
 using platform::mayStandInUrl;
 
 namespace {
-
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
 std::optional<unsigned> hexValue(char digit) {
     if (digit >= 'a' && digit <= 'f') digit = static_cast<char>(digit - 'a' + 'A');
@@ -67,17 +66,7 @@ CFStringRef CFURLCreateStringByAddingPercentEscapes(CFAllocatorRef, CFStringRef 
         encoding != kCFStringEncodingUTF8) {
         return nullptr;
     }
-    std::string escaped;
-    escaped.reserve(string->utf8.size());
-    for (const char character : string->utf8) {
-        if (mayStandInUrl(character)) {
-            escaped += character;
-        } else {
-            const auto byte = static_cast<unsigned char>(character);
-            escaped += {'%', kHexDigits[byte / 16], kHexDigits[byte % 16]};
-        }
-    }
-    return new CFString{std::move(escaped)};
+    return new CFString{platform::percentEscaped(string->utf8)};
 }
 
 CFURLRef CFURLCreateWithString(CFAllocatorRef, CFStringRef string, CFURLRef base) {

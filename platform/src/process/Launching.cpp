@@ -40,27 +40,12 @@ std::string pathArgument(const std::string& path) {
     return ambiguous ? "./" + path : path;
 }
 
-/// The address with every character that it may not contain written as %XX.
-std::string addressArgument(const std::string& address) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string argument;
-    for (const char each : address) {
-        if (platform::mayStandInUrl(each) || each == '%') {
-            argument += each;
-        } else {
-            const auto byte = static_cast<unsigned char>(each);
-            argument += {'%', kDigits[byte >> 4], kDigits[byte & 15]};
-        }
-    }
-    return argument;
-}
-
 int launch(const LaunchRequest& request) {
     Launcher& state = launcher();
     if (state.handler) return state.handler(request);
     const std::string argument = request.kind == LaunchRequest::Kind::Document
                                      ? pathArgument(request.target)
-                                     : addressArgument(request.target);
+                                     : platform::percentEscaped(request.target, "%");
     const int error = platform::runOpener(state.opener, argument, state.patienceMs);
     if (error != 0) DBPrintf("cannot start \"%s\": %s\n", state.opener.c_str(), std::strerror(error));
     return error;

@@ -49,17 +49,13 @@ public:
             number <= highest) {
             return number;
         }
-        problem(key.source(), "\"" + std::string(text) + "\" is not a number from " + std::to_string(lowest) +
-                                  " to " + std::to_string(highest));
-        return std::nullopt;
+        return notANumber(key.source(), text, lowest, highest);
     }
 
     std::optional<int> number(const toml::node& node, std::string_view name, int lowest, int highest) {
         const std::optional<std::int64_t> value = node.value_exact<std::int64_t>();
         if (value && *value >= lowest && *value <= highest) return static_cast<int>(*value);
-        problem(node.source(), "\"" + std::string(name) + "\" is not a number from " +
-                                   std::to_string(lowest) + " to " + std::to_string(highest));
-        return std::nullopt;
+        return notANumber(node.source(), name, lowest, highest);
     }
 
     std::optional<std::string> text(const toml::node& node, std::string_view name) {
@@ -93,6 +89,13 @@ public:
     }
 
 private:
+    std::nullopt_t notANumber(const toml::source_region& where, std::string_view name, int lowest,
+                              int highest) {
+        problem(where, "\"" + std::string(name) + "\" is not a number from " + std::to_string(lowest) +
+                           " to " + std::to_string(highest));
+        return std::nullopt;
+    }
+
     void parse(const std::string& content) {
         try {
             table_ = toml::parse(content, path_);
