@@ -53,7 +53,6 @@ public:
         stream = CFReadStreamCreateForHTTPRequest(kCFAllocatorDefault, message);
         CFRelease(object);
         CFRelease(message);
-        if (stream == nullptr) return;
         if (followRedirects) {
             EXPECT_TRUE(
                 CFReadStreamSetProperty(stream, kCFStreamPropertyHTTPShouldAutoredirect, kCFBooleanTrue));
