@@ -3,7 +3,6 @@
 #include "platform/host/FailingMemory.h"
 #include "tests/foundation/TestText.h"
 
-#include <functional>
 #include <limits>
 
 namespace {
@@ -117,11 +116,10 @@ TEST(KW_List, IsLeftEmptyWithoutMemoryAndUsableAgainAfterSetSize) {
         EXPECT_EQ(list.data, nullptr);
         EXPECT_EQ(list.count, 0);
     };
-    const std::function<void(KW_List<long>&)> operations[] = {
-        [](KW_List<long>& list) { list.AddData(1, 0); }, [](KW_List<long>& list) { list.DeleteData(1); },
-        [](KW_List<long>& list) { list.Reset(); }, [](KW_List<long>& list) { list.SetSize(2, true); },
-        [](KW_List<long>& list) { list.SetSize(9, false); }};
-    for (const auto& resize : operations) {
+    for (void (*const resize)(KW_List<long>&) : std::initializer_list<void (*)(KW_List<long>&)>{
+             [](auto& list) { list.AddData(1, 0); }, [](auto& list) { list.DeleteData(1); },
+             [](auto& list) { list.Reset(); }, [](auto& list) { list.SetSize(2, true); },
+             [](auto& list) { list.SetSize(9, false); }}) {
         platform::failMemoryAfter(1000);  // from now on every resizing asks for memory
         KW_List<long> list = listOf({1, 2, 3});
         const KW_List<long> source(list);
@@ -140,8 +138,8 @@ TEST(KW_List, IsLeftEmptyWithoutMemoryAndUsableAgainAfterSetSize) {
         list.AddData(3, -1);
         EXPECT_EQ(values(list), (std::vector<long>{0, 0, 3}));
     }
-    KW_List<long> list = listOf({1});
     for (const long tooMany : {kMost, kMost / 8}) {
+        KW_List<long> list = listOf({1});
         list.SetSize(tooMany, true);
         expectLost(list);
     }

@@ -20,19 +20,12 @@ TEST(KW_String_Compare, OrdersByUnsignedUnitsWithNullFirst) {
     }
 }
 
-TEST(KW_String_Compare, ComparesPartsFromTheirStarts) {
-    const KW_String hello = text(u"hello");
-    const KW_String yellow = text(u"yellow");
-    EXPECT_EQ(KW_String::Compare(hello, 1, yellow, 1, 4), 0);
-    EXPECT_EQ(KW_String::Compare(hello, 1, yellow, 1, 5), -1);
-    EXPECT_EQ(KW_String::Compare(hello, 1, yellow, 1, 0), -1);
-    EXPECT_EQ(KW_String::Compare(hello, 5, yellow, 6, 0), 0) << "both at their ends";
-    EXPECT_EQ(KW_String::Compare(hello, 5, yellow, 5, 0), -1);
-    EXPECT_EQ(KW_String::Compare(hello, 99, yellow, 0xFFFFFFFF, 7), 0)
-        << "a start behind the end counts as there";
-}
-
-TEST(KW_String_Compare, StopsAtAZeroUnitInBoth) {
+TEST(KW_String_Compare, ComparesPartsFromTheirStartsUpToAZeroUnitInBoth) {
+    using Case = std::tuple<unsigned int, unsigned int, unsigned int, int>;
+    for (const auto& [start, otherStart, count, order] :
+         {Case{1, 1, 4, 0}, Case{1, 1, 5, -1}, Case{1, 1, 0, -1}, Case{5, 6, 0, 0}, Case{5, 5, 0, -1},
+          Case{99, 0xFFFFFFFF, 7, 0}})
+        EXPECT_EQ(KW_String::Compare(text(u"hello"), start, text(u"yellow"), otherStart, count), order);
     EXPECT_EQ(KW_String::Compare(text({u"a\0b", 3}), 0, text({u"a\0c", 3}), 0, 0), 0);
     EXPECT_EQ(KW_String::Compare(text({u"a\0b", 3}), 0, text(u"a"), 0, 9), 0);
 }

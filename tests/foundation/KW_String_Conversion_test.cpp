@@ -13,12 +13,13 @@ using namespace std::string_literals;
 Content decoded(const std::string& source, Encoding encoding) {
     const ExactBytes exact(source);
     KW_String string;
-    if (!KW_String::CStringToKW_String(string, exact.data(), exact.size(), encoding, false))
-        return std::nullopt;
+    if (!KW_String::CStringToKW_String(string, exact.data, exact.size, encoding, false)) return std::nullopt;
     expectSound(string);
     EXPECT_EQ(string.capacity, string.length + 1);
     return content(string);
 }
+
+constexpr auto convert = KW_String::ConvertChangeEncoding;
 
 unsigned int terminatorWidth(Encoding encoding) {
     const bool isWide = encoding >= kUTF16LE && encoding <= kUTF32BE;
@@ -126,40 +127,32 @@ TEST(KW_String_Conversion, BringsBackEveryByteOfTheOneByteEncodings) {
 
 TEST(KW_String_Conversion, ReportsWhyNothingWasConverted) {
     char target[8] = {'x', 'x'};
-    const auto convert = KW_String::ConvertChangeEncoding;
     EXPECT_EQ(convert(kSystem, nullptr, 0, kUTF8, target, 8, true, true), -3);
-    EXPECT_EQ(target[0], 0);
-    EXPECT_EQ(target[1], 'x');
+    EXPECT_EQ(std::string(target, 2), "\0x"s);
     EXPECT_EQ(convert(kNone, nullptr, 0, kNone, nullptr, 0, true, true), -3);
     EXPECT_EQ(convert(kUnsupported, "a", 0, kNone, target, 8, true, true), -4);
     EXPECT_EQ(convert(kUTF8, "a", 0, kUnsupported, target, 8, true, true), -5);
     EXPECT_EQ(convert(kUTF8, "\xFF", 0, kUTF16LE, target, 8, true, true), -1);
-    EXPECT_EQ(convert(kUTF8, "", -1, kUTF16LE, target, 8, true, true), -1)
-        << "only a length of 0 tells an empty text";
+    EXPECT_EQ(convert(kUTF8, "", -1, kUTF16LE, target, 8, true, true), -1) << "0 alone tells an empty text";
     // A destination of no bytes, which must not be touched.
     const std::unique_ptr<char[]> nothing(new char[0]);
     EXPECT_EQ(convert(kUTF8, nullptr, 0, kUTF8, nothing.get(), 0, true, true), -3);
-    EXPECT_EQ(convert(kUTF8, "a", 1, kUTF8, nothing.get(), 0, false, true), -1);
-    EXPECT_EQ(convert(kUTF8, "a", 1, kUTF8, nothing.get(), -5, false, true), -1);
+    for (const long size : {0, -5})
+        EXPECT_EQ(convert(kUTF8, "a", 1, kUTF8, nothing.get(), size, false, true), -1);
 }
 
 TEST(KW_String_Conversion, TakesAnEmptySourceAsATerminator) {
     const std::string zeros(4, '\0');
     for (const Encoding encoding : {kUTF8, kSystem, kUTF16LE, kUTF16BE, kUTF32LE, kUTF32BE}) {
-        const long width = terminatorWidth(encoding);
+        const unsigned int width = terminatorWidth(encoding);
         for (const Encoding source : {kSystem, kUTF16LE, kUTF32BE}) {
-            const auto convert = [&](char* target, long size, bool addTerminator) {
-                return KW_String::ConvertChangeEncoding(source, zeros.data(), 0, encoding, target, size,
-                                                        addTerminator, true);
-            };
             std::string target(4, 'x');
-            EXPECT_EQ(convert(nullptr, 0, true), width);
-            EXPECT_EQ(convert(nullptr, 0, false), 0);
-            EXPECT_EQ(convert(target.data(), width - 1, true), -2);
+            EXPECT_EQ(convert(source, zeros.data(), 0, encoding, nullptr, 0, true, true), width);
+            EXPECT_EQ(convert(source, zeros.data(), 0, encoding, nullptr, 0, false, true), 0);
+            EXPECT_EQ(convert(source, zeros.data(), 0, encoding, target.data(), width - 1L, true, true), -2);
             EXPECT_EQ(target, "xxxx");
-            EXPECT_EQ(convert(target.data(), 4, true), width);
-            EXPECT_EQ(target.substr(0, static_cast<std::size_t>(width)),
-                      zeros.substr(0, static_cast<std::size_t>(width)));
+            EXPECT_EQ(convert(source, zeros.data(), 0, encoding, target.data(), 4, true, true), width);
+            EXPECT_EQ(target, zeros.substr(0, width) + std::string(4 - width, 'x'));
         }
     }
 }
@@ -168,7 +161,7 @@ TEST(KW_String_Conversion, FindsTheTerminatorOfEachWidth) {
     EXPECT_EQ(content(KW_String("\0a\0\0", kUTF16BE)), u"a");
     EXPECT_EQ(content(KW_String("\x01\x01\0\0b\0\0\0\0\0\0", kUTF32LE)), u"\u0101b");
     char target[8];
-    EXPECT_EQ(KW_String::ConvertChangeEncoding(kUTF8, "ab", -1, kUTF16LE, target, 8, true, true), 6);
+    EXPECT_EQ(convert(kUTF8, "ab", -1, kUTF16LE, target, 8, true, true), 6);
 }
 
 TEST(KW_String_Conversion, ReadsOnlyWholeUTF32Units) {
@@ -195,28 +188,23 @@ TEST(KW_String_Conversion, ConvertsUTF32UnitsWithACountOrUpToTheZeroUnit) {
 }
 
 TEST(KW_String_Conversion, StopsWhereTheTargetIsFullAndWritesNothingBehindTheResult) {
-    struct Case {
-        Encoding target;
-        std::u16string units;
-        long first;   // bytes of the first character
-        long needed;  // and of all
-    };
-    for (const Case& c :
+    // The bytes of the first character and of all.
+    using Case = std::tuple<Encoding, std::u16string, long, long>;
+    for (const auto& [encoding, units, first, needed] :
          {Case{kUTF8, u"a\u00E9\u4E2D\U0001F600", 1, 10}, Case{kMacRoman, u"a\u00E9z", 1, 3},
           Case{kUTF16LE, u"abc", 2, 6}, Case{kUTF32BE, u"a\U0001F600", 4, 8},
           Case{kUTF7, u"\u4E2D\u4E2D", 5, 8}, Case{kMacRoman, u"more than sixteen before \U0001F600", 1, 26},
           Case{kUTF8, u"\u4E2D\u4E2D\u4E2D and sixteen or more", 3, 29}}) {
-        const long room = c.needed + 80;
-        for (long size = 0; size <= room; ++size) {
+        const KW_String source = text(units);
+        for (long size = 0; size <= needed + 80; ++size) {
             const std::unique_ptr<char[]> target(new char[static_cast<std::size_t>(size)]);
             for (const bool addTerminator : {false, true}) {
-                const KW_String source = text(c.units);
                 std::fill_n(target.get(), size, '!');
-                const long all = c.needed + (addTerminator ? terminatorWidth(c.target) : 0);
-                const long written = KW_String::ConvertChangeEncoding(
-                    kUTF16LE, reinterpret_cast<const char*>(source.data), source.length * 2L, c.target,
-                    target.get(), size, addTerminator, true);
-                ASSERT_EQ(written, size < c.first ? -1 : size < all ? -2 : all) << c.target << ' ' << size;
+                const long all = needed + (addTerminator ? terminatorWidth(encoding) : 0);
+                const long written =
+                    convert(kUTF16LE, reinterpret_cast<const char*>(source.data), source.length * 2L,
+                            encoding, target.get(), size, addTerminator, true);
+                ASSERT_EQ(written, size < first ? -1 : size < all ? -2 : all) << encoding << ' ' << size;
                 if (written < 0) continue;
                 ASSERT_EQ(std::count(target.get() + written, target.get() + size, '!'), size - written);
             }
@@ -225,16 +213,14 @@ TEST(KW_String_Conversion, StopsWhereTheTargetIsFullAndWritesNothingBehindTheRes
 }
 
 TEST(KW_String_Conversion, StopsWithoutLossBeforeWhatIsMissing) {
-    char target[8];
-    const auto convert = [](const char* source, Encoding encoding, char* out) {
-        return KW_String::ConvertChangeEncoding(kUTF8, source, 0, encoding, out, 8, false, false);
-    };
-    EXPECT_EQ(convert("ab\xE4\xB8\xAD", kASCII, nullptr), 2) << "measures what comes before";
-    EXPECT_EQ(convert("ab\xE4\xB8\xAD", kASCII, target), -2);
-    EXPECT_EQ(convert("\xE4\xB8\xAD", kMacRoman, nullptr), -1);
-    EXPECT_EQ(convert("\xE4\xB8\xAD", kMacRoman, target), -1);
-    EXPECT_EQ(convert("\xC3\xA9", kMacRoman, target), 1);
-    EXPECT_EQ(target[0], '\x8E');
+    using Case = std::tuple<const char*, Encoding, int, int>;
+    for (const auto& [source, encoding, measured, written] :
+         {Case{"ab\xE4\xB8\xAD", kASCII, 2, -2}, Case{"\xE4\xB8\xAD", kMacRoman, -1, -1},
+          Case{"\xC3\xA9", kMacRoman, 1, 1}}) {
+        char target[8];
+        EXPECT_EQ(convert(kUTF8, source, 0, encoding, nullptr, 8, false, false), measured);
+        EXPECT_EQ(convert(kUTF8, source, 0, encoding, target, 8, false, false), written);
+    }
 }
 
 TEST(KW_String_Conversion, EncodesARangeOrUpToTheTerminator) {
@@ -265,23 +251,14 @@ TEST(KW_String_Conversion, EncodesARangeOrUpToTheTerminator) {
     }
 }
 
-TEST(KW_String_Conversion, GivesAByteStringWithItsEncoding) {
-    const KW_String cafe("Caf\xE9", kWindows);
-    const KW_CString utf8 = cafe.ToCStr(kUTF8);
-    EXPECT_EQ(std::string(utf8.data, utf8.size), "Caf\xC3\xA9\0"s);
-    EXPECT_EQ(utf8.encoding, kUTF8);
-    EXPECT_EQ(cafe.ToCStr(kNone).data, nullptr);
-    EXPECT_EQ(text(u"").ToCStr(kUTF32BE).size, 4u);
-}
-
 TEST(KW_String_Conversion, LeavesSingleCharactersThatAreNoneAtZeroAndQuestionMark) {
     EXPECT_EQ(KW_String::CharToKW_Char('\xC3', kUTF8), 0);
-    EXPECT_EQ(KW_String::CharToKW_Char('a', kUTF16LE), 0);
-    EXPECT_EQ(KW_String::CharToKW_Char('a', kNone), 0);
     EXPECT_EQ(KW_String::KW_CharToChar(0xE9, kUTF8), '?');
-    EXPECT_EQ(KW_String::KW_CharToChar('a', kUTF16LE), '?');
-    EXPECT_EQ(KW_String::KW_CharToChar('a', kNone), '?');
     EXPECT_EQ(KW_String::KW_CharToChar(0, kUTF8), 0);
+    for (const Encoding encoding : {kUTF16LE, kNone}) {
+        EXPECT_EQ(KW_String::CharToKW_Char('a', encoding), 0);
+        EXPECT_EQ(KW_String::KW_CharToChar('a', encoding), '?');
+    }
 }
 
 }  // namespace

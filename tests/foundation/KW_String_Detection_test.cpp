@@ -19,7 +19,7 @@ TEST(KW_String_Detection, KnowsTheByteOrderMarks) {
           Case("\0\0\xFE\xFF"s, 4, kUTF32BE)}) {
         const ExactBytes exact(bytes);
         Encoding detected = kUntouched;
-        EXPECT_EQ(KW_String::DetectBOM(exact.data(), exact.size(), detected), length)
+        EXPECT_EQ(KW_String::DetectBOM(exact.data, exact.size, detected), length)
             << testing::PrintToString(bytes);
         EXPECT_EQ(detected, encoding) << testing::PrintToString(bytes);
     }
@@ -46,12 +46,9 @@ TEST(KW_String_Detection, TellsUTF8AsItsDecoderDoesForEveryLeadAndBoundary) {
                                            "\xBF\xBF", "\x80\xC0", "\xC0\x80"}) {
                 const std::string sequence{static_cast<char>(lead), static_cast<char>(second)};
                 const ExactBytes exact(sequence + rest);
-                const bool decodes = KW_String(exact.data(), exact.size(), kUTF8).data != nullptr;
-                ASSERT_EQ(KW_String::IsUTF8(exact.data(), exact.size(), true), decodes)
+                const bool decodes = KW_String(exact.data, exact.size, kUTF8).data != nullptr;
+                ASSERT_EQ(KW_String::IsUTF8(exact.data, exact.size, true), decodes)
                     << testing::PrintToString(sequence + rest);
-                if (second == 0) continue;
-                const ExactBytes terminated(sequence + rest + '\0');
-                ASSERT_EQ(KW_String::IsUTF8(terminated.data(), true), decodes);
             }
         }
     }
@@ -93,7 +90,7 @@ TEST(KW_String_Detection, DecodesATextInTheEncodingItFinds) {
           Case("\xFE\xFF\x4E", true, kSystem, kUTF16BE, u"")}) {
         const ExactBytes exact(bytes);
         KW_String string = text(u"before");
-        EXPECT_EQ(KW_String::TextToString(string, exact.data(), exact.size(), detect, given), used)
+        EXPECT_EQ(KW_String::TextToString(string, exact.data, exact.size, detect, given), used)
             << testing::PrintToString(bytes);
         EXPECT_EQ(content(string), result) << testing::PrintToString(bytes);
     }

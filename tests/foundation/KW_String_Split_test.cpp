@@ -19,10 +19,6 @@ Pieces splitLines(const Content& held, bool removeEOL) {
     return pieces(held, [=](const KW_String& text, auto& list) { text.SplitLines(list, removeEOL, true); });
 }
 
-Pieces splitBySpaces(const Content& held) {
-    return pieces(held, [](const KW_String& text, auto& list) { text.SplitBySpaces(list); });
-}
-
 TEST(KW_String_Split, GivesOnePieceMoreThanThereAreSeparators) {
     EXPECT_EQ(split(u"a,,b,", ','), (Pieces{u"a", std::nullopt, u"b", std::nullopt}));
     EXPECT_EQ(split(u"", ','), (Pieces{std::nullopt}));
@@ -54,11 +50,12 @@ TEST(KW_String_Split, AppendsLinesToAListThatIsNotReset) {
 }
 
 TEST(KW_String_Split, TakesARunOfBlanksAndTabsAsOneSeparator) {
-    EXPECT_EQ(splitBySpaces(u" a  b "), (Pieces{std::nullopt, u"a", u"b", std::nullopt}));
-    EXPECT_EQ(splitBySpaces(u"a \t\t b\nc"), (Pieces{u"a", u"b\nc"}));
-    EXPECT_EQ(splitBySpaces(u"  "), (Pieces{std::nullopt, std::nullopt}));
-    EXPECT_EQ(splitBySpaces(u""), (Pieces{std::nullopt}));
-    EXPECT_EQ(splitBySpaces(std::nullopt), (Pieces{std::nullopt}));
+    using Case = std::pair<Content, Pieces>;
+    for (const auto& [held, between] :
+         {Case{u" a  b ", {std::nullopt, u"a", u"b", std::nullopt}}, Case{u"a \t\t b\nc", {u"a", u"b\nc"}},
+          Case{u"  ", {std::nullopt, std::nullopt}}, Case{u"", {std::nullopt}},
+          Case{std::nullopt, {std::nullopt}}})
+        EXPECT_EQ(pieces(held, [](const KW_String& text, auto& list) { text.SplitBySpaces(list); }), between);
 }
 
 TEST(KW_String_Split, SplitsAnElementOfTheListThatItFills) {
@@ -74,7 +71,7 @@ TEST(KW_String_Split, SplitsAnElementOfTheListThatItFills) {
 }
 
 TEST(KW_String_Split, IsUndoneByJoining) {
-    RandomText random(3);
+    RandomText random{std::mt19937(3)};
     for (int round = 0; round < 2000; ++round) {
         const std::u16string units = random.over(u"a,\n\rb", round % 8 == 0 ? 300 : 30);
         std::u16string joined;

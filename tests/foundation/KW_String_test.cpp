@@ -23,9 +23,9 @@ TEST(KW_String, IsNullWithoutSourceAndEmptyWithAnEmptyOne) {
 
 TEST(KW_String, TakesACountOfBytesOrAllUpToTheTerminator) {
     const ExactBytes bytes(std::string_view("ab\0cd", 5));
-    EXPECT_EQ(content(KW_String(bytes.data(), bytes.size(), kSystem)), std::u16string(u"ab\0cd", 5));
-    EXPECT_EQ(content(KW_String(bytes.data(), 0, kSystem)), u"ab");
-    EXPECT_EQ(content(KW_String(bytes.data(), kSystem)), u"ab");
+    EXPECT_EQ(content(KW_String(bytes.data, bytes.size, kSystem)), std::u16string(u"ab\0cd", 5));
+    EXPECT_EQ(content(KW_String(bytes.data, 0, kSystem)), u"ab");
+    EXPECT_EQ(content(KW_String(bytes.data, kSystem)), u"ab");
 }
 
 TEST(KW_String, HasExactlyTheCapacityItNeeds) {
@@ -84,37 +84,24 @@ TEST(KW_String, TakesOverTheBufferOfAPointedToString) {
     expectSound(source);
 }
 
-TEST(KW_String, AllocatesOnlyWhatIsMissing) {
-    KW_String string;
-    EXPECT_TRUE(string.THIS_Alloc(0, true));
-    EXPECT_EQ(content(string), std::nullopt);
-    EXPECT_TRUE(string.THIS_Alloc(4, true));
-    EXPECT_EQ(content(string), u"");
-    EXPECT_EQ(string.capacity, 4u);
-    string = "abc";
-    EXPECT_TRUE(string.THIS_Alloc(4, false));
-    EXPECT_EQ(content(string), u"abc") << "the text stays when there is room already";
-    EXPECT_TRUE(string.THIS_Alloc(9, true));
-    EXPECT_EQ(content(string), u"abc");
-    EXPECT_EQ(string.capacity, 9u);
-    EXPECT_TRUE(string.THIS_Alloc(10, false));
-    EXPECT_EQ(content(string), u"");
-    EXPECT_EQ(string.capacity, 10u);
-    expectSound(string);
-}
-
-TEST(KW_String, GetsExactlyTheSizeThatIsSet) {
+TEST(KW_String, GetsTheSizeThatIsSetAndTheRoomThatIsMissing) {
     using Case = std::tuple<Content, unsigned int, bool, Content>;
     for (const auto& [before, units, keep, after] :
          {Case{u"hello", 3, true, u"he"}, Case{u"hello", 1, true, u""}, Case{u"hello", 6, true, u"hello"},
-          Case{u"hello", 20, true, u"hello"}, Case{u"hello", 20, false, u""},
+          Case{u"hello", 6, false, u""}, Case{u"hello", 20, true, u"hello"}, Case{u"hello", 20, false, u""},
           Case{std::nullopt, 4, true, u""}, Case{u"hello", 0, true, std::nullopt},
           Case{std::nullopt, 0, false, std::nullopt}}) {
-        KW_String string = maybe(before);
-        string.SetSize(units, keep);
-        EXPECT_EQ(content(string), after) << units;
-        EXPECT_EQ(string.capacity, units);
-        expectSound(string);
+        KW_String sized = maybe(before);
+        sized.SetSize(units, keep);
+        EXPECT_EQ(content(sized), after) << units;
+        EXPECT_EQ(sized.capacity, units);
+        expectSound(sized);
+        KW_String allocated = maybe(before);
+        const unsigned int capacity = allocated.capacity;
+        EXPECT_TRUE(allocated.THIS_Alloc(units, keep));
+        EXPECT_EQ(content(allocated), units > capacity ? after : before) << units;
+        EXPECT_EQ(allocated.capacity, std::max(capacity, units));
+        expectSound(allocated);
     }
 }
 
@@ -155,38 +142,31 @@ TEST(KW_String, AppendsUnitsAndBytes) {
     EXPECT_EQ(string.capacity, 5u);
 }
 
-TEST(KW_String, ConcatenatesAlsoWithItself) {
-    struct Case {
-        void (*change)(KW_String&);
-        const char16_t* result;
-    };
-    for (const Case& c :
+const char* bytes(const unsigned short* units) {
+    return reinterpret_cast<const char*>(units);
+}
+
+TEST(KW_String, ChangesAlsoByWhatItHoldsItself) {
+    using namespace std::string_literals;
+    using Case = std::pair<void (*)(KW_String&), std::u16string>;
+    for (const auto& [change, result] :
          {Case{[](KW_String& s) { s += s; }, u"abcabc"},
           Case{[](KW_String& s) { s.THIS_SetToConcatenatedString(s, s); }, u"abcabc"},
           Case{[](KW_String& s) { s.THIS_SetToConcatenatedString(text(u"1234567"), s); }, u"1234567abc"},
           Case{[](KW_String& s) { s.THIS_SetToConcatenatedString(s, text(u"1234567")); }, u"abc1234567"},
           Case{[](KW_String& s) { s.THIS_SetToConcatenatedString(KW_String(), s); }, u"abc"},
-          Case{[](KW_String& s) { s.THIS_Append(s.data + 1, 2); }, u"abcbc"}}) {
+          Case{[](KW_String& s) { s.THIS_Append(s.data + 1, 2); }, u"abcbc"},
+          Case{[](KW_String& s) { s.THIS_Append(bytes(s.data), 6, kUTF16LE); }, u"abcabc"},
+          Case{[](KW_String& s) { s.Set(bytes(s.data + 1), 4, kUTF16LE); }, u"bc"},
+          Case{[](KW_String& s) { s.Set(bytes(s.data), 6, kSystem); }, u"a\0b\0c\0"s}}) {
         for (const unsigned int room : {4u, 100u}) {
             KW_String string = text(u"abc");
             string.SetSize(room, true);
-            c.change(string);
-            EXPECT_EQ(content(string), c.result);
+            change(string);
+            EXPECT_EQ(content(string), result);
             expectSound(string);
         }
     }
-}
-
-TEST(KW_String, ReadsBytesFromItsOwnBuffer) {
-    KW_String string = text(u"abc");
-    string.THIS_Append(reinterpret_cast<const char*>(string.data), 6, kUTF16LE);
-    EXPECT_EQ(content(string), u"abcabc");
-    string.Set(reinterpret_cast<const char*>(string.data + 2), 4, kUTF16LE);
-    EXPECT_EQ(content(string), u"ca");
-    string.SetSize(3, true);
-    string.Set(reinterpret_cast<const char*>(string.data), 4, kSystem);
-    EXPECT_EQ(content(string), std::u16string(u"c\0a\0", 4)) << "longer than the buffer that is read";
-    expectSound(string);
 }
 
 TEST(KW_String, ConcatenatesNullOnlyToNull) {
@@ -224,11 +204,13 @@ TEST(KW_String, ReportsATextThatNoStringCanHoldAsExhaustedMemory) {
 TEST(KW_CString, OwnsItsBytes) {
     KW_CString bytes = text(u"abc").ToCStr(kSystem);
     const KW_CString copy(bytes);
-    text(u"z").ToCStr(bytes, kUTF8);
-    EXPECT_STREQ(bytes.data, "z");
-    EXPECT_EQ(bytes.size, 2u);
+    text(u"\u00E9").ToCStr(bytes, kUTF8);
+    EXPECT_STREQ(bytes.data, "\xC3\xA9");
+    EXPECT_EQ(bytes.size, 3u);
     EXPECT_EQ(bytes.encoding, kUTF8);
     EXPECT_STREQ(copy.data, "abc");
+    EXPECT_EQ(text(u"").ToCStr(kUTF32BE).size, 4u);
+    EXPECT_EQ(text(u"z").ToCStr(kNone).data, nullptr);
     KW_String().ToCStr(bytes, kSystem);
     EXPECT_EQ(KW_CString(bytes).data, nullptr);
     EXPECT_EQ(bytes.size, 0u);

@@ -68,32 +68,25 @@ inline void expectSound(const KW_String& string) {
 }
 
 /// The bytes of a text in an array of exactly their number, so that a read behind them is found.
-class ExactBytes {
-public:
-    explicit ExactBytes(std::string_view bytes) : size_(bytes.size()), bytes_(new char[bytes.size()]) {
-        bytes.copy(bytes_.get(), size_);
+struct ExactBytes {
+    explicit ExactBytes(std::string_view bytes)
+        : size(static_cast<unsigned int>(bytes.size())), array(new char[size]), data(array.get()) {
+        bytes.copy(array.get(), size);
     }
-    const char* data() const { return bytes_.get(); }
-    unsigned int size() const { return static_cast<unsigned int>(size_); }
-
-private:
-    std::size_t size_;
-    std::unique_ptr<char[]> bytes_;
+    const unsigned int size;
+    const std::unique_ptr<char[]> array;
+    const char* const data;
 };
 
 /// Random text over few units, so that what is sought is found often. The seed makes a failure repeatable.
-class RandomText {
-public:
-    explicit RandomText(unsigned int seed) : random_(seed) {}
-
+struct RandomText {
     std::u16string over(std::u16string_view alphabet, std::size_t longest) {
         std::u16string units(below(longest + 1), u'\0');
         for (char16_t& unit : units)
             unit = alphabet[below(alphabet.size())];
         return units;
     }
-    std::size_t below(std::size_t bound) { return random_() % bound; }
+    std::size_t below(std::size_t bound) { return random() % bound; }
 
-private:
-    std::mt19937 random_;
+    std::mt19937 random;
 };
