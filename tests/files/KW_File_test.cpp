@@ -59,24 +59,20 @@ TEST_F(KW_FileTest, ReadBinForWhoMustKnowTellsWhatItCannotRead) {
     EXPECT_EQ(bytes, "");
 }
 
-TEST_F(KW_FileTest, WriteBinReplacesAppendsAndCreatesAsTold) {
-    EXPECT_EQ(KW_File::WriteBin(at("f"), "abc", 3, false, false), 6);
-    EXPECT_FALSE(temp_.has("f"));
-    EXPECT_EQ(KW_File::WriteBin(at("f"), "abcdef", 6, false, true), 0);
-    EXPECT_EQ(KW_File::WriteBin(at("f"), "g", 1, true, true), 0);
-    EXPECT_EQ(temp_.read("f"), "abcdefg");
-    EXPECT_EQ(KW_File::WriteBin(at("f"), "x\0y", 3, false, false), 0);
-    EXPECT_EQ(KW_File::WriteBin(at("f"), "z", -1, false, true), 6);
-    EXPECT_EQ(temp_.read("f"), "x\0y"s);
-    EXPECT_EQ(KW_File::WriteBin(at("f"), nullptr, 0, false, true), 0);
-    EXPECT_EQ(temp_.read("f"), "");
-}
-
-TEST_F(KW_FileTest, HostErrorsHaveCodesOfTheirOwn) {
+TEST_F(KW_FileTest, WriteBinReplacesAppendsAndCreatesAsToldAndTellsWhatFails) {
     temp_.makeFolder("folder");
-    EXPECT_EQ(KW_File::WriteBin(at("no folder/f"), "x", 1, false, true), 3);
-    EXPECT_EQ(KW_File::WriteBin(KW_Location(KW_String("/dev/full", kUTF8)), "x", 1, false, true), 4);
+    using Case = std::tuple<const char*, const char*, long, bool, bool, int, std::string>;
+    for (const auto& [file, bytes, size, append, create, code, held] :
+         {Case{"missing", "abc", 3, false, false, 6, ""}, Case{"f", "abcdef", 6, false, true, 0, "abcdef"},
+          Case{"f", "g", 1, true, true, 0, "abcdefg"}, Case{"f", "x\0y", 3, false, false, 0, "x\0y"s},
+          Case{"f", "z", -1, false, true, 6, "x\0y"s}, Case{"f", nullptr, 0, false, true, 0, ""},
+          Case{"no folder/f", "x", 1, false, true, 3, ""}}) {
+        EXPECT_EQ(KW_File::WriteBin(at(file), bytes, size, append, create), code);
+        EXPECT_EQ(temp_.read(file), held);
+    }
+    EXPECT_FALSE(temp_.has("missing"));
     EXPECT_EQ(KW_File::WriteBin(at("folder"), "x", 1, false, true), 6);
+    EXPECT_EQ(KW_File::WriteBin(KW_Location(KW_String("/dev/full", kUTF8)), "x", 1, false, true), 4);
 }
 
 TEST_F(KW_FileTest, AFailedWriteLeavesTheOldContent) {
@@ -96,38 +92,32 @@ TEST_F(KW_FileTest, AFailedWriteLeavesTheOldContent) {
     EXPECT_EQ(temp_.read("f"), "older") << "what is written next follows the old content";
 }
 
-TEST_F(KW_FileTest, TextIsWrittenInItsEncodingWithTheMarkItHas) {
+TEST_F(KW_FileTest, TextIsWrittenInItsEncodingWithTheMarkItHasAndReadSo) {
     using Case = std::tuple<KW_String::Encoding, bool, std::string>;
     for (const auto& [encoding, mark, bytes] :
-         {Case{KW_String::Encoding_UTF16LE, true, "\xFF\xFE\x41\0"s}, Case{kUTF8, true, "\xEF\xBB\xBF\x41"},
-          Case{kSystem, true, "A"}, Case{kUTF8, false, "A"}, Case{KW_String::Encoding_UTF16BE, false, "\0A"s},
-          Case{KW_String::Encoding_UTF32BE, true, "\0\0\xFE\xFF\0\0\0A"s}}) {
-        EXPECT_EQ(KW_File::WriteFullText(at("f"), KW_String("A", kUTF8), encoding, mark, false), 0);
+         {Case{KW_String::Encoding_UTF16LE, true, "\xFF\xFE\xE9\0"s},
+          Case{kUTF8, true, "\xEF\xBB\xBF\xC3\xA9"}, Case{kSystem, true, "\x8E"},
+          Case{kUTF8, false, "\xC3\xA9"}, Case{KW_String::Encoding_UTF16BE, false, "\0\xE9"s},
+          Case{KW_String::Encoding_UTF32BE, true, "\0\0\xFE\xFF\0\0\0\xE9"s}}) {
+        EXPECT_EQ(KW_File::WriteFullText(at("f"), support::text("\xC3\xA9"), encoding, mark, false), 0);
+        KW_String text;
+        EXPECT_EQ(KW_File::ReadFullText(at("f"), text, false, encoding), 0);
+        EXPECT_EQ(utf8(text), "\xC3\xA9");
         KW_File file;
         unsigned long written = 99;
         EXPECT_EQ(file.Open(at("f"), OpenMode_Append), 0);
-        EXPECT_EQ(file.WriteFullText(KW_String("A", kUTF8), encoding, mark, &written), 0);
+        EXPECT_EQ(file.WriteFullText(support::text("\xC3\xA9"), encoding, mark, &written), 0);
         EXPECT_EQ(written, bytes.size());
         file.file.reset();
         EXPECT_EQ(temp_.read("f"), bytes + bytes);
     }
-    EXPECT_EQ(KW_File::WriteFullText(at("f"), KW_String(), kUTF8, true, false), 0);
+    KW_String text;
+    EXPECT_EQ(KW_File::WriteFullText(at("f"), text, kUTF8, true, false), 0);
     EXPECT_EQ(temp_.read("f"), "\xEF\xBB\xBF");
-}
-
-TEST_F(KW_FileTest, TextIsReadByItsMarkThenAsDetectedOrGiven) {
-    using Case = std::tuple<std::string, bool, KW_String::Encoding, const char*>;
-    for (const auto& [bytes, detect, encoding, read] :
-         {Case{"\xFF\xFE\x41\0"s, false, kUTF8, "A"}, Case{"caf\x8E", false, kSystem, "caf\xC3\xA9"},
-          Case{"h\0i\0o\0"s, true, kUTF8, "hio"}, Case{"", true, kUTF8, ""}}) {
-        temp_.write("f", bytes);
-        KW_String text("before", kUTF8);
-        EXPECT_EQ(KW_File::ReadFullText(at("f"), text, detect, encoding), 0);
-        EXPECT_EQ(utf8(text), read);
-    }
-    KW_String text("before", kUTF8);
+    temp_.write("f", "h\0i\0o\0"s);
+    EXPECT_EQ(KW_File::ReadFullText(at("f"), text, true, kUTF8), 0);
     EXPECT_EQ(KW_File::ReadFullText(at("missing"), text, true, kUTF8), 3);
-    EXPECT_EQ(utf8(text), "before");
+    EXPECT_EQ(utf8(text), "hio");
 }
 
 TEST_F(KW_FileTest, MembersNeedAnOpenedFileAndHoldOneAtATime) {

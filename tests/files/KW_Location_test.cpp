@@ -29,15 +29,22 @@ KW_Location at(const std::string& utf8) {
     return location;
 }
 
-TEST(KW_Location, SetDropsOneTrailingSlash) {
-    for (const auto& [given, stored] : std::vector<std::pair<std::string, const char*>>{
-             {"/Users/a/", "/Users/a"}, {"/", ""}, {"a//", "a/"}, {"/x", "/x"}, {"", ""}}) {
+TEST(KW_Location, DropsOneTrailingSlashAndHasALastNameAndThatAnExtension) {
+    using Case = std::tuple<std::string, const char*, const char*, const char*>;
+    for (const auto& [given, stored, name, extension] :
+         {Case{"/Users/a/", "/Users/a", "a", ""}, Case{"/", "", "", ""}, Case{"a//", "a/", "", ""},
+          Case{"", "", "", ""}, Case{"/x.y/a.b.txt", "/x.y/a.b.txt", "a.b.txt", "txt"},
+          Case{"/x.y/.txt", "/x.y/.txt", ".txt", "txt"}, Case{"/x.y/a", "/x.y/a", "a", ""},
+          Case{"a.", "a.", "a.", ""}}) {
         EXPECT_EQ(utf8(at(given)), stored);
+        EXPECT_EQ(utf8(at(given).LastName()), name);
+        EXPECT_EQ(utf8(at(given).Extension()), extension);
         KW_Location fromHost = at("before");
         fromHost.Set(IO::Location::FromPosixPath(given));
         EXPECT_EQ(utf8(fromHost), given.empty() ? "null" : stored);
     }
     EXPECT_EQ(utf8(KW_Location(KW_String())), "null");
+    EXPECT_EQ(utf8(KW_Location().LastName()), "null");
     KW_Location location = at("/self//");
     location.Set(location);
     EXPECT_EQ(utf8(location), "/self");
@@ -55,17 +62,6 @@ TEST(KW_Location, SetLastNameReplacesWhatStandsBehindTheLastSlash) {
     KW_Location none;
     none.SetLastName("b.txt");
     EXPECT_EQ(utf8(none), "null");
-}
-
-TEST(KW_Location, HasALastNameAndThatAnExtension) {
-    using Case = std::tuple<const char*, const char*, const char*>;
-    for (const auto& [path, name, extension] :
-         {Case{"/x.y/a.b.txt", "a.b.txt", "txt"}, Case{"/x.y/.txt", ".txt", "txt"}, Case{"/x.y/a", "a", ""},
-          Case{"a.", "a.", ""}, Case{"/x/", "x", ""}, Case{"/", "", ""}}) {
-        EXPECT_EQ(utf8(at(path).LastName()), name);
-        EXPECT_EQ(utf8(at(path).Extension()), extension);
-    }
-    EXPECT_EQ(utf8(KW_Location().LastName()), "null");
 }
 
 TEST(KW_Location, TheAddOnsFolderIsCutBeforeTheLastSlash) {
@@ -110,9 +106,9 @@ protected:
         return result;
     }
 
-    std::vector<std::string> files(const std::vector<std::string>& extensions, bool recursive) {
+    std::vector<std::string> files(std::initializer_list<const char*> extensions, bool recursive) {
         KW_List<KW_String> filter;
-        for (const std::string& extension : extensions)
+        for (const char* const extension : extensions)
             filter.AddData(text(extension), -1);
         KW_List<KW_Location> found;
         EXPECT_TRUE(at(temp_.path()).GetFilesInFolder(&filter, recursive, &found));
@@ -133,11 +129,11 @@ TEST_F(FolderListing, FilesAreChosenByTheirExtensionInAnyCase) {
 
 TEST_F(FolderListing, AFolderStandsBeforeItsOwnSubfolders) {
     KW_List<KW_Location> found;
+    EXPECT_TRUE(at(temp_.path()).GetSubFolders(false, &found));
+    EXPECT_THAT(names(found), UnorderedElementsAre("a.b", "empty"));
+    found.Reset();
     EXPECT_TRUE(at(temp_.path("a.b")).GetSubFolders(true, &found));
     EXPECT_THAT(names(found), ElementsAre("a.b/deep", "a.b/deep/deeper"));
-    KW_List<KW_Location> direct;
-    EXPECT_TRUE(at(temp_.path()).GetSubFolders(false, &direct));
-    EXPECT_THAT(names(direct), UnorderedElementsAre("a.b", "empty"));
 }
 
 TEST_F(FolderListing, EntriesAreAppendedToWhatTheListHoldsAlsoThoseThatAreNotUtf8) {
@@ -170,15 +166,16 @@ TEST_F(FolderListing, ASubfolderThatCannotBeOpenedEndsTheListingWithFalse) {
 }
 
 TEST_F(FolderListing, OnlyAnExistingFolderIsAFolder) {
-    EXPECT_TRUE(at(temp_.path("a.b/deep")).IsFolder());
-    EXPECT_TRUE(at("/tmp").IsFolder());
-    EXPECT_FALSE(at("/tmp").IsFile());
-    EXPECT_FALSE(at(temp_.path("missing")).IsFile());
-    EXPECT_TRUE(at(temp_.path("notes.txt")).IsFile());
-    for (const KW_Location& location :
-         {at(temp_.path("notes.txt")), at(temp_.path("missing")), at(temp_.path("a.b//")),
-          at(temp_.path("notes.txt/x")), at(""), at("relative"), KW_Location()}) {
-        EXPECT_FALSE(location.IsFolder()) << utf8(location);
+    using Case = std::tuple<KW_Location, bool, bool>;
+    const std::string& path = temp_.path();
+    for (const auto& [location, isFolder, isFile] :
+         {Case{at("/tmp"), true, false}, Case{at(path + "/a.b/deep"), true, false},
+          Case{at(path + "/notes.txt"), false, true}, Case{at(path + "/missing"), false, false},
+          Case{at(path + "/a.b//"), false, false}, Case{at(path + "/notes.txt/x"), false, false},
+          Case{at(""), false, false}, Case{at("relative"), false, false},
+          Case{KW_Location(), false, false}}) {
+        EXPECT_EQ(location.IsFolder(), isFolder) << utf8(location);
+        EXPECT_EQ(location.IsFile(), isFile) << utf8(location);
     }
 }
 

@@ -107,12 +107,12 @@ TEST_F(AddonSettings, KeysAreComparedExactly) {
     for (const char* key : {"language_str", "Language_st", "Language_str2", ""}) {
         EXPECT_FALSE(KW_AddonSettings_Get(kThis, text(key), &value, false));
         EXPECT_EQ(get(key), "");
+        EXPECT_NE(KW_AddonSettings_Get(kThis, text(key), false).data, nullptr);
     }
     EXPECT_EQ(utf8(value), "untouched");
     EXPECT_TRUE(KW_AddonSettings_Get(kThis, text("Language_str"), &value, false));
     EXPECT_TRUE(KW_AddonSettings_Get(kThis, text("Language_str"), nullptr, false));
     EXPECT_EQ(utf8(value), "ita");
-    EXPECT_NE(KW_AddonSettings_Get(kThis, text("missing"), false).data, nullptr);
 }
 
 TEST_F(AddonSettings, AMissingKeyIsAddedAtTheEndOnlyWhenAskedFor) {
@@ -269,43 +269,29 @@ TEST_F(AddonSettings, ASaveThatFailsSaysSoAndLeavesTheFileAndTheMemory) {
     EXPECT_EQ(get("k").size(), 500u);
 }
 
-/// Runs in a process of its own, where no set was ever loaded.
-class NotLoadedYet : public ::testing::Test {
-protected:
-    NotLoadedYet() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
-
-    DataFolder temp_;
-};
-
-TEST_F(NotLoadedYet, OnlyTheOperationsThatSaySoLoad) {
+/// In a process of its own, where no set was ever loaded.
+TEST(NotLoadedYet, OnlyWhatSaysSoLoadsAndAFaultyFileNeverCountsAsLoadedAndItsKeysAsMissing) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
-            temp_.write(kThisFile, exchanged("$k: file\n"));
+            const DataFolder temp;
+            temp.write(kThisFile, exchanged("$k: file\n"));
             EXPECT_FALSE(KW_AddonSettings_Get(kThis, text("k"), nullptr, false));
             EXPECT_FALSE(KW_AddonSettings_Remove(kThis, text("k")));
             EXPECT_TRUE(KW_AddonSettings_Set(kThis, text("m"), text("memory"), true));
             EXPECT_EQ(utf8(KW_AddonSettings_Get(kThis, text("m"), false)), "memory");
             EXPECT_EQ(utf8(KW_AddonSettings_Get(kThis, text("k"), true)), "file");
             EXPECT_EQ(KW_AddonSettings_GetCount(kThis), 1);
-            temp_.write(kAllFile, exchanged("$l: 1\n"));
-            KW_AddonSettings_LoadSetSave(kAll, text("k"), text("new"), true);
-            EXPECT_EQ(temp_.read(kAllFile), exchanged("$l: 1\n$k: new\n"));
-            std::exit(HasFailure() ? 1 : 0);
-        },
-        ::testing::ExitedWithCode(0), "");
-}
 
-TEST_F(NotLoadedYet, AFaultyFileNeverCountsAsLoadedAndItsKeysAsMissing) {
-    EXPECT_EXIT(
-        {
-            temp_.write(kThisFile, exchanged("$k: 5\n$l: 6\n$"));
+            temp.write(kAllFile, exchanged("$k: 5\n$l: 6\n$"));
             long number = 7;
-            EXPECT_FALSE(KW_AddonSettings_GetLong(kThis, text("k"), &number, true));
+            EXPECT_FALSE(KW_AddonSettings_GetLong(kAll, text("k"), &number, true));
             EXPECT_EQ(number, 7);
-            EXPECT_EQ(KW_AddonSettings_GetLong(kThis, text("k"), true), 0);
-            EXPECT_EQ(KW_AddonSettings_GetLong(kThis, text("k"), false), 5);
-            temp_.write(kThisFile, exchanged("$k: 8\n"));
-            EXPECT_EQ(KW_AddonSettings_GetLong(kThis, text("k"), true), 8);
+            EXPECT_EQ(KW_AddonSettings_GetLong(kAll, text("k"), true), 0);
+            EXPECT_EQ(KW_AddonSettings_GetLong(kAll, text("k"), false), 5);
+            temp.write(kAllFile, exchanged("$k: 8\n"));
+            KW_AddonSettings_LoadSetSave(kAll, text("l"), text("new"), true);
+            EXPECT_EQ(temp.read(kAllFile), exchanged("$k: 8\n$l: new\n"));
             std::exit(HasFailure() ? 1 : 0);
         },
         ::testing::ExitedWithCode(0), "");
