@@ -90,17 +90,16 @@ TEST(KW_String_Conversion, WritesAQuestionMarkForEachCharacterThatIsMissing) {
 
 // Each of the first scalar values and many others, in an order that mixes the lengths of their sequences.
 TEST(KW_String_Conversion, BringsBackScalarValuesInTheUnicodeEncodings) {
-    std::u16string units;
+    std::u32string scalars;
     for (char32_t scalar = 0; scalar < 0x110000; scalar += scalar < 0x10100 ? 1 : 61) {
         if (scalar >= 0xD800 && scalar < 0xE000) continue;
-        if (scalar < 0x10000) {
-            units.push_back(static_cast<char16_t>(scalar));
-        } else {
-            units.push_back(static_cast<char16_t>(0xD7C0 + (scalar >> 10)));
-            units.push_back(static_cast<char16_t>(0xDC00 | (scalar & 0x3FF)));
-        }
-        if (scalar % 3 == 0) units.push_back(u'a');
+        scalars += scalar;
+        if (scalar % 3 == 0) scalars += U'a';
     }
+    std::u16string units(2 * scalars.size(), u'\0');
+    const auto count = static_cast<long>(scalars.size());
+    units.resize(static_cast<std::size_t>(
+        UTF32toUTF16(scalars.data(), reinterpret_cast<unsigned short*>(units.data()), count, false)));
     for (const Encoding encoding : {kUTF7, kUTF8, kUTF16LE, kUTF16BE, kUTF32LE, kUTF32BE}) {
         EXPECT_TRUE(decoded(encoded(text(units), encoding), encoding) == units) << encoding;
     }

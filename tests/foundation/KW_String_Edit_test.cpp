@@ -105,10 +105,8 @@ TEST(KW_String_Edit, CatenatesUpToThreeLimitedTexts) {
 
 TEST(KW_String_Edit, ReadsAndWritesSingleUnits) {
     KW_String string = text(u"a\u00E9\u4E2D");
-    EXPECT_EQ(string.CharAt(0), 'a');
-    EXPECT_EQ(string.CharAt(1), '\x8E');
-    EXPECT_EQ(string.CharAt(2), '?');
-    EXPECT_EQ(string.CharAt(3), 0);
+    for (const unsigned int at : {0u, 1u, 2u, 3u})
+        EXPECT_EQ(string.CharAt(at), "a\x8E?"[at]);
     EXPECT_EQ(string.UCharAt(2), 0x4E2D);
     EXPECT_EQ(KW_String().UCharAt(0), 0);
     string.SetCharAt(0, '\x8E');

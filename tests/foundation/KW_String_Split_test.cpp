@@ -70,22 +70,22 @@ TEST(KW_String_Split, SplitsAnElementOfTheListThatItFills) {
     EXPECT_EQ(contents(list), (Pieces{u"x", u"y"}));
 }
 
+// Each piece and its end. A piece without units is null.
+std::u16string joined(const Pieces& pieces, std::u16string_view end) {
+    std::u16string all;
+    for (const Content& piece : pieces) {
+        EXPECT_NE(piece, u"");
+        all.append(piece.value_or(u"")).append(end);
+    }
+    return all;
+}
+
 TEST(KW_String_Split, IsUndoneByJoining) {
     RandomText random{std::mt19937(3)};
     for (int round = 0; round < 2000; ++round) {
         const std::u16string units = random.over(u"a,\n\rb", round % 8 == 0 ? 300 : 30);
-        std::u16string joined;
-        const Pieces pieces = split(units, ',');
-        for (std::size_t i = 0; i < pieces.size(); ++i) {
-            EXPECT_NE(pieces[i], u"") << "a piece without units is null";
-            joined += (i == 0 ? u"" : u",") + pieces[i].value_or(u"");
-        }
-        EXPECT_EQ(joined, units);
-
-        std::u16string lines;
-        for (const Content& line : splitLines(units, false))
-            lines += line.value_or(u"");
-        EXPECT_EQ(lines, units);
+        EXPECT_EQ(joined(split(units, ','), u","), units + u",");
+        EXPECT_EQ(joined(splitLines(units, false), u""), units);
     }
 }
 

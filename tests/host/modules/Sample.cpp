@@ -85,18 +85,20 @@ GSErrCode interfaceRequest(API_InterfaceID code, void* par1, void* par2, void* p
     return hostFunction<HostFunction::Interface>(HostSlot::Interface)(sClient, code, par1, par2, par3);
 }
 
-void toggleMark(std::int32_t item) {
-    API_MenuItemRef reference{kMenu, item};
+void toggleMark() {
+    API_MenuItemRef reference{kMenu, 4};
     std::uint32_t flags = 0;
     if (interfaceRequest(APIIo_GetMenuItemFlagsID, &reference, &flags, nullptr) != kNoError) return;
     flags ^= kAPIMenuItemChecked;
     interfaceRequest(APIIo_SetMenuItemFlagsID, &reference, &flags, nullptr);
 }
 
-void rename(std::int32_t item, const char* newText) {
-    API_MenuItemRef reference{kMenu, item};
-    GS::UniString copy = text(newText);
-    interfaceRequest(APIIo_SetMenuItemTextID, &reference, nullptr, &copy);
+void askToRename() {
+    API_MenuItemRef reference{kMenu, 2};
+    GS::UniString newText = text("Asked");
+    if (DGAlert(DG_ALERT_PLAIN, text("Rename?"), text("Item 2\nwill differ."), GS::UniString(), text("Yes"),
+                text("No")) == 1)
+        interfaceRequest(APIIo_SetMenuItemTextID, &reference, nullptr, &newText);
 }
 
 void say(const char* message) {
@@ -141,17 +143,14 @@ GSErrCode handleMenu(const API_MenuParams* params) {
             DGModalDialog(resources(), kColourDialog, resources(), colourCallback, 0);
             break;
         case 2:
-            if (DGAlert(DG_ALERT_PLAIN, text("Rename?"), text("Item 2\nwill differ."), GS::UniString(),
-                        text("Yes"), text("No")) == 1) {
-                rename(2, "Asked");
-            }
+            askToRename();
             break;
         case 3:
             sStatus = DGModelessInit(resources(), kStatusDialog, resources(), statusCallback, 0);
             DGShowModelessDialog(sStatus, 0);
             break;
         case 4:
-            toggleMark(4);
+            toggleMark();
             break;
         case 5:
             save();
