@@ -61,11 +61,12 @@ TEST(KW_String_Detection, TellsUTF8AsItsDecoderDoesForEveryLeadAndBoundary) {
 }
 
 TEST(KW_String_Detection, TakesASCIIForUTF8OnlyWhenNoMoreIsRequired) {
-    EXPECT_FALSE(KW_String::IsUTF8("abc", true));
-    EXPECT_TRUE(KW_String::IsUTF8("abc", false));
-    EXPECT_FALSE(KW_String::IsUTF8(nullptr, false));
-    EXPECT_FALSE(KW_String::IsUTF8(nullptr, 3, false));
-    EXPECT_TRUE(KW_String::IsUTF8("\xFF", 0, false));
+    for (const bool required : {false, true}) {
+        EXPECT_EQ(KW_String::IsUTF8("abc", required), !required);
+        EXPECT_EQ(KW_String::IsUTF8("\xFF", 0, required), !required);
+        EXPECT_FALSE(KW_String::IsUTF8(nullptr, required));
+        EXPECT_FALSE(KW_String::IsUTF8(nullptr, 3, required));
+    }
     EXPECT_TRUE(KW_String::IsUTF8("a\0\xC3\xA9"s.data(), 4, true)) << "a zero byte is a character here";
 }
 

@@ -4,8 +4,7 @@
 
 namespace {
 
-class KW_Text_ScannerTest : public testing::Test {
-protected:
+struct KW_Text_ScannerTest : testing::Test {
     void set(const Content& units, unsigned long position = 0) {
         scanner.Set(maybe(units));
         scanner.position = position;
