@@ -38,6 +38,8 @@ TEST_F(AutoUpdateItem, ShowsWhatIsStored) {
 }
 
 TEST_F(AutoUpdateItem, SwitchesEachMenuFromItsOwnMarkAndTheLastOneDecides) {
+    EXPECT_TRUE(KW_AddonUpdate_SwitchAutoUpdateValue(kMenu, kItem));
+    EXPECT_EQ(stored("AutoUpdate"), "") << "the host has none of the menus";
     host_.menus = {32500, 32503, 32506};
     flags(32500) = 0;
     flags(32503) = 2;
@@ -49,11 +51,6 @@ TEST_F(AutoUpdateItem, SwitchesEachMenuFromItsOwnMarkAndTheLastOneDecides) {
         EXPECT_EQ(flags(32506), on ? 0x12u : 0x10u);
         EXPECT_EQ(stored("AutoUpdate"), on ? "1" : "0");
     }
-}
-
-TEST_F(AutoUpdateItem, StoresNothingWhenTheHostHasNoneOfTheMenus) {
-    EXPECT_TRUE(KW_AddonUpdate_SwitchAutoUpdateValue(kMenu, kItem));
-    EXPECT_EQ(stored("AutoUpdate"), "");
 }
 
 }  // namespace

@@ -17,8 +17,7 @@ using support::utf8;
 int kindOf(const std::string& line) {
     KW_List<KW_String> tokens;
     text(line).SplitBySpaces(tokens);
-    const int kind = KW_AddonUpdate_CheckVersionFormat(tokens);
-    return kind;
+    return KW_AddonUpdate_CheckVersionFormat(tokens);
 }
 
 TEST(VersionGrammar, GivesEachLineItsKind) {
@@ -100,9 +99,9 @@ TEST(Records, AreFilledAnewFromEachLineButForTheirText) {
          "T, 5.6: 5 6 0 0, for 2, 03-08-18: 180803 6 0 0 NoSE [kept]"},
         {"T 32767.32768.65535.65537 (AC2) 03/08/2018 int xyz NoSuite ger",
          "T, 32767.32768.65535.65537: 32767 -32768 -1 1, for 0, 03/08/2018: 20180803 1 3 NoSuite [kept]"},
-        {"T 007.0.0.18446744073709551617 (AC2310) 03/08/2018 nose NOSUITE itax it",
-         "T, 007.0.0.18446744073709551617: 7 0 0 1, for 231, 03/08/2018: 20180803 [kept]"},
-        {"T ... (AC) 03/08/2018", "T, ...: 0 0 0 0, for 0, 03/08/2018: 20180803 [kept]"},
+        {"T 007.0.0.18446744073709551617 (AC2310) 03/08/2018x nose NOSUITE itax it",
+         "T, 007.0.0.18446744073709551617: 7 0 0 1, for 231, 03/08/2018x: 20180803 [kept]"},
+        {"T ... (AC) 5/10", "T, ...: 0 0 0 0, for 0, 5/10: 05/ [kept]"},
         {"x 1.2 (A", "x, 1.2: 1 2 0 0, for 0, null:  [kept]"},
         {" ", "null, null: 0 0 0 0, for 0, null:  [kept]"},
         {"", ", : 0 0 0 0, for 0, :  NoSE []"},
@@ -117,7 +116,6 @@ TEST(Records, AreFilledAnewFromEachLineButForTheirText) {
         copy.languages.AddData(5, -1);
         copy = addon;
         EXPECT_EQ(shown(copy), expected);
-        EXPECT_EQ(shown(KW_AddonUpdate_Addon(copy)), expected);
     }
     const std::pair<const char*, const char*> libraries[] = {
         {"T 03/08/2018 ita NoSuite x", "T, 03/08/2018: 20180803 NoSuite [kept]"},
@@ -130,14 +128,6 @@ TEST(Records, AreFilledAnewFromEachLineButForTheirText) {
     for (const auto& [line, expected] : libraries) {
         KW_AddonUpdate_SplitLibVersion(text(line), library);
         EXPECT_EQ(shown(library), expected);
-    }
-}
-
-TEST(VersionDate, IsRearrangedFromWhateverCharactersItHas) {
-    for (const auto& [written, arranged] :
-         {std::pair{"03/08/2018x", "20180803"}, {"5/10", "05/"}, {"", ""}}) {
-        KW_String date = text(written);
-        EXPECT_EQ(utf8(KW_AddonUpdate_FormatDate(date)), arranged);
     }
 }
 
@@ -191,33 +181,27 @@ protected:
     KW_List<KW_AddonUpdate_Library> libraries;
 };
 
-const std::string kSample =
-    "* list of versions\n"
-    "# stray text\n"
-    "MESSAGE 01/09/2018 31/12/2018\n"
-    "# See http://www.tessaro.example/news\n"
-    "# and http://elsewhere.example\n"
-    "\n"
-    "TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018 ita int\n"
-    "# Faster.\n"
-    "#\n"
-    "# Smaller.\n"
-    "TessaroLibrary 22.0.5 (AC220) 15/10/2018\n"
-    "# belongs to nothing\n"
-    "Tessaro 01/10/2018 NoSuite\n";
-const std::string kSampleEntries =
-    "message 20180901-20181231 [See ] [http://www.tessaro.example/news\nand http://elsewhere.example]\n"
-    "TessaroLibrary, 22.0.5.2210: 22 0 5 2210, for 22, 15/10/2018: 20181015 0 1 [Faster.\n\nSmaller.]\n"
-    "Tessaro, 01/10/2018: 20181001 NoSuite []\n";
-
 TEST_F(VersionsFile, IsReadIntoRecordsWhateverItsLineEnds) {
-    for (const char* const end : {"\n", "\r\n", "\r"}) {
-        messages.Reset();
-        addons.Reset();
-        libraries.Reset();
-        ASSERT_TRUE(read(withLineEnds(kSample, end)));
-        EXPECT_EQ(entries(), kSampleEntries);
-    }
+    ASSERT_TRUE(
+        read("* list of versions\r\n"
+             "# stray text\r"
+             "MESSAGE 01/09/2018 31/12/2018\r\n"
+             "# See http://www.tessaro.example/news\r"
+             "# and http://elsewhere.example\n"
+             "\n"
+             "TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018 ita int\r"
+             "# Faster.\r\n"
+             "#\n"
+             "# Smaller.\r"
+             "TessaroLibrary 22.0.5 (AC220) 15/10/2018\r\n"
+             "# belongs to nothing\r"
+             "Tessaro 01/10/2018 NoSuite\n"));
+    EXPECT_EQ(entries(),
+              "message 20180901-20181231 [See ] [http://www.tessaro.example/news\n"
+              "and http://elsewhere.example]\n"
+              "TessaroLibrary, 22.0.5.2210: 22 0 5 2210, for 22, 15/10/2018: 20181015 0 1"
+              " [Faster.\n\nSmaller.]\n"
+              "Tessaro, 01/10/2018: 20181001 NoSuite []\n");
     EXPECT_TRUE(folder.has("__updcf__.tmp"));
 }
 
@@ -260,19 +244,15 @@ TEST_F(VersionsFile, GivesAnAnswerToAnyBytes) {
     const std::string pieces[] = {"MESSAGE ", "Tessaro ", "1.2.3.4",  " (AC220) ",    "03/08/2018",
                                   "#",        "\n",       "\r",       "\t",           " ",
                                   "*",        "http://",  "\xFF\xFE", "\xEF\xBB\xBF", std::string(1, '\0'),
-                                  "\xC3",     "(AC)",     "....",     "//",           "NoSE"};
+                                  "\xC3",     "(AC)",     "....",     "//",           "\xE9"};
     for (int round = 0; round < 2000; ++round) {
         std::string bytes;
-        while (random() % 24 != 0) {
-            bytes += random() % 5 == 0 ? std::string(1, static_cast<char>(random()))
-                                       : pieces[random() % std::size(pieces)];
-        }
+        while (random() % 24 != 0)
+            bytes += pieces[random() % std::size(pieces)];
         ASSERT_TRUE(read(bytes));
         EXPECT_NE(KW_AddonUpdate_CompareVersions(text("T 1.2.3.4 (AC220) 03/08/2018"),
                                                  KW_SystemText(bytes.c_str())),
                   KW_AddonUpdate_OwnLineInvalid);
-        KW_AddonUpdate_Addon addon;
-        KW_AddonUpdate_SplitAddonVersion(KW_SystemText(bytes.c_str()), addon);
     }
     EXPECT_GT(messages.count + addons.count + libraries.count, 0);
 }

@@ -1,18 +1,12 @@
 #include "tests/update/UpdateFixture.h"
 
 #include "language/KW_Language.h"
-#include "platform/host/LaunchHandling.h"
 #include "settings/KW_AddonSettings.h"
 
 UpdateFixture::UpdateFixture() {
     KW_AddonSettings_Load(KW_AddonSettings_ThisAddon, false);
     reset();
     gKW_Language = KW_Language_International;
-    platform::setLaunchHandler([this](const platform::LaunchRequest& request) {
-        EXPECT_EQ(request.kind, platform::LaunchRequest::Kind::WebAddress);
-        launched_.push_back(request.target);
-        return 0;
-    });
 }
 
 void UpdateFixture::reset() {
@@ -25,7 +19,6 @@ void UpdateFixture::reset() {
 UpdateFixture::~UpdateFixture() {
     for (const short id : platform::DialogControl::instance().openDialogs())
         DGModelessClose(id);
-    platform::setLaunchHandler(nullptr);
     gKW_Language = KW_Language_International;
 }
 

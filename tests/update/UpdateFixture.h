@@ -39,9 +39,6 @@ protected:
     static const platform::DialogState* dialog() {
         return platform::DialogControl::instance().find(sIDUpdateDialog);
     }
-    static void click(short item) {
-        platform::DialogControl::instance().perform(platform::UserAction::click(sIDUpdateDialog, item));
-    }
     /// String `index` of the suite's texts in the current language.
     static std::string suiteText(long index) { return utf8(KW_Resource_GetFrameworkString(index)); }
     std::string alertText() const;
@@ -49,5 +46,4 @@ protected:
     DataFolder folder_;
     support::RecordingHost host_;
     ScriptedPresenter presenter_;
-    std::vector<std::string> launched_;  ///< web addresses that were opened
 };
