@@ -59,20 +59,12 @@ protected:
 };
 
 TEST_F(Report, HoldsTheFiveLinesInTheCurrentLanguageAndAnEmptyOne) {
-    const std::pair<short, const char*> cases[] = {
-        {5,
-         "TessaroLibrary\nバージョン： 22.0.4.2200\nビルド日： 03/08/2018\nシステム： Mactel\nArchiCAD "
-         "22\n\n"},
-        {0,
-         "TessaroLibrary\nVersione: 22.0.4.2200\nData di compilazione: 03/08/2018\nSistema: Mactel\n"
-         "ArchiCAD 22\n\n"},
-    };
     folder_.write("report.txt", std::string(10000, 'x'));
-    for (const auto& [language, report] : cases) {
-        gKW_Language = language;
-        save({"report.txt"});
-        EXPECT_EQ(folder_.read("report.txt"), report);
-    }
+    gKW_Language = 5;
+    save({"report.txt"});
+    EXPECT_EQ(folder_.read("report.txt"),
+              "TessaroLibrary\nバージョン： 22.0.4.2200\nビルド日： 03/08/2018\nシステム： Mactel\n"
+              "ArchiCAD 22\n\n");
 }
 
 TEST_F(Report, IsRefusedUnderANameWithoutTheExtensionTxt) {

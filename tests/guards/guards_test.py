@@ -26,42 +26,34 @@ class GuardTest(unittest.TestCase):
         self.assertEqual(result.returncode, code, result.stdout + result.stderr)
         self.assertIn(says, result.stdout)
 
-    def test_includes_run_downward(self):
-        self.write("files/KW_File.cpp", '#include "files/KW_File.h"\n#include "foundation/KW_String.h"\n#include <map>\n')
-        self.check(0, "downward", "check-includes", self.root)
-        for include, says in [
-            ('#include "settings/KW_AddonSettings.h"', 'files/ may not include "settings/KW_AddonSettings.h"'),
-            ('#include <unicode/ustring.h>', "not of the standard library"),
-            ('#include "KW_File.h"', "not written from the root"),
-            ('#include "platform/host/Presenter.h"', "may not include"),
+    def test_guards_of_the_sources(self):
+        for guard, passes, sound, planted in [
+            ("check-includes", "downward",
+             {"files/B.cpp": '#include "files/B.h"\n#include "foundation/KW_String.h"\n#include <map>\n'},
+             [("files/A.cpp", '#include "settings/A.h"\n', 'files/ may not include "settings/A.h"'),
+              ("files/A.cpp", "#include <unicode/ustring.h>\n", "not of the standard library"),
+              ("files/A.cpp", '#include "B.h"\n', "not written from the root"),
+              ("files/A.cpp", '#include "platform/host/Presenter.h"\n', "may not include"),
+              ("platform/Text.h", "#include <unicode/ustring.h>\n", "in an interface header")]),
+            ("check-links", "2 documents",
+             {"docs/page.md": "# A page\n## With `code`, too\n",
+              "README.md": "[a](docs/page.md) [b](docs/page.md#with-code-too) [c](https://x.example/y)\n"},
+             [("README.md", f"[a]({link})\n", f"README.md: {link}") for link in ("docs/none.md", "docs/page.md#none")]),
+            ("check-format", "1 files",
+             {"files/A.cpp": "const int kOne = 1;\n", ".clang-format": (SCRIPTS.parent / ".clang-format").read_text()},
+             [("files/A.cpp", "int const kOne = 1;\n", "")]),
+            ("check-headers", "1 headers compile alone",
+             {"foundation/Sound.h": "#include <string>\ninline std::string f() { return {}; }\n"},
+             [("foundation/Planted.h", "inline std::string g() { return {}; }\n", "foundation/Planted.h")]),
         ]:
-            self.write("files/Planted.cpp", include + "\n")
-            self.check(1, says, "check-includes", self.root)
-
-    def test_platform_headers_show_no_third_party_types(self):
-        self.write("platform/Text.h", "#include <unicode/ustring.h>\n")
-        self.check(1, "in an interface header", "check-includes", self.root)
-
-    def test_links_lead_somewhere(self):
-        self.write("docs/page.md", "# A page\n## With `code`, too\n")
-        self.write("README.md", "[a](docs/page.md) [b](docs/page.md#with-code-too) [c](https://x.example/y)\n")
-        self.check(0, "2 documents", "check-links", self.root)
-        for link in "docs/none.md", "docs/page.md#none":
-            self.write("README.md", f"[a]({link})\n")
-            self.check(1, f"README.md: {link}", "check-links", self.root)
-
-    def test_the_layout_is_checked(self):
-        self.write("files/A.cpp", "const int kOne = 1;\n")
-        self.write(".clang-format", (SCRIPTS.parent / ".clang-format").read_text())
-        self.check(0, "1 files", "check-format", self.root)
-        self.write("files/A.cpp", "int const kOne = 1;\n")
-        self.check(1, "", "check-format", self.root)
-
-    def test_headers_compile_alone(self):
-        self.write("foundation/Sound.h", "#include <string>\ninline std::string f() { return {}; }\n")
-        self.check(0, "1 headers compile alone", "check-headers", self.root)
-        self.write("foundation/Planted.h", "inline std::string g() { return {}; }\n")
-        self.check(1, "foundation/Planted.h", "check-headers", self.root)
+            with self.subTest(guard):
+                root = self.root / guard
+                for name, text in sound.items():
+                    self.write(root / name, text)
+                self.check(0, passes, guard, root)
+                for name, text, says in planted:
+                    self.write(root / name, text)
+                    self.check(1, says, guard, root)
 
     def test_a_test_file_outside_the_build_is_found(self):
         built = self.write("tests/files/A_test.cpp", "")

@@ -11,10 +11,6 @@ import unicodedata
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-PARTS = {
-    "01 - Libreria Tessaro.pdf": "01-guida-utente.md",
-    "02 - Libreria Tessaro.pdf": "02-libreria-installazione-assistenza.md",
-}
 FOLDER = pathlib.Path(sys.argv.pop(1))
 
 
@@ -22,42 +18,40 @@ def run(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
 
 
-class ManualTest(unittest.TestCase):
-    def each_part(self):
-        for document, source in PARTS.items():
-            printed = unicodedata.normalize("NFKC", run("pdftotext", "-layout", FOLDER / document, "-"))
-            pages = printed.split("\f")[:-1]
-            yield FOLDER / document, (ROOT / "docs/manual" / source).read_text(encoding="utf-8"), pages
+def part(document, source):
+    """The file, its text, and the printed pages."""
+    printed = unicodedata.normalize("NFKC", run("pdftotext", "-layout", FOLDER / document, "-"))
+    return FOLDER / document, (ROOT / "docs/manual" / source).read_text(encoding="utf-8"), printed.split("\f")[:-1]
 
+
+MANUAL = [part("01 - Libreria Tessaro.pdf", "01-guida-utente.md"),
+          part("02 - Libreria Tessaro.pdf", "02-libreria-installazione-assistenza.md")]
+
+
+class ManualTest(unittest.TestCase):
     def test_every_chapter_stands_on_the_page_that_the_contents_name(self):
-        for _, source, pages in self.each_part():
+        for _, source, pages in MANUAL:
             chapters = re.findall(r"^##+ (.+)$", source, re.MULTILINE)
             self.assertGreater(len(chapters), 5)
             for chapter in chapters:
                 entry = re.search(rf"^\s*{re.escape(chapter)}\s+(\d+)$", pages[0], re.MULTILINE)
                 self.assertTrue(entry, chapter)
-                heading = re.compile(rf"^\s*{re.escape(chapter)}$", re.MULTILINE)
-                self.assertTrue(heading.search(pages[int(entry.group(1)) - 1]), chapter)
+                self.assertRegex(pages[int(entry[1]) - 1], rf"(?m)^\s*{re.escape(chapter)}$")
 
-    def test_every_page_carries_its_number(self):
-        for _, _, pages in self.each_part():
+    def test_every_page_carries_its_number_and_the_texts_of_the_dialogs(self):
+        for _, _, pages in MANUAL:
             for number, page in enumerate(pages, 1):
                 self.assertRegex(page.rstrip(), rf"\s{number} ?/ ?{len(pages)}$")
+                self.assertNotRegex(page, r"(?m)^\s*\?\s*$", "a text that was not found")
 
     def test_every_word_of_the_text_is_printed(self):
-        for _, source, pages in self.each_part():
+        for _, source, pages in MANUAL:
             text = re.sub(r"^!.*$|\]\([^)]*\)", " ", unicodedata.normalize("NFKC", source), flags=re.MULTILINE)
-            printed = set(re.findall(r"\w+", " ".join(pages)))
-            missing = [word for word in re.findall(r"\w+", text) if word not in printed]
-            self.assertEqual(missing, [])
-
-    def test_texts_of_the_dialogs_are_found(self):
-        for _, _, pages in self.each_part():
-            for page in pages:
-                self.assertNotRegex(page, r"(?m)^\s*\?\s*$")
+            printed = re.findall(r"\w+", " ".join(pages))
+            self.assertEqual(set(re.findall(r"\w+", text)) - set(printed), set())
 
     def test_fonts_are_embedded_and_the_page_is_a4(self):
-        for path, _, _ in self.each_part():
+        for path, _, _ in MANUAL:
             fonts = run("pdffonts", path).splitlines()[2:]
             self.assertTrue(fonts)
             for font in fonts:

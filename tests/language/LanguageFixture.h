@@ -9,8 +9,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-/// Whether this program is the add-on that shares the suite's language, offers all languages and supports two
-/// extra ones (TestAddon.cpp).
+/// Whether this program is the add-on that shares the suite's language (TestAddon.cpp).
 inline const bool kSharesLanguage = !sett_ADDON_HAS_OWN_LANGUAGE;
 
 /// A data folder of its own for each test, with empty settings and the international language to start with.
@@ -22,17 +21,12 @@ protected:
     }
     ~LanguageFixture() override { gKW_Language = KW_Language_International; }
 
-    /// Name of the settings file that holds this add-on's language.
     static const char* languageFile() { return kSharesLanguage ? "TessaroPlugins.cfg" : "TestAddon_220.cfg"; }
 
-    /// Writes a settings file; `entries` as they read once the halves of each byte are exchanged.
     void writeSettings(const std::string& file, const std::string& entries) const {
         folder_.write(file, exchanged(entries));
     }
-    /// The entries in the file; "(no file)" without one.
-    std::string settings(const std::string& file) const {
-        return folder_.has(file) ? exchanged(folder_.read(file)) : "(no file)";
-    }
+    std::string settings(const std::string& file) const { return exchanged(folder_.read(file)); }
     /// Makes the module take in what the test wrote.
     static void reloadSettings() {
         KW_AddonSettings_Load(KW_AddonSettings_AllAddons, false);

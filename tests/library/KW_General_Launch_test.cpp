@@ -28,17 +28,6 @@ protected:
     support::FakeOpener opener;
 };
 
-TEST_F(KWGeneralLaunch, ADocumentIsOpenedByTheBytesOfItsPath) {
-    for (const char* const name : {"a.pdf", "a'; touch x; '.pdf", "01 - Libreria Tessaro.pdf",
-                                   "caff\xC3\xA8 \xE6\x9D\xB1.pdf", "bad utf8 \xFF.pdf"}) {
-        const support::FakeOpener fresh;
-        const std::string path = file(name);
-        EXPECT_TRUE(KW_General::LaunchDocByLoc(location(path)));
-        EXPECT_THAT(fresh.arguments(), ElementsAre("1", path));
-    }
-    EXPECT_FALSE(std::filesystem::exists("x"));
-}
-
 TEST_F(KWGeneralLaunch, OnlyAnExistingDocumentOrFolderIsOpened) {
     for (const KW_Location& noFile :
          {location(folder.path("missing.pdf")), location(folder.path()), KW_Location()}) {

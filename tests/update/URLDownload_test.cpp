@@ -26,17 +26,18 @@ protected:
     TemporaryFolder folder_;
 };
 
-TEST_F(URLDownloadTest, TheDestinationIsClosedWhenTheLastMessageComesWhichMayStartTheNextDownload) {
+TEST_F(URLDownloadTest, TheDestinationIsClosedWhenTheLastMessageComesWhichMayStartADownloadWithoutACallback) {
     const FaultServer server(serving(response("body")));
-    RecordedDownload first;
-    RecordedDownload second;
-    first.then = [&](KW_URL_Message message) {
+    RecordedDownload download;
+    download.then = [&](KW_URL_Message message) {
         if (message != KW_URL_Finished) return;
         EXPECT_EQ(folder_.read("file"), "body");
-        EXPECT_TRUE(second.start(server.url(), folder_.path("second")));
+        const KW_Location next(KW_SystemText(folder_.path("next").c_str()));
+        EXPECT_TRUE(KW_General::URLDownload(KW_SystemText(server.url().c_str()), next, nullptr, nullptr));
     };
-    EXPECT_EQ(first.fetch(server.url(), destination()), "OPF");
-    EXPECT_TRUE(runLoopUntil([&] { return second.messages == "OPF"; }));
+    EXPECT_EQ(download.fetch(server.url(), destination()), "OPF");
+    EXPECT_TRUE(runLoopUntil([] { return platform::transfersUnderWay() == 0; }));
+    EXPECT_EQ(folder_.read("next"), "body");
 }
 
 TEST_F(URLDownloadTest, WhatCannotBeStartedIsFalseAndSendsNothing) {
@@ -84,14 +85,6 @@ TEST_F(URLDownloadTest, AnswerOneToOpenedCancelsAndLeavesTheDestinationAlone) {
         EXPECT_EQ(download.messages, answer == 1 ? "O" : "OPF") << "only 1 cancels";
         EXPECT_EQ(folder_.read("file"), answer == 1 ? "old" : "body");
     }
-}
-
-TEST_F(URLDownloadTest, WithoutACallbackTheBodyIsStillWritten) {
-    const FaultServer server(serving(response("body")));
-    EXPECT_TRUE(KW_General::URLDownload(KW_SystemText(server.url().c_str()),
-                                        KW_Location(KW_SystemText(destination().c_str())), nullptr, nullptr));
-    EXPECT_TRUE(runLoopUntil([] { return platform::transfersUnderWay() == 0; }));
-    EXPECT_EQ(folder_.read("file"), "body");
 }
 
 TEST_F(URLDownloadTest, ADestinationThatCannotBeOpenedFailsTheDownload) {
