@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
-"""Each guard passes a sound tree and finds a planted fault."""
+"""Each guard passes a sound tree and finds each kind of planted fault."""
 import json
 import pathlib
+import re
+import shutil
 import subprocess
 import tempfile
 import unittest
 
 SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
+RESOURCES = SCRIPTS.parent / "resources"
 
 
 class GuardTest(unittest.TestCase):
@@ -25,6 +28,10 @@ class GuardTest(unittest.TestCase):
         result = subprocess.run([SCRIPTS / guard, *map(str, arguments)], capture_output=True, text=True)
         self.assertEqual(result.returncode, code, result.stdout + result.stderr)
         self.assertIn(says, result.stdout)
+        return result.stdout
+
+
+class TreeTest(GuardTest):
 
     def test_guards_of_the_sources(self):
         for guard, passes, sound, planted in [
@@ -80,6 +87,78 @@ class GuardTest(unittest.TestCase):
         self.check(1, "direct dependency: libplanted.so", "check-exports",
                    self.build_module(sound, "-Wl,--no-as-needed", planted))
         self.check(3, "", "check-exports", self.root / "missing.so")
+
+
+class CheckTextsTest(GuardTest):
+    """The texts of the tree, copied."""
+
+    def setUp(self):
+        super().setUp()
+        for name in "framework", "TessaroLibrary":
+            shutil.copytree(RESOURCES / name, self.root / name)
+            shutil.copy(RESOURCES / f"{name}.used.toml", self.root)
+        self.folder = self.root / "framework"
+
+    def check_texts(self, code, *says):
+        printed = self.check(code, "", "check-texts", self.folder)
+        if code == 1:
+            self.assertEqual(sorted(printed.splitlines()), sorted(says))
+
+    def edit(self, name, pattern, replacement):
+        path = self.folder / name
+        text, count = re.subn(pattern, replacement, path.read_text(encoding="utf-8"), count=1, flags=re.MULTILINE)
+        self.assertEqual(count, 1, pattern)
+        path.write_text(text, encoding="utf-8")
+
+    def test_the_texts_as_they_are_and_one_of_the_longest_length_have_no_fault(self):
+        self.edit("texts.fra.toml", "^64 = .*$", f'64 = "{"x" * 999}"')
+        self.check_texts(0)
+        self.folder = self.root / "TessaroLibrary"
+        self.check_texts(0)
+
+    def test_each_fault_is_found(self):
+        emoji = "\N{SLIGHTLY SMILING FACE}"
+        for name, pattern, replacement, says in [
+            ("texts.rus.toml", "^64 = .*$", "", "strings.32710.64: missing"),
+            ("texts.int.toml", "^64 = .*$", "", "strings.32710.64: missing"),
+            ("texts.jap.toml", "^3 = .*$", "", "dialog.32755.3: missing"),
+            ("texts.ger.toml", "^64 = .*$", '64 = " "', "strings.32710.64: empty"),
+            ("texts.ger.toml", "^64 = .*$", "64 = 7", "strings.32710.64: not a text in quotes"),
+            ("texts.spa.toml", "^64 = .*$", r"\g<0>" + '\n66 = "Nada"', "strings.32710.66: unused"),
+            ("texts.fra.toml", "^64 = .*$", f'64 = "{emoji * 500}"', "strings.32710.64: 1000 units long, at most 999 fit"),
+            ("texts.ita.toml", "^80 = .*$", '80 = "AddonName"', "strings.32710.80: lost the placeholder ADDONNAME"),
+            ("texts.int.toml", "^82 = .*$", '82 = "None"', "strings.32710.82: lost the placeholder ADDONLIBNAME"),
+            ("texts.ita.toml", "^64 = .*$", '64 = "ADDONNAME"',
+             "strings.32710.64: has the placeholder ADDONNAME, which nothing replaces there"),
+            ("TessaroLibrary/texts.jap.toml", "^title = .*$", "", "menu.32500.title: missing"),
+            ("TessaroLibrary/texts.ita.toml", "^(9 = .*).n\"$", r'\1"',
+             "strings.32530.9: does not end as the fallback language does (line break)"),
+        ]:
+            folder, name = ("framework/" + name).split("/")[-2:]
+            self.folder = self.root / folder
+            with self.subTest(says, file=name):
+                sound = (self.folder / name).read_text(encoding="utf-8")
+                self.edit(name, pattern, replacement)
+                self.check_texts(1, f"{name}: {says}")
+                (self.folder / name).write_text(sound, encoding="utf-8")
+
+    def test_a_text_that_the_code_asks_for_newly_is_missing_everywhere(self):
+        self.edit("../framework.used.toml", '"3"', '"3, 4"')
+        languages = "ita int fra ger spa jap rus".split()
+        self.check_texts(1, *(f"texts.{language}.toml: dialog.32755.4: missing" for language in languages))
+
+    def test_without_a_list_the_fallback_language_is_the_measure(self):
+        (self.root / "framework.used.toml").unlink()
+        self.check_texts(0)
+        self.edit("texts.int.toml", "^64 = .*$", "")
+        self.check_texts(1, *(f"texts.{language}.toml: strings.32710.64: unused"
+                        for language in "ita fra ger spa jap rus".split()))
+
+    def test_a_file_that_is_missing_or_broken_is_found(self):
+        (self.folder / "texts.rus.toml").unlink()
+        self.check_texts(1, "texts.rus.toml: No such file or directory")
+        (self.folder / "resources.toml").unlink()
+        self.check_texts(3)
 
 
 if __name__ == "__main__":

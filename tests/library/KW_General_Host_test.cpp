@@ -43,31 +43,28 @@ protected:
     int changes = 0;
 };
 
-TEST_F(KWGeneralHost, TheTitleIsTheLastComponentOfTheProjectFile) {
-    const std::pair<std::string, std::string> cases[] = {
-        {"/Projects/House.pln", "House.pln"},
-        {"/Progetti/Citt\xC3\xA0 \xE6\x9D\xB1.pln", "Citt\xC3\xA0 \xE6\x9D\xB1.pln"},
-        {"/a/" + std::string(255, 'x') + 'y', std::string(255, 'x')},
+TEST_F(KWGeneralHost, TheTitleIsTheLastComponentOfTheProjectFileIfThereIsOne) {
+    const struct {
+        GSErrCode answer;
+        bool untitled;
+        std::string path;
+        std::string title;
+    } cases[] = {
+        {kNoError, false, "/Projects/House.pln", "House.pln"},
+        {kNoError, false, "/Progetti/Citt\xC3\xA0 \xE6\x9D\xB1.pln", "Citt\xC3\xA0 \xE6\x9D\xB1.pln"},
+        {kNoError, false, "/a/" + std::string(255, 'x') + 'y', std::string(255, 'x')},
+        {kNoError, true, "/Projects/House.pln", ""},
+        {-1, false, "/Projects/House.pln", ""},
     };
-    for (const auto& [path, expected] : cases) {
-        project = {false, IO::Location(GS::UniStringFromUtf8(path))};
+    for (const auto& each : cases) {
+        answers[APIEnv_ProjectID] = each.answer;
+        project = {each.untitled, IO::Location(GS::UniStringFromUtf8(each.path))};
         KW_String title = text("old");
-        bool untitled = true;
-        EXPECT_TRUE(KW_General::ArchiCADProjectTitle(title, &untitled)) << path;
-        EXPECT_EQ(utf8(title), expected);
-        EXPECT_FALSE(untitled);
-        EXPECT_TRUE(KW_General::ArchiCADProjectTitle(title, nullptr));
-    }
-}
-
-TEST_F(KWGeneralHost, AnUntitledProjectOrNoAnswerGivesAnEmptyTitle) {
-    for (const bool answered : {true, false}) {
-        answers[APIEnv_ProjectID] = answered ? kNoError : -1;
-        KW_String title = text("old");
-        bool untitled = false;
-        EXPECT_EQ(KW_General::ArchiCADProjectTitle(title, &untitled), answered);
-        EXPECT_EQ(utf8(title), "");
-        EXPECT_TRUE(untitled);
+        bool untitled = !each.title.empty();
+        EXPECT_EQ(KW_General::ArchiCADProjectTitle(title, &untitled), each.answer == kNoError);
+        EXPECT_EQ(utf8(title), each.title);
+        EXPECT_EQ(untitled, each.title.empty());
+        EXPECT_EQ(KW_General::ArchiCADProjectTitle(title, nullptr), each.answer == kNoError);
     }
 }
 
