@@ -19,7 +19,6 @@ protected:
         reloadSettings();
         gKW_Language = KW_Language_International;
     }
-    ~LanguageFixture() override { gKW_Language = KW_Language_International; }
 
     static const char* languageFile() { return kSharesLanguage ? "TessaroPlugins.cfg" : "TestAddon_220.cfg"; }
 

@@ -54,7 +54,6 @@ TEST_F(KWLibrary, TheEmbeddedLibraryComesFirst) {
 TEST_F(KWLibrary, TheSuiteFolderIsLoadedUnlessOneOfItsNameIs) {
     const std::pair<std::vector<std::string>, bool> cases[] = {
         {{}, false},
-        {{suiteFolder}, true},
         {{"/a", "/elsewhere/qrn_library"}, true},
         {{"/QRN_Library/parts", "/a/QRN_Library2", "/a/My QRN_Library", addOnFolder}, false},
     };

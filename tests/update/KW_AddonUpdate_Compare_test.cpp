@@ -29,6 +29,7 @@ const ComparisonCase kComparisonCases[] = {
     {"zero before the major version", "TessaroLibrary 022.0.5.2210 (AC220) 15/10/2018", kUpToDate},
     {"product in other case", "tessarolibrary 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
     {"longer product name", "TessaroLibrary2 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
+    {"part of the product's name", "Tess", kUpToDate},
     {"blank before the line", " TessaroLibrary 22.0.5.2210 (AC220) 15/10/2018", kUpToDate},
     {"older and bad lines before the newer",
      "TessaroLibrary 22.0.3.1 (AC220) 01/01/2018\nTessaroLibrary 22.0.5 (AC220) 15/10/2018\n\n\n"

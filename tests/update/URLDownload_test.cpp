@@ -1,17 +1,11 @@
 #include <csignal>
 #include <filesystem>
 
-#include "platform/HostInterface.h"
 #include "tests/support/ResourceLimit.h"
 #include "tests/update/DownloadFixture.h"
 
 // Of the address sanitizer, in a build with it.
 extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
-
-// Stands for the bridge into a host, which locations refer to and downloads never ask.
-GSErrCode ACAPI_GetOwnLocation(IO::Location&) {
-    return kAPIErrNoOwnLocation;
-}
 
 namespace {
 
