@@ -219,7 +219,9 @@ GSErrCode File::Write(const char* bytes, std::uint64_t count, std::uint64_t* byt
     constexpr std::uint64_t kFlushStep = 1 << 20;
     state_->heldBack += done;
     if (state_->staged.isOpen() && state_->heldBack >= kFlushStep) {
-        sync_file_range(state_->descriptor, 0, 0, SYNC_FILE_RANGE_WRITE);
+        const off_t end = state_->lengthBefore + static_cast<off_t>(done);
+        const off_t start = std::max<off_t>(end - static_cast<off_t>(state_->heldBack), 0);
+        sync_file_range(state_->descriptor, start, 0, SYNC_FILE_RANGE_WRITE);
         state_->heldBack = 0;
     }
     if (bytesWritten != nullptr) *bytesWritten = done;
