@@ -23,6 +23,7 @@ TEST_F(KW_Language_Test, TheStoredLanguageBecomesCurrent) {
              {"$Language_str: fr\n", true, 1, 1},
              {"$Language_str: fra \n", true, 1, 1},
              // The older form.
+             {"$Language: 0\n", true, 0, 0},
              {"$Language: 5\n", true, 1, 5},
              {"$Language: 6\n", true, 1, 1},
              {"$Language: 3x\n", true, 1, 1},
