@@ -22,7 +22,7 @@ Entry takeEntry(KW_Units& rest, KW_Setting& entry, std::vector<unsigned short>& 
     if (colon == text.size() || colon == 0) return Entry::Fault;
 
     value.clear();
-    // Whatever stands behind the ":", it is a blank.
+    // Whatever follows the ":" counts as a space.
     KW_Units piece = text.subspan(std::min(colon + 2, text.size()));
     for (;;) {
         KW_Units behind = piece;
