@@ -2,12 +2,12 @@
 
 #include "host/ExitCodes.h"
 #include "platform/host/OwnProgram.h"
+#include "tools/Commands.h"
 #include "tools/UpdateServer.h"
 
 #include <dlfcn.h>
 
 #include <filesystem>
-#include <iostream>
 
 namespace tools {
 
@@ -30,10 +30,7 @@ int runServe(const ServeOptions& options) {
     // A module of its own: the other commands do without the server library and what that loads.
     void* const module = dlopen(modulePath().c_str(), RTLD_NOW | RTLD_LOCAL);
     void* const function = module != nullptr ? dlsym(module, kUpdateServerFunction) : nullptr;
-    if (function == nullptr) {
-        std::cerr << "tessaro serve: " << dlerror() << std::endl;
-        return host::kExitUnreadable;
-    }
+    if (function == nullptr) return fail(host::kExitUnreadable, "serve", dlerror());
     return reinterpret_cast<UpdateServerProc>(function)(&options);
 }
 

@@ -4,6 +4,7 @@
 #include "host/ExitCodes.h"
 #include "host/Printable.h"
 #include "platform/host/OwnProgram.h"
+#include "tools/Commands.h"
 #include "tools/ServeCommand.h"
 
 #include <fcntl.h>
@@ -25,8 +26,10 @@ std::string defaultBundle() {
     return (fs::exists(installed, error) ? installed : built).string();
 }
 
-CLI::App* addRun(CLI::App& app, host::ConsoleOptions& options, std::string& opener) {
+void addRun(CLI::App& app, tools::Chosen& chosen) {
     CLI::App* const run = app.add_subcommand("run", "Load add-ons and use them");
+    static host::ConsoleOptions options;
+    static std::string opener = "xdg-open";
     run->add_option("--bundle", options.bundles, "Bundle to load; may be repeated")->type_name("PATH");
     run->add_option("--data-dir", options.dataDir, "Settings folder")->type_name("PATH");
     static std::string ui = "console";
@@ -39,11 +42,18 @@ CLI::App* addRun(CLI::App& app, host::ConsoleOptions& options, std::string& open
                     "Open documents and web pages on the desktop, or print a line for each")
         ->check(CLI::IsMember({"xdg-open", "record"}))
         ->type_name("NAME");
-    return run;
+    run->callback([&chosen] {
+        chosen = [] {
+            options.recordOpened = opener == "record";
+            if (options.bundles.empty()) options.bundles.push_back(defaultBundle());
+            return host::runConsole(options);
+        };
+    });
 }
 
-CLI::App* addServe(CLI::App& app, tools::ServeOptions& options) {
+void addServe(CLI::App& app, tools::Chosen& chosen) {
     CLI::App* const serve = app.add_subcommand("serve", "Serve a folder as the update server does");
+    static tools::ServeOptions options;
     serve->add_option("folder", options.folder, "Folder that contains update_plugins/ and update/")
         ->required()
         ->type_name("DIR");
@@ -54,7 +64,7 @@ CLI::App* addServe(CLI::App& app, tools::ServeOptions& options) {
     serve->add_option("--address", options.address, "Address to listen on; 0.0.0.0 for all networks")
         ->capture_default_str()
         ->type_name("ADDRESS");
-    return serve;
+    serve->callback([&chosen] { chosen = [] { return tools::runServe(options); }; });
 }
 
 int runProgram(int argc, char** argv) {
@@ -64,22 +74,15 @@ int runProgram(int argc, char** argv) {
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return "tessaro: " + host::printable(error.what()) + "; --help explains the options\n";
     });
-    host::ConsoleOptions options;
-    std::string opener = "xdg-open";
-    const CLI::App* const run = addRun(app, options, opener);
-    tools::ServeOptions serveOptions;
-    const CLI::App* const serve = addServe(app, serveOptions);
+    tools::Chosen chosen;
+    addRun(app, chosen);
+    addServe(app, chosen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? host::kExitDone : host::kExitUsage;
     }
-    if (run->parsed()) {
-        options.recordOpened = opener == "record";
-        if (options.bundles.empty()) options.bundles.push_back(defaultBundle());
-        return host::runConsole(options);
-    }
-    if (serve->parsed()) return tools::runServe(serveOptions);
+    if (chosen) return chosen();
     std::cerr << "tessaro: a subcommand is required; --help lists them" << std::endl;
     return host::kExitUsage;
 }
