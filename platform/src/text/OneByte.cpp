@@ -144,7 +144,7 @@ inline unsigned int narrowBlock(const char* units, char* bytes) {
 
 // False, with nothing of use written, when the encoding may lack one of the units.
 template <int Lanes>
-inline bool encodeBlock(const OneByteTable& table, const char* units, char* bytes) {
+[[gnu::always_inline]] inline bool encodeBlock(const OneByteTable& table, const char* units, char* bytes) {
     if (table.ownCodePoints == 256) return narrowBlock<0xFF, Lanes>(units, bytes) == 0;
     unsigned int above = narrowBlock<0x7F, Lanes>(units, bytes);
     if (above == 0) return true;
