@@ -95,7 +95,16 @@ private:
         release();
     }
 
+    /// Gives the terminal back when an add-on calls exit.
+    static void leave() {
+        if (sTerminal == nullptr) return;
+        sTerminal->clearPrompt();
+        sTerminal->release();
+    }
+
     void showPrompt() {
+        // Registered this late it comes before the host's own, which ends the program.
+        [[maybe_unused]] static const int registered = std::atexit(leave);
         if (!editing_) {
             rl_callback_handler_install(prompt_.c_str(), &TerminalSource::received);
             editing_ = true;

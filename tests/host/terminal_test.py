@@ -9,6 +9,7 @@ import select
 import signal
 import socket
 import sys
+import termios
 import time
 
 
@@ -52,7 +53,7 @@ class Terminal:
 def session(program, bundle, port=1):
     """A session whose transfers go to a port of this machine; nobody listens at port 1."""
     terminal = Terminal(program, "run", "--bundle", bundle, "--connect", f":=127.0.0.1:{port}")
-    terminal.expect("loaded Sample")
+    terminal.expect("loaded ")
     terminal.expect("tessaro> ")
     return terminal
 
@@ -78,6 +79,12 @@ def main():
     terminal = session(program, bundle)
     os.kill(terminal.process, signal.SIGINT)
     assert terminal.end() == 0
+
+    terminal = session(program, bundle.replace("Sample", "EXITS"))
+    terminal.type("choose 8\r")  # the add-on ends the program while the prompt waits
+    terminal.expect("EXITS has ended the program")
+    assert termios.tcgetattr(terminal.descriptor)[3] & termios.ECHO
+    assert terminal.end() == 5
 
     with socket.create_server(("127.0.0.1", 0)) as silent:  # takes the connection and says nothing
         terminal = session(program, bundle, silent.getsockname()[1])

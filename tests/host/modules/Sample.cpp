@@ -115,6 +115,7 @@ void save() {
 void streamEvent(CFReadStreamRef stream, CFStreamEventType event, void*) {
     if (event != kCFStreamEventErrorOccurred) return;
     CFRelease(stream);
+    if (hasFault("EXITS")) std::exit(0);
     throwFor("CALLBACKS_THROW");
     say("The transfer has failed.");
 }
