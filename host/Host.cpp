@@ -163,8 +163,8 @@ void Host::discard(AddOn& addOn, FreeDataCall freeData) {
         platform::endCallsIntoImage(addOn.bundle->image());
         if (freeData == FreeDataCall::Made && addOn.initializeCalled) {
             if (!addOn.bundle->freeData()) tellProblem(addOn.name(), "FreeData" + kThrew);
-            platform::endCallsIntoImage(addOn.bundle->image());
         }
+        platform::endCallsIntoImage(addOn.bundle->image());  // the add-on may have begun anew meanwhile
     }
     if (addOn.resources != kNoResModule) RSCloseResourceFile(addOn.resources);
     std::erase_if(addOns_, [&addOn](const auto& each) { return each.get() == &addOn; });

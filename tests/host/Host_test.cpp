@@ -68,6 +68,11 @@ TEST(Host, UnloadingEndsModelessDialogsAndTransfers) {
     EXPECT_EQ(platform::transfersUnderWay(), 0U);
     EXPECT_FALSE(isInMemory("Sample"));
     platform::RunLoop::main().dispatch(0);
+
+    host::AddOn& fetchesAtClose = loaded(host, "Second");
+    EXPECT_FALSE(host.choose(fetchesAtClose, 1001, 3));
+    EXPECT_FALSE(host.unload(fetchesAtClose, host::FreeDataCall::LeftOut));
+    EXPECT_EQ(platform::transfersUnderWay(), 0U);
 }
 
 }  // namespace

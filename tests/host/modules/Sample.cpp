@@ -67,6 +67,8 @@ short colourCallback(short message, short dialog, short item, DGUserData, DGMess
     return message == DG_MSG_CLICK || message == DG_MSG_CLOSE ? item : short{0};
 }
 
+void fetch();
+
 short statusCallback(short message, short dialog, short item, DGUserData, DGMessageData) {
     if (message == DG_MSG_INIT) {
         hostFunction<HostFunction::RegisterModelessWindow>(HostSlot::RegisterModelessWindow)(
@@ -75,6 +77,7 @@ short statusCallback(short message, short dialog, short item, DGUserData, DGMess
     if (message == DG_MSG_CLOSE) {
         hostFunction<HostFunction::UnregisterModelessWindow>(HostSlot::UnregisterModelessWindow)(sClient,
                                                                                                  dialog);
+        if (hasFault("Second")) fetch();
     }
     if (message == DG_MSG_CLICK && item == 1) DGDisableItem(dialog, 1);
     if (message == DG_MSG_CLICK && item == 2) DGModelessClose(dialog);
