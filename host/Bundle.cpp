@@ -2,6 +2,7 @@
 
 #include "host/ErrorCodes.h"
 #include "platform/host/CallTrace.h"
+#include "platform/host/Failures.h"
 #include "platform/host/ImageCleanup.h"
 
 #include <dlfcn.h>
@@ -47,15 +48,15 @@ std::string recordProblem(const APIExportedFunctions& record) {
                               : std::string();
 }
 
-/// Calls into an add-on, watched by whoever observes calls. Nothing is answered when it threw.
+/// Calls into an add-on, watched by whoever observes calls.
 template <typename MakeArguments, typename Call>
-std::optional<GSErrCode> callAddOn(const char* function, const MakeArguments& arguments, const Call& call) {
+Answer callAddOn(const char* function, const MakeArguments& arguments, const Call& call) {
     CallTrace trace(CallDirection::ToAddOn, function, arguments);
     try {
-        return trace.returning(call());
+        return {trace.returning(call()), {}};
     } catch (...) {
         trace.result("exception", true);
-        return std::nullopt;
+        return {std::nullopt, platform::exceptionText()};
     }
 }
 
@@ -120,7 +121,7 @@ std::variant<std::unique_ptr<Bundle>, LoadError> Bundle::open(const std::string&
         bundle->getExported_(&bundle->functions_);
         return kNoError;
     };
-    if (!callAddOn("GetExportedFuncAddrs", none, readRecord)) {
+    if (!callAddOn("GetExportedFuncAddrs", none, readRecord).code) {
         return LoadError{std::string(kAPIGetExportedFuncAddrsName) + " threw an exception"};
     }
     const std::string problem = recordProblem(bundle->functions_);
@@ -132,7 +133,7 @@ Bundle::~Bundle() {
     if (handle_ != nullptr) dlclose(handle_);
 }
 
-std::optional<GSErrCode> Bundle::handOver(const APIImportedFunctions& table) const {
+Answer Bundle::handOver(const APIImportedFunctions& table) const {
     const auto arguments = [&table] {
         std::int64_t filled = 0;
         for (const APIHostFunction slot : table.slots)
@@ -142,8 +143,7 @@ std::optional<GSErrCode> Bundle::handOver(const APIImportedFunctions& table) con
     return callAddOn("SetImportedFuncAddrs", arguments, [&] { return setImported_(&table); });
 }
 
-std::optional<int> Bundle::checkEnvironment(const API_ServerApplicationInfo& server,
-                                            API_AddOnInfo& info) const {
+Answer Bundle::checkEnvironment(const API_ServerApplicationInfo& server, API_AddOnInfo& info) const {
     const auto arguments = [&server] {
         return TraceArguments{{"application", std::int64_t{server.serverApplication}},
                               {"version", std::int64_t{server.mainVersion}}};
@@ -156,19 +156,19 @@ std::optional<int> Bundle::checkEnvironment(const API_ServerApplicationInfo& ser
     });
 }
 
-std::optional<GSErrCode> Bundle::registerInterface() const {
+Answer Bundle::registerInterface() const {
     return callAddOn("RegisterInterface", none, [&] { return functions_.registerInterface(); });
 }
 
-std::optional<GSErrCode> Bundle::initialize(APIClient client) const {
+Answer Bundle::initialize(APIClient client) const {
     return callAddOn("Initialize", none, [&] { return functions_.initialize(client); });
 }
 
-std::optional<GSErrCode> Bundle::freeData() const {
+Answer Bundle::freeData() const {
     return callAddOn("FreeData", none, [&] { return functions_.freeData(); });
 }
 
-std::optional<GSErrCode> Bundle::callHandler(APIMenuCommandProc handler, const API_MenuParams& params) {
+Answer Bundle::callHandler(APIMenuCommandProc handler, const API_MenuParams& params) {
     const auto arguments = [&params] {
         return TraceArguments{{"menu", params.menuItemRef.menuResID}, {"item", params.menuItemRef.itemIndex}};
     };

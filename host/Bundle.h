@@ -14,6 +14,12 @@ struct LoadError {
     std::string reason;
 };
 
+/// What an add-on answered; nothing, and what the exception says, when it threw.
+struct Answer {
+    std::optional<GSErrCode> code;
+    std::string exception;
+};
+
 /// The shared object of a bundle, from its loading to its unloading.
 class Bundle {
 public:
@@ -34,14 +40,14 @@ public:
     /// Start of the loaded image.
     const void* image() const;
 
-    /// The calls into the add-on, which whoever observes calls sees. Nothing is answered when it threw.
-    std::optional<GSErrCode> handOver(const APIImportedFunctions& table) const;
+    /// The calls into the add-on, which whoever observes calls sees.
+    Answer handOver(const APIImportedFunctions& table) const;
     /// `info` is what the add-on reports about itself.
-    std::optional<int> checkEnvironment(const API_ServerApplicationInfo& server, API_AddOnInfo& info) const;
-    std::optional<GSErrCode> registerInterface() const;
-    std::optional<GSErrCode> initialize(APIClient client) const;
-    std::optional<GSErrCode> freeData() const;
-    static std::optional<GSErrCode> callHandler(APIMenuCommandProc handler, const API_MenuParams& params);
+    Answer checkEnvironment(const API_ServerApplicationInfo& server, API_AddOnInfo& info) const;
+    Answer registerInterface() const;
+    Answer initialize(APIClient client) const;
+    Answer freeData() const;
+    static Answer callHandler(APIMenuCommandProc handler, const API_MenuParams& params);
 
 private:
     Bundle() = default;

@@ -24,8 +24,11 @@ namespace {
 Host* sCurrent = nullptr;
 
 constexpr APIImportedFunctions kEmptyTable{};
-const std::string kThrew = " threw an exception";
 constexpr const char* kBusy = "an add-on is waiting for the user; close what is open first";
+
+std::string threw(const std::string& what, const std::string& exception) {
+    return what + " threw an exception" + (exception.empty() ? "" : ": " + exception);
+}
 
 /// A host that is still there when the program ends was not asked: an add-on has called exit.
 void nameWhoEndsTheProgram() {
@@ -61,8 +64,7 @@ Host::Host() {
     platform::setCallbackFailureHandler([this](const platform::CallbackFailure& failure) {
         const AddOn* const addOn = findByAddress(failure.function);
         tellProblem(addOn != nullptr ? addOn->name() : "an add-on",
-                    "the " + failure.callback + kThrew +
-                        (failure.reason.empty() ? std::string() : ": " + failure.reason));
+                    threw("the " + failure.callback, failure.reason));
     });
 }
 
@@ -110,18 +112,18 @@ std::variant<AddOn*, LoadError> Host::load(const std::string& path) {
 Host::Refusal Host::start(AddOn& addOn) {
     const CallScope scope(*this, addOn);
     const Bundle& bundle = *addOn.bundle;
-    const auto failed = [](const char* name, std::optional<GSErrCode> result) -> Refusal {
-        if (!result) return name + kThrew;
-        if (*result != kNoError) return std::string(name) + " returned error " + errorText(*result);
+    const auto failed = [](const char* name, const Answer& answer) -> Refusal {
+        if (!answer.code) return threw(name, answer.exception);
+        if (*answer.code != kNoError) return std::string(name) + " returned error " + errorText(*answer.code);
         return std::nullopt;
     };
     if (const Refusal problem = failed("SetImportedFuncAddrs", bundle.handOver(functionTable())))
         return problem;
-    const auto type = bundle.checkEnvironment(applicationInfo(), addOn.info);
-    if (!type) return "CheckEnvironment" + kThrew;
-    if (*type <= kAPIAddonDontRegister) {
+    const Answer type = bundle.checkEnvironment(applicationInfo(), addOn.info);
+    if (!type.code) return threw("CheckEnvironment", type.exception);
+    if (*type.code <= kAPIAddonDontRegister) {
         return "the add-on does not register in this host: CheckEnvironment returned " +
-               std::to_string(*type);
+               std::to_string(*type.code);
     }
     if (const Refusal problem = failed("RegisterInterface", bundle.registerInterface())) return problem;
     addOn.initializeCalled = true;
@@ -137,8 +139,8 @@ std::variant<std::vector<EntryPointAnswer>, LoadError> Host::probe(const std::st
     {
         const CallScope scope(*this, addOn);
         const Bundle& bundle = *addOn.bundle;
-        const auto note = [&answers](const char* name, std::optional<GSErrCode> result) {
-            answers.push_back({name, result});
+        const auto note = [&answers](const char* name, const Answer& answer) {
+            answers.push_back({name, answer.code});
         };
         if (table == ProbeTable::Empty) note("SetImportedFuncAddrs", bundle.handOver(kEmptyTable));
         note("CheckEnvironment", bundle.checkEnvironment(applicationInfo(), addOn.info));
@@ -162,7 +164,8 @@ void Host::discard(AddOn& addOn, FreeDataCall freeData) {
         const CallScope scope(*this, addOn);
         platform::endCallsIntoImage(addOn.bundle->image());
         if (freeData == FreeDataCall::Made && addOn.initializeCalled) {
-            if (!addOn.bundle->freeData()) tellProblem(addOn.name(), "FreeData" + kThrew);
+            const Answer answer = addOn.bundle->freeData();
+            if (!answer.code) tellProblem(addOn.name(), threw("FreeData", answer.exception));
         }
         platform::endCallsIntoImage(addOn.bundle->image());  // the add-on may have begun anew meanwhile
     }
@@ -182,11 +185,11 @@ Host::Refusal Host::choose(AddOn& addOn, short menuResID, int item) {
         return addOn.name() + " has installed no handler for menu " + std::to_string(menuResID);
     }
     const CallScope scope(*this, addOn);
-    const auto result = Bundle::callHandler(handler->second, {{menuResID, item}});
-    if (!result) {
-        tellProblem(addOn.name(), "the menu handler" + kThrew);
-    } else if (*result != kNoError) {
-        return "the menu handler returned error " + errorText(*result);
+    const Answer answer = Bundle::callHandler(handler->second, {{menuResID, item}});
+    if (!answer.code) {
+        tellProblem(addOn.name(), threw("the menu handler", answer.exception));
+    } else if (*answer.code != kNoError) {
+        return "the menu handler returned error " + errorText(*answer.code);
     }
     return std::nullopt;
 }

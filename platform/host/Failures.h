@@ -18,6 +18,9 @@ struct CallbackFailure {
     const void* function;  ///< the callback itself, which is in the add-on's image
 };
 
+/// What the exception that is being handled says; empty when it says nothing.
+std::string exceptionText();
+
 using CallbackFailureHandler = std::function<void(const CallbackFailure&)>;
 void setCallbackFailureHandler(CallbackFailureHandler handler);
 

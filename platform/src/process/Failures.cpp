@@ -22,7 +22,8 @@ Handlers& handlers() {
     return *all;
 }
 
-/// What the exception that is being handled says.
+}  // namespace
+
 std::string exceptionText() {
     try {
         throw;
@@ -32,8 +33,6 @@ std::string exceptionText() {
         return {};
     }
 }
-
-}  // namespace
 
 void setCallbackFailureHandler(CallbackFailureHandler handler) {
     handlers().callback = std::move(handler);
