@@ -28,7 +28,8 @@ std::string exceptionText() {
     try {
         throw;
     } catch (const std::exception& exception) {
-        return exception.what();
+        const char* const text = exception.what();
+        return text != nullptr ? text : "";
     } catch (...) {
         return {};
     }
