@@ -6,11 +6,13 @@
 #include <sys/resource.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "platform/host/Failures.h"
@@ -276,6 +278,29 @@ TEST(HttpOptions, ConnectRulesAreReadStrictly) {
                               "a:80=::1:80", "a:80=b:1=c:2", "a b:80=c:1", "a:80=[]:1", "a:80=b: 1"}) {
         EXPECT_FALSE(parseConnectRule(wrong)) << wrong;
     }
+}
+
+/// Exits with 0 when a stream can be made as soon as there are descriptors again.
+void makeStreamWhenShortOfDescriptors() {
+    const CFString get{"GET"};
+    const CFURL url{"http://a.example/"};
+    const CFHTTPMessageRef message =
+        CFHTTPMessageCreateRequest(kCFAllocatorDefault, &get, &url, kCFHTTPVersion1_1);
+    RunLoop::main();
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlim_t before = std::exchange(limit.rlim_cur, 0);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    const bool madeAtOnce = CFReadStreamCreateForHTTPRequest(kCFAllocatorDefault, message) != nullptr;
+    limit.rlim_cur = before;
+    setrlimit(RLIMIT_NOFILE, &limit);
+    const bool madeLater = CFReadStreamCreateForHTTPRequest(kCFAllocatorDefault, message) != nullptr;
+    std::_Exit(!madeAtOnce && madeLater ? 0 : 1);
+}
+
+TEST(CFReadStream, ALackOfDescriptorsDoesNotLast) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");  // the first stream of a process
+    EXPECT_EXIT(makeStreamWhenShortOfDescriptors(), testing::ExitedWithCode(0), "");
 }
 
 std::string sFired;  // the names of timers that fired; "!" throws

@@ -1,6 +1,7 @@
 #include "platform/src/http/CurlLibrary.h"
 
 #include <dlfcn.h>
+#include <memory>
 
 namespace platform::http {
 
@@ -17,8 +18,12 @@ void* CurlLibrary::find(const char* name) {
 }
 
 const CurlLibrary* CurlLibrary::get() {
-    static const auto* const library = new CurlLibrary;
-    return library->complete_ ? library : nullptr;
+    static const CurlLibrary* library = nullptr;
+    if (library == nullptr) {
+        auto opened = std::make_unique<CurlLibrary>();
+        if (opened->complete_) library = opened.release();
+    }
+    return library;
 }
 
 }  // namespace platform::http

@@ -12,17 +12,21 @@
 namespace platform::http {
 
 HttpEngine* HttpEngine::get() {
-    static HttpEngine* const engine =
-        create();  // never destroyed: streams may outlive this library's statics
+    static HttpEngine* engine = nullptr;  // never destroyed: streams may outlive this library's statics
+    if (engine == nullptr) engine = create();
     return engine;
 }
 
 HttpEngine* HttpEngine::create() {
     const CurlLibrary* const curl = CurlLibrary::get();
     if (curl == nullptr) return nullptr;
-    CURLM* const multi = curl->multiInit();
     const int timerDescriptor = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
-    if (multi == nullptr || timerDescriptor < 0) return nullptr;
+    if (timerDescriptor < 0) return nullptr;
+    CURLM* const multi = curl->multiInit();
+    if (multi == nullptr) {
+        close(timerDescriptor);
+        return nullptr;
+    }
     return new HttpEngine(*curl, multi, timerDescriptor);
 }
 
