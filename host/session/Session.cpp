@@ -45,6 +45,7 @@ void Session::end() {
             return tell(event::Refused{*refusal});
         }
     }
+    if (!diagnosticLine_.empty()) diagnose("\n");
 }
 
 void Session::tell(const Event& event) {

@@ -202,6 +202,7 @@ GSErrCode initialize(APIClient client) {
 
 GSErrCode freeData() {
     sClient = nullptr;
+    if (hasFault("CALLBACKS_THROW")) DBPrintf("a line without its end");
     throwFor("CALLBACKS_THROW");
     return kNoError;
 }
