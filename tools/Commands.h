@@ -16,4 +16,7 @@ using Chosen = std::function<int()>;
 /// Prints "tessaro COMMAND: LINE", printable, on the standard error stream; returns the code.
 int fail(int code, const char* command, const std::string& line);
 
+/// Adds `tessaro versions` and its subcommands.
+void addVersions(CLI::App& app, Chosen& chosen);
+
 }  // namespace tools

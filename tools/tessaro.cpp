@@ -77,6 +77,7 @@ int runProgram(int argc, char** argv) {
     tools::Chosen chosen;
     addRun(app, chosen);
     addServe(app, chosen);
+    tools::addVersions(app, chosen);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
